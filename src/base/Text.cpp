@@ -1,0 +1,110 @@
+#include "base/Text.h"
+
+#include <QTextBoundaryFinder>
+
+namespace tonequill::text {
+
+namespace {
+
+char32_t firstCodePoint(QStringView text)
+{
+    if (text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate())
+        return QChar::surrogateToUcs4(text[0], text[1]);
+    return text[0].unicode();
+}
+
+// Calls visit(character) for each grapheme cluster until it returns false.
+template <typename Visit>
+void forEachCharacter(QStringView text, Visit visit)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    qsizetype start = 0;
+    while (start < text.size()) {
+        qsizetype end = finder.toNextBoundary();
+        if (end < 0)
+            end = text.size();
+        if (!visit(text.sliced(start, end - start)))
+            return;
+        start = end;
+    }
+}
+
+template <typename Test>
+qsizetype countIf(QStringView text, Test test)
+{
+    qsizetype count = 0;
+    forEachCharacter(text, [&](QStringView character) {
+        count += test(firstCodePoint(character)) ? 1 : 0;
+        return true;
+    });
+    return count;
+}
+
+} // namespace
+
+qsizetype characterCount(QStringView text)
+{
+    return countIf(text, [](char32_t) { return true; });
+}
+
+qsizetype letterCount(QStringView text)
+{
+    return countIf(text, [](char32_t c) { return QChar::isLetter(c); });
+}
+
+qsizetype numberCount(QStringView text)
+{
+    return countIf(text, [](char32_t c) { return QChar::isNumber(c); });
+}
+
+QString firstCharacters(QStringView text, qsizetype count)
+{
+    qsizetype length = 0;
+    forEachCharacter(text, [&](QStringView character) {
+        if (count-- <= 0)
+            return false;
+        length += character.size();
+        return true;
+    });
+    return text.first(length).toString();
+}
+
+QString firstBytes(QStringView text, qsizetype bytes)
+{
+    qsizetype length = 0;
+    forEachCharacter(text, [&](QStringView character) {
+        bytes -= character.toUtf8().size();
+        if (bytes < 0)
+            return false;
+        length += character.size();
+        return true;
+    });
+    return text.first(length).toString();
+}
+
+QString lowercase(QStringView text)
+{
+    return text.toString().toLower();
+}
+
+QString trimmed(QStringView text)
+{
+    return text.trimmed().toString();
+}
+
+QString capitalized(QStringView text)
+{
+    QString result;
+    result.reserve(text.size());
+    bool inWord = false;
+    forEachCharacter(text, [&](QStringView character) {
+        const bool isWord = QChar::isLetterOrNumber(firstCodePoint(character)) || character == u"'" || character == u"’";
+        const QString one = character.toString();
+        result += isWord && !inWord ? one.toUpper() : one.toLower();
+        inWord = isWord;
+        return true;
+    });
+    return result;
+}
+
+} // namespace tonequill::text

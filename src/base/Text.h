@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace tonequill::text {
+
+// Unicode, wrapped once. A "character" is what a reader takes for one: a
+// grapheme cluster. It counts as a letter or a number by its first code point,
+// in any script.
+
+// Characters (grapheme clusters) in `text`.
+qsizetype characterCount(QStringView text);
+
+// Characters that are letters (Unicode general category L*).
+qsizetype letterCount(QStringView text);
+
+// Characters that are numbers (general categories Nd, Nl and No).
+qsizetype numberCount(QStringView text);
+
+// The first `count` characters, never cutting one apart. REQUIRES: count >= 0.
+QString firstCharacters(QStringView text, qsizetype count);
+
+// The longest beginning of `text` that has at most `bytes` bytes in UTF-8 and
+// ends between two characters. REQUIRES: bytes >= 0.
+QString firstBytes(QStringView text, qsizetype bytes);
+
+// Lower case by Unicode's rules, whatever the locale.
+QString lowercase(QStringView text);
+
+// Without white space and newlines at both ends.
+QString trimmed(QStringView text);
+
+// The first letter of each word in upper case, the others in lower case.
+QString capitalized(QStringView text);
+
+} // namespace tonequill::text

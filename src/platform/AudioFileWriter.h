@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/AudioBuffer.h"
+#include "platform/AudioFile.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace tonequill {
+
+// What a written audio file contains.
+enum class AudioEncoding {
+    wavInt24,   // RIFF WAVE, 24-bit integer PCM, rounded to nearest
+    wavFloat32, // RIFF WAVE, 32-bit IEEE float PCM
+    m4aAac,     // AAC-LC in MPEG-4, with its priming declared
+};
+
+// Writes frames to a new audio file. The file is complete after finish(); a
+// writer that goes away before removes what it wrote.
+class AudioFileWriter {
+public:
+    // `bitRate` in bits per second counts for m4aAac only.
+    // Throws AudioFileError (write, unsupported). REQUIRES: nothing is at `path`
+    // that should be kept.
+    AudioFileWriter(const QString& path, AudioFormat format, AudioEncoding encoding, int bitRate = 0);
+    ~AudioFileWriter();
+    AudioFileWriter(const AudioFileWriter&) = delete;
+    AudioFileWriter& operator=(const AudioFileWriter&) = delete;
+
+    // Appends the buffer's valid frames. Throws AudioFileError (write).
+    // REQUIRES: buffer.format() == the writer's format.
+    void write(const AudioBuffer& buffer);
+
+    // Writes what is buffered, completes the header and closes the file.
+    // Throws AudioFileError (write).
+    void finish();
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+} // namespace tonequill

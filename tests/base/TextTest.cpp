@@ -1,0 +1,54 @@
+#include "base/Text.h"
+#include "support/Printing.h"
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+TEST(Text, CountsWhatAReaderTakesForACharacter)
+{
+    EXPECT_EQ(text::characterCount(u""), 0);
+    EXPECT_EQ(text::characterCount(u"abc"), 3);
+    EXPECT_EQ(text::characterCount(u"e\u0301"), 1);            // e and a combining acute
+    EXPECT_EQ(text::characterCount(u"👩‍👩‍👧"), 1); // a family of five code points
+    EXPECT_EQ(text::characterCount(u"🇸🇦🇩🇪"), 2);               // two flags
+    EXPECT_EQ(text::characterCount(u"شَدّ"), 2);                 // two letters with their marks
+}
+
+TEST(Text, CountsLettersAndNumbersOfAnyScript)
+{
+    EXPECT_EQ(text::letterCount(u"clip_01"), 4);
+    EXPECT_EQ(text::numberCount(u"clip_01"), 2);
+    EXPECT_EQ(text::letterCount(u"باب"), 3);
+    EXPECT_EQ(text::numberCount(u"٣٤"), 2);
+    EXPECT_EQ(text::numberCount(u"Ⅳ½"), 2);
+    EXPECT_EQ(text::letterCount(u"𝒳"), 1); // outside the first plane
+    EXPECT_EQ(text::letterCount(u"- _ ."), 0);
+}
+
+TEST(Text, NeverCutsACharacterApart)
+{
+    EXPECT_EQ(text::firstCharacters(u"👩‍👩‍👧ab", 2), u"👩‍👩‍👧a"_s);
+    EXPECT_EQ(text::firstCharacters(u"abc", 9), u"abc"_s);
+    EXPECT_EQ(text::firstCharacters(u"abc", 0), QString());
+    EXPECT_EQ(text::firstBytes(u"äöü", 5), u"äö"_s);
+    EXPECT_EQ(text::firstBytes(u"a👩‍👩‍👧", 10), u"a"_s);
+    EXPECT_EQ(text::firstBytes(u"abc", 3), u"abc"_s);
+}
+
+TEST(Text, LowersAndCapitalises)
+{
+    EXPECT_EQ(text::lowercase(u"DOOR Slam Ä"), u"door slam ä"_s);
+    EXPECT_EQ(text::capitalized(u"door SLAM, car-horn don't"), u"Door Slam, Car-Horn Don't"_s);
+    EXPECT_EQ(text::capitalized(u"صوت باب"), u"صوت باب"_s);
+    EXPECT_EQ(text::trimmed(u" \t\n a b \u00a0"), u"a b"_s);
+}
+
+TEST(Text, SurvivesBrokenSurrogates)
+{
+    const QString broken = QString(QChar(0xD83D)) + u"a"_s;
+    EXPECT_EQ(text::letterCount(broken), 1);
+    EXPECT_GE(text::characterCount(broken), 1);
+    EXPECT_LE(text::firstCharacters(broken, 1).size(), 2);
+}
