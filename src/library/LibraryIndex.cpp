@@ -1,86 +1,13 @@
 #include "library/LibraryIndex.h"
 
+#include "base/JsonWriter.h"
 #include "base/Uuid.h"
 
 #include <simdjson.h>
 
-#include <charconv>
-#include <cmath>
-
-using namespace Qt::StringLiterals;
-
 namespace tonequill::LibraryIndex {
 
 namespace {
-
-void appendText(QByteArray& out, const QString& text)
-{
-    out += '"';
-    for (const char byte : text.toUtf8()) {
-        switch (byte) {
-        case '"':
-            out += "\\\"";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        default:
-            if (static_cast<unsigned char>(byte) < 0x20)
-                out += "\\u00" + QByteArray(1, byte).toHex();
-            else
-                out += byte;
-        }
-    }
-    out += '"';
-}
-
-// The shortest decimal that reads back as the same number.
-template <typename Float>
-void appendNumber(QByteArray& out, Float number)
-{
-    char digits[40];
-    const Float finite = std::isfinite(number) ? number : Float(0); // JSON has no word for the others
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), finite).ptr;
-    out.append(digits, end - digits);
-}
-
-template <typename List, typename Append>
-void appendList(QByteArray& out, const List& list, Append append)
-{
-    out += '[';
-    bool isFirst = true;
-    for (const auto& value : list) {
-        if (!std::exchange(isFirst, false))
-            out += ',';
-        append(out, value);
-    }
-    out += ']';
-}
-
-void appendKey(QByteArray& out, const char* key)
-{
-    out += out.isEmpty() ? '{' : ',';
-    out += '"';
-    out += key;
-    out += "\":";
-}
-
-void appendOptional(QByteArray& out, const char* key, const std::optional<QString>& text)
-{
-    if (!text)
-        return;
-    appendKey(out, key);
-    appendText(out, *text);
-}
 
 using simdjson::dom::array;
 using simdjson::dom::element;
@@ -176,40 +103,30 @@ SoundItem recordOf(element value)
 
 QByteArray encode(const SoundItem& item)
 {
-    QByteArray out;
-    out.reserve(1024); // a record with its thumbnail has about 900 bytes
-    const auto text = [](QByteArray& to, const QString& value) { appendText(to, value); };
-    appendKey(out, "id");
-    appendText(out, uuidText(item.id));
-    appendKey(out, "name");
-    appendText(out, item.name);
-    appendKey(out, "fileName");
-    appendText(out, item.fileName);
-    appendKey(out, "duration");
-    appendNumber(out, item.duration);
-    appendKey(out, "tags");
-    appendList(out, item.tags, text);
-    appendKey(out, "descriptors");
-    appendList(out, item.descriptors, text);
-    appendKey(out, "origin");
-    appendText(out, originText(item.origin));
-    appendKey(out, "createdAt");
-    appendNumber(out, item.createdAt);
-    if (item.nameIsAuto) {
-        appendKey(out, "nameIsAuto");
-        out += *item.nameIsAuto ? "true" : "false";
-    }
-    appendOptional(out, "sourceID", item.sourceID);
-    appendOptional(out, "license", item.license);
-    appendOptional(out, "credit", item.credit);
-    appendOptional(out, "pageURL", item.pageURL);
-    if (item.thumbnail) {
-        appendKey(out, "thumbnail");
-        appendList(out, *item.thumbnail, [](QByteArray& to, float value) { appendNumber(to, value); });
-    }
-    out += '}';
-    out.squeeze();
-    return out;
+    JsonWriter json;
+    const auto optionalText = [&json](const char* key, const std::optional<QString>& value) {
+        if (value)
+            json.key(key).text(*value);
+    };
+    json.beginObject();
+    json.key("id").text(uuidText(item.id));
+    json.key("name").text(item.name);
+    json.key("fileName").text(item.fileName);
+    json.key("duration").number(item.duration);
+    json.key("tags").list(item.tags);
+    json.key("descriptors").list(item.descriptors);
+    json.key("origin").text(originText(item.origin));
+    json.key("createdAt").number(item.createdAt);
+    if (item.nameIsAuto)
+        json.key("nameIsAuto").boolean(*item.nameIsAuto);
+    optionalText("sourceID", item.sourceID);
+    optionalText("license", item.license);
+    optionalText("credit", item.credit);
+    optionalText("pageURL", item.pageURL);
+    if (item.thumbnail)
+        json.key("thumbnail").list(*item.thumbnail);
+    json.endObject();
+    return json.bytes();
 }
 
 std::optional<QList<SoundItem>> decode(const QByteArray& json)

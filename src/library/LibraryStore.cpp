@@ -246,11 +246,17 @@ SoundItem LibraryStore::rename(const SoundItem& item, const QString& name, std::
     });
 }
 
-void LibraryStore::deleteItem(SoundItem item)
+void LibraryStore::deleteItems(const QList<SoundItem>& items)
 {
-    if (isSoundFileName(item.fileName))
-        QFile::remove(path(item));
-    for (qsizetype index = indexOf(item.id); index >= 0; index = indexOf(item.id)) {
+    QSet<QUuid> ids;
+    for (const SoundItem& item : items) {
+        ids.insert(item.id);
+        if (isSoundFileName(item.fileName))
+            QFile::remove(path(item));
+    }
+    for (qsizetype index = m_items.size() - 1; index >= 0; --index) {
+        if (!ids.contains(m_items[index].id))
+            continue;
         m_items.removeAt(index);
         m_encoded.removeAt(index);
         Q_EMIT itemRemoved(int(index));

@@ -55,8 +55,8 @@ public:
     SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
     SoundItem rename(const SoundItem& item, const QString& name, std::optional<bool> nameIsAuto = {});
 
-    // Removes the file and every record of that id.
-    void deleteItem(SoundItem item);
+    // Removes the files and every record of their ids, and saves once.
+    void deleteItems(const QList<SoundItem>& items);
 
     // Removes what a killed program left behind: half-written indexes and the
     // files of imports that never reached the index. Files that it doesn't know
