@@ -29,7 +29,10 @@ private:
 //
 // Headers are not believed: rates outside 8–768 kHz and more than 64 channels
 // are refused as unsupported, and length() never exceeds what the file's bytes
-// can hold. One thread at a time; several files may be read at once.
+// can hold. The content alone tells what a file is, not its name; text, images,
+// folders, pipes and whatever refers to other files are refused. A sample that
+// is not a finite number reads as 0. One thread at a time; several files may be
+// read at once.
 class AudioFile {
 public:
     // Throws AudioFileError (open, unsupported).
@@ -65,6 +68,7 @@ public:
 
 private:
     std::unique_ptr<Source> m_source;
+    qint64 m_position = 0;
 };
 
 } // namespace tonequill

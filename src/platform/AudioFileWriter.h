@@ -17,7 +17,8 @@ enum class AudioEncoding {
 };
 
 // Writes frames to a new audio file. The file is complete after finish(); a
-// writer that goes away before removes what it wrote.
+// writer that goes away before, or fails, removes what it wrote. It does not
+// sync: the caller of a file that is to be kept does. One thread.
 class AudioFileWriter {
 public:
     // `bitRate` in bits per second counts for m4aAac only.
@@ -28,17 +29,21 @@ public:
     AudioFileWriter(const AudioFileWriter&) = delete;
     AudioFileWriter& operator=(const AudioFileWriter&) = delete;
 
-    // Appends the buffer's valid frames. Throws AudioFileError (write).
-    // REQUIRES: buffer.format() == the writer's format.
+    // Appends the buffer's valid frames; samples beyond full scale are clamped
+    // in integers. Throws AudioFileError (write), and for a WAV past its 4 GB.
+    // REQUIRES: buffer.format() == the writer's format; no write or finish()
+    // was called after finish() or a failure.
     void write(const AudioBuffer& buffer);
 
     // Writes what is buffered, completes the header and closes the file.
     // Throws AudioFileError (write).
     void finish();
 
+    class Sink; // how one kind of file is written; a detail of the implementation
+
 private:
-    struct State;
-    std::unique_ptr<State> m_state;
+    AudioFormat m_format;
+    std::unique_ptr<Sink> m_sink; // null after a failure or finish()
 };
 
 } // namespace tonequill

@@ -1,0 +1,115 @@
+#include "platform/AacSink.h"
+#include "platform/AudioFileWriter.h"
+#include "platform/M4aFile.h"
+#include "platform/MediaInput.h"
+#include "platform/MediaTracks.h"
+#include "platform/StreamConverter.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <optional>
+
+namespace tonequill {
+
+namespace {
+
+constexpr int kAacFrames = 1024;
+constexpr qint64 kBlockFrames = 16'384;
+constexpr double kUsualRate = 48'000;
+constexpr int kBitsPerChannel = 128'000;
+
+void report(Progress* progress, qint64 done, qint64 all)
+{
+    if (!progress)
+        return;
+    if (progress->isCancelled())
+        throw Cancelled();
+    if (all > 0)
+        progress->set(std::clamp(static_cast<double>(done) / static_cast<double>(all), 0.0, 1.0));
+}
+
+// Whether the packets can go into MPEG-4 as they are: the plain profile with
+// its usual 1024 frames a packet.
+bool canBeCopied(const AVCodecParameters& track)
+{
+    return track.codec_id == AV_CODEC_ID_AAC && track.profile == FF_PROFILE_AAC_LOW &&
+           (track.frame_size == 0 || track.frame_size == kAacFrames) &&
+           AacSink::supports({static_cast<double>(track.sample_rate), track.ch_layout.nb_channels});
+}
+
+// Frames of the track's beginning that the container wants left out.
+qint64 skippedFrames(const AVPacket& packet)
+{
+    constexpr std::size_t kSideDataBytes = 10; // two counts and two reasons
+    std::size_t bytes = 0;
+    const uint8_t* data = av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &bytes);
+    return data && bytes >= kSideDataBytes ? qFromLittleEndian<quint32>(data) : 0;
+}
+
+// Times are counted anew: a track that starts late or has gaps in a video
+// becomes one that starts at 0 and has none.
+void copyPackets(MediaInput& input, const AVStream& stream, const QString& destination, Progress* progress)
+{
+    const AVRational perFrame = {1, stream.codecpar->sample_rate};
+    M4aFile output(destination, *stream.codecpar, perFrame);
+    const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
+    std::optional<qint64> time;
+    bool hasSound = false;
+    for (; input.read(packet.get()); av_packet_unref(packet.get())) {
+        if (packet->stream_index != stream.index)
+            continue;
+        report(progress, packet->pos, input.file().size());
+        const bool isLeftOut = (packet->flags & AV_PKT_FLAG_DISCARD) != 0;
+        if (isLeftOut && hasSound)
+            continue; // behind the end that an edit list gives
+        hasSound = hasSound || !isLeftOut;
+        if (!time)
+            time = -skippedFrames(*packet); // left-out packets at the start included
+        packet->pts = packet->dts = *time;
+        packet->duration = kAacFrames;
+        *time += kAacFrames;
+        output.write(packet.get());
+    }
+    if (!hasSound)
+        throw AudioFileError(AudioFileError::Kind::read, input.path());
+    output.finish();
+}
+
+void encodeFrames(const QString& source, const QString& destination, Progress* progress)
+{
+    AudioFile file(source);
+    const int channels = std::min(file.channelCount(), 2);
+    AudioFormat format = {file.sampleRate(), channels};
+    if (!AacSink::supports(format))
+        format.sampleRate = kUsualRate;
+    StreamConverter converter(file.format(), format);
+    AudioFileWriter writer(destination, format, AudioEncoding::m4aAac, kBitsPerChannel * channels);
+    AudioBuffer block(file.format(), kBlockFrames);
+    while (file.read(block) > 0) {
+        report(progress, file.framePosition(), file.length());
+        writer.write(converter.convert(block));
+    }
+    writer.write(converter.finish());
+    writer.finish();
+}
+
+} // namespace
+
+void extractFirstAudio(const QString& source, const QString& destination, Progress* progress)
+{
+    MediaInput input(source);
+    const AVStream* stream = input.firstAudio();
+    if (!stream)
+        throw AudioFileError(AudioFileError::Kind::unsupported, source);
+    if (canBeCopied(*stream->codecpar)) {
+        input.selectOnly(stream);
+        copyPackets(input, *stream, destination, progress);
+    } else {
+        encodeFrames(source, destination, progress);
+    }
+    if (progress)
+        progress->set(1);
+}
+
+} // namespace tonequill

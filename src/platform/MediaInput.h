@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/Ffmpeg.h"
+#include "platform/RegularFile.h"
+
+#include <QString>
+
+#include <chrono>
+
+namespace tonequill {
+
+// A media file opened with libavformat, as carefully as a file from anywhere
+// deserves: recognised by its content alone, only as one of the containers we
+// know, with no way to open a second file or the network, and with a deadline.
+class MediaInput {
+public:
+    // Throws AudioFileError: open for what is no regular file, unsupported for
+    // what is no audio or video file.
+    explicit MediaInput(const QString& path);
+    ~MediaInput();
+    MediaInput(const MediaInput&) = delete;
+    MediaInput& operator=(const MediaInput&) = delete;
+
+    const QString& path() const { return m_path; }
+    const RegularFile& file() const { return m_file; }
+    AVFormatContext* context() const { return m_context.get(); }
+
+    // The first sound track, null without one.
+    AVStream* firstAudio() const;
+
+    // Leaves out every track but `stream`.
+    void selectOnly(const AVStream* stream);
+
+    // Reads the next packet of the selected tracks. False at the end of the
+    // file, or where it cannot be read any more.
+    bool read(AVPacket* packet);
+
+    // The bytes of the file that belong to sound data start here.
+    qint64 dataOffset() const { return m_dataOffset; }
+
+private:
+    struct Callbacks;
+    void open();
+    bool isComplete() const;
+
+    QString m_path;
+    RegularFile m_file;
+    qint64 m_offset = 0; // where libavformat reads next
+    qint64 m_dataOffset = 0;
+    std::chrono::steady_clock::time_point m_deadline;
+    AVIOContext* m_io = nullptr;
+    ffmpeg::FormatContext m_context;
+};
+
+} // namespace tonequill

@@ -1,0 +1,54 @@
+#include "platform/RegularFile.h"
+
+#include "platform/AudioFile.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tonequill {
+
+RegularFile::RegularFile(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status = {};
+    if (::stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        throw AudioFileError(AudioFileError::Kind::open, path);
+    // Not blocking, in case the name became a pipe since the look at it.
+    m_descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (m_descriptor < 0)
+        throw AudioFileError(AudioFileError::Kind::open, path);
+    if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(m_descriptor);
+        throw AudioFileError(AudioFileError::Kind::open, path);
+    }
+    m_size = status.st_size;
+}
+
+RegularFile::~RegularFile()
+{
+    ::close(m_descriptor);
+}
+
+qint64 RegularFile::read(void* into, qint64 bytes, qint64 offset) const
+{
+    auto* target = static_cast<std::byte*>(into);
+    qint64 done = 0;
+    while (done < bytes) {
+        const ssize_t got = ::pread(m_descriptor, target + done, static_cast<std::size_t>(bytes - done), offset + done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return done > 0 ? done : -1;
+        if (got == 0)
+            break;
+        done += got;
+    }
+    return done;
+}
+
+} // namespace tonequill

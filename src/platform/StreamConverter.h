@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/AudioBuffer.h"
+#include "platform/Ffmpeg.h"
+
+namespace tonequill {
+
+// Converts a stream of buffers to another rate and mixes its channels down.
+class StreamConverter {
+public:
+    // Throws std::bad_alloc. REQUIRES: both formats have 1…64 channels.
+    StreamConverter(AudioFormat from, AudioFormat to);
+
+    // The frames that `buffer` completes; valid until the next call.
+    const AudioBuffer& convert(const AudioBuffer& buffer);
+
+    // The frames that were held back. REQUIRES: the stream's end was converted.
+    const AudioBuffer& finish();
+
+private:
+    const AudioBuffer& take(const uint8_t** channels, int frames);
+
+    AudioFormat m_to;
+    AudioBuffer m_result;
+    ffmpeg::Resampler m_resampler; // null where both formats are equal
+};
+
+} // namespace tonequill

@@ -1,0 +1,65 @@
+#include "support/MediaFactory.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <stdexcept>
+
+namespace tonequill::test {
+
+using namespace Qt::StringLiterals;
+
+QString scratchPath(const QString& name)
+{
+    static const QTemporaryDir folder;
+    return folder.filePath(name);
+}
+
+QString makeMedia(const QString& name, const QStringList& arguments)
+{
+    const QString path = scratchPath(name);
+    if (QFileInfo::exists(path))
+        return path;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path});
+    constexpr int kPatienceMs = 60'000;
+    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+        throw std::runtime_error("ffmpeg could not make " + name.toStdString());
+    return path;
+}
+
+QStringList chirp(int sampleRate, int channels, double seconds)
+{
+    QStringList parts;
+    for (int channel = 0; channel < channels; ++channel)
+        parts << u"0.4*sin(2*PI*(%1+150*t)*t)+0.05*(random(%2)-0.5)"_s.arg(180 + 110 * channel).arg(channel);
+    return {u"-f"_s, u"lavfi"_s, u"-i"_s,
+            u"aevalsrc='%1':s=%2:d=%3"_s.arg(parts.join(u'|')).arg(sampleRate).arg(seconds, 0, 'f', 6)};
+}
+
+QStringList picture(double seconds)
+{
+    return {u"-f"_s, u"lavfi"_s, u"-i"_s, u"testsrc=size=160x90:rate=25:duration=%1"_s.arg(seconds, 0, 'f', 3)};
+}
+
+QByteArray bytesOfFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("no file " + path.toStdString());
+    return file.readAll();
+}
+
+QString makeFile(const QString& name, const QByteArray& bytes)
+{
+    const QString path = scratchPath(name);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        throw std::runtime_error("could not write " + path.toStdString());
+    return path;
+}
+
+} // namespace tonequill::test
