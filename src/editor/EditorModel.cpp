@@ -48,7 +48,8 @@ QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
     std::optional<AudioAnalysis> analysis;
     std::optional<QString> loadError;
     try {
-        analysis = co_await background([path, progress] { return AudioAnalyzer::analyze(path, progress.get()); });
+        const auto work = [path, progress] { return AudioAnalyzer::analyze(path, progress.get()); };
+        analysis = co_await background(work);
     } catch (const Cancelled&) {
         co_return;
     } catch (const std::exception& error) {

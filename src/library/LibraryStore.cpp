@@ -182,8 +182,10 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
 {
     const QString name = info && info->name ? *info->name : Files::stem(source);
     const QUuid id = QUuid::createUuid();
-    const ImportedFile imported = co_await background(
-        [source, folder = m_folder, id, name, progress] { return bringIn(source, folder, id, name, progress.get()); });
+    const auto work = [source, folder = m_folder, id, name, progress] {
+        return bringIn(source, folder, id, name, progress.get());
+    };
+    const ImportedFile imported = co_await background(work);
 
     SoundItem item;
     item.id = id;
@@ -219,7 +221,8 @@ QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, Q
         QString path;
         ~Temporary() { QFile::remove(path); }
     } const temporary{path};
-    co_await background([path, data] { Files::writeDurably(path, std::span(&data, 1)); });
+    const auto write = [path, data] { Files::writeDurably(path, std::span(&data, 1)); };
+    co_await background(write);
     SoundInfo info;
     info.name = name;
     co_return co_await importFile(path, origin, tags, info);

@@ -288,9 +288,9 @@ TEST_F(LibraryStoreTest, SweepsAwayWhatAKilledImportLeft)
     test::writeBytes(library + u"/.importing-"_s + item.fileName, "");
     test::writeBytes(library + u"/.importing-..wav"_s, "");
     test::writeBytes(library + u"/.tonequill-abc.tmp"_s, "half an index");
-    test::writeBytes(library + u"/a friend's file.wav"_s, "not ours");
+    test::writeBytes(library + u"/zz friend's file.wav"_s, "not ours");
     open()->sweepUnfinished();
-    EXPECT_EQ(files(), (QStringList{u"a friend's file.wav"_s, item.fileName, u"index.json"_s}));
+    EXPECT_EQ(files(), (QStringList{item.fileName, u"index.json"_s, u"zz friend's file.wav"_s}));
 }
 
 TEST_F(LibraryStoreTest, TwoImportsAtOnceBothArrive)

@@ -19,7 +19,8 @@ namespace {
 // Sends from another thread, as another program would, while this one serves.
 std::optional<QJsonObject> sendTo(const QString& address, const QJsonObject& message, int timeoutMs = 5000)
 {
-    return test::await(background([=] { return HandOver::send(address, message, timeoutMs); }));
+    const auto work = [=] { return HandOver::send(address, message, timeoutMs); };
+    return test::await(background(work));
 }
 
 } // namespace
@@ -77,7 +78,7 @@ TEST(HandOver, NobodyThereIsToldSoon)
     EXPECT_FALSE(sendTo(u"/nowhere/tonequill-none"_s, {}, 300));
     HandOver silent([](const QJsonObject&) -> QJsonObject { return {}; });
     const auto address = silent.listen(u"/garbage/Library"_s);
-    const bool isClosed = test::await(background([address] {
+    const auto work = [address] {
         QLocalSocket socket;
         socket.connectToServer(*address);
         socket.waitForConnected(1000);
@@ -85,6 +86,6 @@ TEST(HandOver, NobodyThereIsToldSoon)
         socket.waitForBytesWritten(1000);
         socket.waitForReadyRead(2000);
         return socket.readAll() == "{}\n";
-    }));
-    EXPECT_TRUE(isClosed);
+    };
+    EXPECT_TRUE(test::await(background(work)));
 }
