@@ -8,7 +8,7 @@ namespace tonequill {
 
 namespace {
 
-void appendEscaped(QByteArray& out, const QString& text)
+void appendEscaped(std::string& out, const QString& text)
 {
     out += '"';
     for (const char byte : text.toUtf8()) {
@@ -18,7 +18,7 @@ void appendEscaped(QByteArray& out, const QString& text)
         } else if (byte == '\n') {
             out += "\\n";
         } else if (static_cast<unsigned char>(byte) < 0x20) {
-            out += "\\u00" + QByteArray(1, byte).toHex();
+            out += "\\u00" + QByteArray(1, byte).toHex().toStdString();
         } else {
             out += byte;
         }
@@ -27,11 +27,11 @@ void appendEscaped(QByteArray& out, const QString& text)
 }
 
 template <typename Number>
-void appendNumber(QByteArray& out, Number value)
+void appendNumber(std::string& out, Number value)
 {
     char digits[40];
     const auto end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
-    out.append(digits, end - digits);
+    out.append(digits, end);
 }
 
 } // namespace
@@ -121,7 +121,7 @@ JsonWriter& JsonWriter::boolean(bool value)
 JsonWriter& JsonWriter::json(const QByteArray& value)
 {
     separate();
-    m_out += value;
+    m_out.append(value.constData(), std::size_t(value.size()));
     return *this;
 }
 

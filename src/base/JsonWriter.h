@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <concepts>
+#include <string>
 
 namespace tonequill {
 
@@ -44,12 +45,13 @@ public:
         return endArray();
     }
 
-    const QByteArray& bytes() const { return m_out; }
+    // A copy of exactly its size.
+    QByteArray bytes() const { return QByteArray(m_out.data(), qsizetype(m_out.size())); }
 
 private:
     void separate();
 
-    QByteArray m_out;
+    std::string m_out;
     bool m_needsComma = false;
 };
 

@@ -125,8 +125,7 @@ QByteArray encode(const SoundItem& item)
     optionalText("pageURL", item.pageURL);
     if (item.thumbnail)
         json.key("thumbnail").list(*item.thumbnail);
-    json.endObject();
-    return json.bytes();
+    return json.endObject().bytes();
 }
 
 std::optional<QList<SoundItem>> decode(const QByteArray& json)

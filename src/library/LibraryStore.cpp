@@ -14,6 +14,8 @@
 #include <QSet>
 #include <QStandardPaths>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace tonequill {
@@ -31,6 +33,20 @@ bool isSoundFileName(const QString& name)
 {
     return !name.isEmpty() && !name.contains(u'/') && !name.contains(QChar(u'\0')) && !name.startsWith(u'.') &&
            name != kIndexName;
+}
+
+// The names of the regular files in a folder. One listing without a question for
+// each file: bench/Library.cpp opens 100,000 sounds.
+QSet<QString> filesIn(const QString& folder)
+{
+    QSet<QString> names;
+    std::error_code ignored;
+    const std::filesystem::path path = QFile::encodeName(folder).toStdString();
+    for (std::filesystem::directory_iterator entry(path, ignored), end; entry != end; entry.increment(ignored)) {
+        if (entry->is_regular_file(ignored))
+            names.insert(QFile::decodeName(entry->path().filename().c_str()));
+    }
+    return names;
 }
 
 struct ImportedFile {
@@ -105,9 +121,7 @@ void LibraryStore::load()
     m_indexWasReadable = records.has_value();
     if (!records)
         return;
-    // One listing of the folder is far cheaper than a question for each record.
-    const QStringList files = QDir(m_folder).entryList(QDir::Files | QDir::NoDotAndDotDot);
-    const QSet<QString> present(files.begin(), files.end());
+    const QSet<QString> present = filesIn(m_folder);
     for (SoundItem& item : *records) {
         if (isSoundFileName(item.fileName) && present.contains(item.fileName))
             m_items.append(std::move(item));

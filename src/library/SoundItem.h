@@ -55,5 +55,3 @@ struct SoundInfo {
 };
 
 } // namespace tonequill
-
-Q_DECLARE_METATYPE(tonequill::SoundItem)
