@@ -24,10 +24,10 @@ struct Deleter {
 
 using FormatContext = std::unique_ptr<AVFormatContext, Deleter<avformat_close_input>>;
 using CodecContext = std::unique_ptr<AVCodecContext, Deleter<avcodec_free_context>>;
+using CodecParameters = std::unique_ptr<AVCodecParameters, Deleter<avcodec_parameters_free>>;
 using Packet = std::unique_ptr<AVPacket, Deleter<av_packet_free>>;
 using Frame = std::unique_ptr<AVFrame, Deleter<av_frame_free>>;
 using Resampler = std::unique_ptr<SwrContext, Deleter<swr_free>>;
-using Buffer = std::unique_ptr<AVBufferRef, Deleter<av_buffer_unref>>;
 
 // Throws std::bad_alloc where an allocation gave nothing.
 template <typename Owner>

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <chrono>
+#include <memory>
 
 namespace tonequill {
 
@@ -17,12 +18,15 @@ public:
     // Throws AudioFileError: open for what is no regular file, unsupported for
     // what is no audio or video file.
     explicit MediaInput(const QString& path);
+    // Once more from the start, of a file that is open already.
+    explicit MediaInput(std::shared_ptr<const RegularFile> file);
     ~MediaInput();
     MediaInput(const MediaInput&) = delete;
     MediaInput& operator=(const MediaInput&) = delete;
 
-    const QString& path() const { return m_path; }
-    const RegularFile& file() const { return m_file; }
+    const QString& path() const { return m_file->path(); }
+    const RegularFile& file() const { return *m_file; }
+    const std::shared_ptr<const RegularFile>& sharedFile() const { return m_file; }
     AVFormatContext* context() const { return m_context.get(); }
 
     // The first sound track, null without one.
@@ -43,8 +47,7 @@ private:
     void open();
     bool isComplete() const;
 
-    QString m_path;
-    RegularFile m_file;
+    std::shared_ptr<const RegularFile> m_file;
     qint64 m_offset = 0; // where libavformat reads next
     qint64 m_dataOffset = 0;
     std::chrono::steady_clock::time_point m_deadline;
