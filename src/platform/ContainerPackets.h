@@ -7,7 +7,9 @@
 namespace tonequill {
 
 // Packets as libavformat's demuxer gives them. What it says about times is not
-// relied on: a packet's place is found by counting from the first one.
+// relied on, since after a seek some demuxers guess: a packet's place is found by
+// counting from the first one, and after a seek the packets are known again by
+// their data.
 class ContainerPackets final : public PacketReader {
 public:
     // `firstFrames` is the number of frames that the first packet gave.
@@ -27,6 +29,7 @@ private:
     std::optional<PacketPlace> place(const AVPacket& packet);
     void restart();
     bool jump(qint64 packet);
+    void readUpTo(qint64 packet);
 
     std::shared_ptr<const RegularFile> m_file;
     std::unique_ptr<MediaInput> m_input;
