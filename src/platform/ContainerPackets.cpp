@@ -15,8 +15,11 @@ namespace {
 
 // Reading all packets of the largest files would keep the user waiting.
 constexpr qint64 kMaxScannedBytes = 1024LL * 1024 * 1024;
-constexpr auto kScanPatience = std::chrono::seconds(4);
 
+// Opening has been quick before.
+constexpr auto kRestartPatience = std::chrono::seconds(2);
+
+// After a jump the first packets may be incomplete; so many are looked at.
 constexpr int kMaxUnknownPackets = 50;
 
 // A number that two packets hardly ever share.
@@ -47,13 +50,13 @@ ContainerPackets::ContainerPackets(std::unique_ptr<MediaInput> input, CodecTrait
       m_frames(rule, *m_input->firstAudio()->codecpar, firstFrames),
       m_found(ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc()))
 {
-    restart();
+    restart(m_input->deadline());
 }
 
-void ContainerPackets::restart()
+void ContainerPackets::restart(MediaInput::Moment deadline)
 {
     if (!m_input) // a demuxer that went back to the start may remember what came after
-        m_input = std::make_unique<MediaInput>(m_file);
+        m_input = std::make_unique<MediaInput>(m_file, deadline);
     const AVStream* stream = m_input->firstAudio();
     if (!stream)
         throw AudioFileError(AudioFileError::Kind::seek, m_file->path());
@@ -68,6 +71,8 @@ void ContainerPackets::restart()
 
 bool ContainerPackets::nextOfTrack(AVPacket* packet)
 {
+    if (!m_isScanning)
+        m_input->renewDeadline();
     while (m_input->read(packet)) {
         if (packet->stream_index == m_track)
             return true;
@@ -120,22 +125,24 @@ bool ContainerPackets::next(AVPacket* packet, std::optional<PacketPlace>& where)
     return true;
 }
 
-void ContainerPackets::scan()
+void ContainerPackets::scan(MediaInput::Moment deadline)
 {
     if (m_file->size() > kMaxScannedBytes)
         return;
-    const auto deadline = std::chrono::steady_clock::now() + kScanPatience;
     const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
     PacketTable table;
     std::optional<PacketPlace> where;
     bool isLate = false;
+    m_isScanning = true;
     while (!isLate && next(packet.get(), where)) {
         table.entries.push_back({*where, packet->size, packet->pos, packet->pts, printOf(*packet)});
         av_packet_unref(packet.get());
         isLate = table.entries.size() % 1024 == 0 && std::chrono::steady_clock::now() > deadline;
     }
+    m_isScanning = false;
+    isLate = isLate || std::chrono::steady_clock::now() > deadline; // the input stops then, too
     m_input.reset();
-    restart();
+    restart(std::chrono::steady_clock::now() + kRestartPatience);
     if (!isLate)
         m_table = std::move(table);
 }
@@ -153,7 +160,7 @@ void ContainerPackets::goTo(qint64 packet)
 void ContainerPackets::readUpTo(qint64 packet)
 {
     m_input.reset();
-    restart();
+    restart(std::chrono::steady_clock::now() + kRestartPatience);
     for (; m_next < packet && nextOfTrack(m_found.get()); ++m_next)
         av_packet_unref(m_found.get());
 }

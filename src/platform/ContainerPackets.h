@@ -21,13 +21,14 @@ public:
     void goTo(qint64 packet) override;
 
     // Reads all packets once, so that table() is there. Gives up, without one,
-    // where that would take too long. REQUIRES: the rule is not unknown.
-    void scan();
+    // where that would take too long: it is done by `deadline`. REQUIRES: the
+    // rule is not unknown.
+    void scan(MediaInput::Moment deadline);
 
 private:
     bool nextOfTrack(AVPacket* packet);
     std::optional<PacketPlace> place(const AVPacket& packet);
-    void restart();
+    void restart(MediaInput::Moment deadline);
     bool jump(qint64 packet);
     void readUpTo(qint64 packet);
 
@@ -37,6 +38,7 @@ private:
     int m_firstFrames;
     int m_track = 0;
     PacketFrames m_frames;
+    bool m_isScanning = false;
     qint64 m_start = 0;     // of the next packet, while there is no table
     qint64 m_skip = 0;      // frames still to be left out
     ffmpeg::Packet m_found; // read ahead by jump()

@@ -17,6 +17,9 @@ namespace {
 // So many packets may be damaged before the first good one.
 constexpr int kMaxPacketsToFirstFrame = 500;
 
+// How long a seek may take to find all packets.
+constexpr auto kScanPatience = std::chrono::seconds(4);
+
 // No codec in use packs sound tighter than this (6 kbit/s at 48 kHz).
 constexpr qint64 kMaxFramesPerByte = 64;
 
@@ -124,14 +127,15 @@ void DecodedSource::chooseReader(MediaInput& input)
             return;
         }
     }
-    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file), m_traits.frames, m_firstFrames);
+    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file, input.deadline()), m_traits.frames,
+                                                     m_firstFrames);
     m_container = reader.get();
     m_reader = std::move(reader);
     // FLAC numbers its frames, so that a look at the last one is enough.
     const bool isNumbered = container == "flac" && stream.duration > 0;
     m_length = isNumbered ? flacEnd(input, stream, sampleRate) : -1;
     if (m_length < 0) {
-        findPackets();
+        findPackets(input.deadline());
         m_length = m_reader->table() ? m_reader->table()->length() : declaredLength(input);
     }
 }
@@ -178,10 +182,10 @@ std::unique_ptr<Decoder> DecodedSource::makeDecoder() const
 }
 
 // Has all packets counted; without them there is no other way than from the start.
-void DecodedSource::findPackets()
+void DecodedSource::findPackets(MediaInput::Moment deadline)
 {
     if (m_container && !m_container->table() && m_traits.frames != CodecTraits::Frames::unknown) {
-        m_container->scan();
+        m_container->scan(deadline);
         decodeFrom(0);
     }
     if (!m_reader->table())
@@ -216,7 +220,7 @@ void DecodedSource::seek(qint64 frame)
     if (isNear)
         return; // decoding on is as quick as starting anew
     if (m_traits.recovery != CodecTraits::Recovery::fromStart)
-        findPackets();
+        findPackets(std::chrono::steady_clock::now() + kScanPatience);
     qint64 from = 0;
     if (m_traits.recovery != CodecTraits::Recovery::fromStart && !m_reader->table()->entries.empty()) {
         const qint64 packet = m_reader->table()->packetAt(frame);

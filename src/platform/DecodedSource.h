@@ -40,7 +40,7 @@ private:
     qint64 declaredLength(const MediaInput& input) const;
     std::unique_ptr<Decoder> makeDecoder(Decoder::Trimming trimming) const;
     std::unique_ptr<Decoder> makeDecoder() const;
-    void findPackets();
+    void findPackets(MediaInput::Moment deadline);
     void decodeFrom(qint64 packet);
     bool advance();
     bool takeFrame();

@@ -114,6 +114,7 @@ std::optional<PacketTable> indexTable(const MediaInput& input, const AVStream& s
     qint64 start = 0;
     AVStream* indexed = input.context()->streams[stream.index];
     const int count = avformat_index_get_entries_count(indexed);
+    table.entries.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int i = 0; i < count; ++i) {
         const AVIndexEntry* entry = avformat_index_get_entry(indexed, i);
         if (entry->pos < 0 || entry->size <= 0 || entry->pos > input.file().size() - entry->size)
