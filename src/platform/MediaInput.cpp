@@ -14,7 +14,6 @@ namespace {
 constexpr int kIoBufferBytes = 64 * 1024;
 constexpr int kPaddedIoBufferBytes = kIoBufferBytes + AV_INPUT_BUFFER_PADDING_SIZE;
 
-// A damaged file may keep a demuxer searching; nobody waits longer than this.
 constexpr auto kPatience = std::chrono::seconds(8);
 
 // Containers of sound and video by libavformat's names. What is not here is
@@ -78,13 +77,13 @@ struct MediaInput::Callbacks {
     }
 };
 
-MediaInput::MediaInput(const QString& path) : MediaInput(std::make_shared<const RegularFile>(path))
+MediaInput::MediaInput(const QString& path)
+    : MediaInput(std::make_shared<const RegularFile>(path), std::chrono::steady_clock::now() + kPatience)
 {}
 
-MediaInput::MediaInput(std::shared_ptr<const RegularFile> file) : m_file(std::move(file))
+MediaInput::MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline) : m_file(std::move(file)), m_deadline(deadline)
 {
-    // Its messages are for developers of players and go to standard error.
-    av_log_set_level(AV_LOG_QUIET);
+    ffmpeg::configure();
     try {
         open();
     } catch (...) {
@@ -108,7 +107,6 @@ void MediaInput::open()
     const AudioFileError unsupported(AudioFileError::Kind::unsupported, path());
     if (m_file->size() == 0)
         throw unsupported;
-    m_deadline = std::chrono::steady_clock::now() + kPatience;
 
     auto* buffer = static_cast<unsigned char*>(av_malloc(kPaddedIoBufferBytes));
     if (!buffer)
@@ -167,9 +165,13 @@ void MediaInput::selectOnly(const AVStream* selected)
         stream->discard = stream == selected ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
-bool MediaInput::read(AVPacket* packet)
+void MediaInput::renewDeadline()
 {
     m_deadline = std::chrono::steady_clock::now() + kPatience;
+}
+
+bool MediaInput::read(AVPacket* packet)
+{
     return av_read_frame(m_context.get(), packet) >= 0;
 }
 
