@@ -53,11 +53,23 @@ function(tonequill_subsystem name)
   endforeach()
   target_link_libraries(tonequill_${name} PUBLIC ${arg_LINKS} PRIVATE tonequill_flags)
   set_target_properties(tonequill_${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+  tonequill_moc_follows_globs(tonequill_${name})
   tonequill_precompile(tonequill_${name})
   if(BUILD_TESTING)
     add_test(NAME layers_${name} COMMAND ${CMAKE_COMMAND}
       "-DFOLDER=${CMAKE_CURRENT_SOURCE_DIR}" "-DNAME=${name}" "-DALLOWED=${arg_DEPENDS}"
       -P "${CMAKE_SOURCE_DIR}/cmake/CheckLayers.cmake")
+  endif()
+endfunction()
+
+# Makes moc look again when the list of files has changed: its rule depends only
+# on the files that it saw the last time (CMake 3.25 with Ninja).
+function(tonequill_moc_follows_globs target)
+  get_target_property(sources ${target} SOURCES)
+  get_target_property(headers ${target} HEADER_SET)
+  if(NOT "${sources};${headers}" STREQUAL "${${target}_FILES}")
+    file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp")
+    set(${target}_FILES "${sources};${headers}" CACHE INTERNAL "The files that moc saw")
   endif()
 endfunction()
 
@@ -80,6 +92,7 @@ function(tonequill_test name)
   endif()
   add_executable(test_${name} ${sources})
   target_link_libraries(test_${name} PRIVATE tonequill_test_support ${arg_LINKS} tonequill_flags)
+  tonequill_moc_follows_globs(test_${name})
   tonequill_precompile(test_${name})
   add_test(NAME ${name} COMMAND test_${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 240

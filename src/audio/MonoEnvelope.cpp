@@ -73,11 +73,17 @@ float rootMeanSquare(const float* samples, qint64 count)
 
 } // namespace
 
-MonoEnvelope::MonoEnvelope(qint64 hopFrames, int channelCount)
+MonoEnvelope::MonoEnvelope(qint64 hopFrames, int channelCount, qint64 frames)
     : m_hopFrames(hopFrames),
       m_channelCount(channelCount),
       m_mono(static_cast<std::size_t>(hopFrames + 1))
-{}
+{
+    // A guess only: where a header exaggerates, memory comes as it is needed.
+    constexpr qint64 kMaxReserved = 100 * 60 * 60 * 2; // two hours
+    const auto hops = static_cast<std::size_t>(std::min(frames / hopFrames + 1, kMaxReserved));
+    m_rms.reserve(hops);
+    m_peak.reserve(hops);
+}
 
 void MonoEnvelope::add(std::span<const float* const> channels, qint64 frames)
 {

@@ -58,12 +58,9 @@ AacSink::AacSink(const QString& path, AudioFormat format, int bitRate) : m_path(
         throw std::bad_alloc();
     m_packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
 
-    AVCodecParameters* track = avcodec_parameters_alloc();
-    if (!track || avcodec_parameters_from_context(track, m_encoder.get()) < 0) {
-        avcodec_parameters_free(&track);
+    const auto track = ffmpeg::allocated<ffmpeg::CodecParameters>(avcodec_parameters_alloc());
+    if (avcodec_parameters_from_context(track.get(), m_encoder.get()) < 0)
         throw std::bad_alloc();
-    }
-    const std::unique_ptr<AVCodecParameters, ffmpeg::Deleter<avcodec_parameters_free>> owner(track);
     m_file = std::make_unique<M4aFile>(path, *track, m_encoder->time_base);
 }
 

@@ -3,9 +3,8 @@
 #include "platform/M4aFile.h"
 #include "platform/MediaInput.h"
 #include "platform/MediaTracks.h"
+#include "platform/PacketTrim.h"
 #include "platform/StreamConverter.h"
-
-#include <QtEndian>
 
 #include <algorithm>
 #include <optional>
@@ -38,15 +37,6 @@ bool canBeCopied(const AVCodecParameters& track)
            AacSink::supports({static_cast<double>(track.sample_rate), track.ch_layout.nb_channels});
 }
 
-// Frames of the track's beginning that the container wants left out.
-qint64 skippedFrames(const AVPacket& packet)
-{
-    constexpr std::size_t kSideDataBytes = 10; // two counts and two reasons
-    std::size_t bytes = 0;
-    const uint8_t* data = av_packet_get_side_data(&packet, AV_PKT_DATA_SKIP_SAMPLES, &bytes);
-    return data && bytes >= kSideDataBytes ? qFromLittleEndian<quint32>(data) : 0;
-}
-
 // Times are counted anew: a track that starts late or has gaps in a video
 // becomes one that starts at 0 and has none.
 void copyPackets(MediaInput& input, const AVStream& stream, const QString& destination, Progress* progress)
@@ -59,13 +49,16 @@ void copyPackets(MediaInput& input, const AVStream& stream, const QString& desti
     for (; input.read(packet.get()); av_packet_unref(packet.get())) {
         if (packet->stream_index != stream.index)
             continue;
+        input.renewDeadline();
         report(progress, packet->pos, input.file().size());
         const bool isLeftOut = (packet->flags & AV_PKT_FLAG_DISCARD) != 0;
         if (isLeftOut && hasSound)
             continue; // behind the end that an edit list gives
         hasSound = hasSound || !isLeftOut;
-        if (!time)
-            time = -skippedFrames(*packet); // left-out packets at the start included
+        if (!time) {
+            const std::optional<PacketTrim> trim = trimOf(*packet);
+            time = trim ? -trim->start : 0; // left-out packets at the start included
+        }
         packet->pts = packet->dts = *time;
         packet->duration = kAacFrames;
         *time += kAacFrames;

@@ -2,32 +2,30 @@
 
 #include "platform/Ffmpeg.h"
 
-#include <optional>
+#include <QtGlobal>
+
 #include <span>
 
 namespace tonequill {
 
-// One libavcodec sound decoder: packets in, frames out, as they come.
+// One libavcodec sound decoder: packets in, frames out.
 class Decoder {
 public:
-    // Null context if there is no decoder for it.
-    explicit Decoder(const AVStream& stream);
+    // Who leaves out the encoder's delay and padding.
+    enum class Trimming { byCaller, byDecoder };
 
+    Decoder(const AVCodecParameters& track, AVRational timeBase, Trimming trimming);
+
+    // False if there is no decoder for it, or it does not take the parameters.
     bool isOpen() const { return m_context != nullptr; }
 
-    // Decodes one packet (or, for null, what is left at the end). Calls
-    // take(const AVFrame&) for each frame it gives. A damaged packet gives none.
-    template <typename Take>
-    void decode(const AVPacket* packet, Take take)
-    {
-        if (avcodec_send_packet(m_context.get(), packet) < 0)
-            return;
-        while (avcodec_receive_frame(m_context.get(), m_frame.get()) >= 0) {
-            take(*m_frame);
-            av_frame_unref(m_frame.get());
-        }
-    }
+    // Gives it a packet, or the end of the track (null). False if the packet is damaged.
+    bool send(const AVPacket* packet);
 
+    // The next frame of what was sent, valid until the next call; null if there is none.
+    const AVFrame* receive();
+
+    int profile() const { return m_context->profile; }
     void flush() { avcodec_flush_buffers(m_context.get()); }
 
 private:
@@ -36,7 +34,8 @@ private:
 };
 
 // Copies `frames` frames of `frame` from `first` on into the channels, as
-// sanitised floats. REQUIRES: channels.size() == the frame's channel count.
-void toChannels(const AVFrame& frame, qint64 first, qint64 frames, std::span<float* const> channels);
+// sanitised floats. Mono is spread to all channels; of other channel counts the
+// channels in common are taken.
+void toChannels(const AVFrame& frame, qint64 first, qint64 frames, std::span<float* const> channels, qint64 into);
 
 } // namespace tonequill

@@ -55,7 +55,7 @@ void M4aFile::IoDeleter::operator()(AVIOContext* io) const
 
 M4aFile::M4aFile(const QString& path, const AVCodecParameters& track, AVRational timeBase) : m_file(path), m_timeBase(timeBase)
 {
-    av_log_set_level(AV_LOG_QUIET);
+    ffmpeg::configure();
     auto* buffer = static_cast<unsigned char*>(av_malloc(kIoBufferBytes));
     if (!buffer)
         throw std::bad_alloc();
@@ -74,6 +74,9 @@ M4aFile::M4aFile(const QString& path, const AVCodecParameters& track, AVRational
         throw std::bad_alloc();
     stream->codecpar->codec_tag = 0; // the other container's
     stream->time_base = timeBase;
+    // The edit list counts in the movie's units: with the usual 1/1000 second the
+    // sound would not end where it ended.
+    av_opt_set_int(context->priv_data, "movie_timescale", timeBase.den, 0);
     check(avformat_write_header(context, nullptr));
 }
 

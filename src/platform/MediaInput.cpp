@@ -3,7 +3,8 @@
 #include "platform/AudioFile.h"
 
 #include <algorithm>
-#include <array>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace tonequill {
@@ -13,46 +14,14 @@ namespace {
 constexpr int kIoBufferBytes = 64 * 1024;
 constexpr int kPaddedIoBufferBytes = kIoBufferBytes + AV_INPUT_BUFFER_PADDING_SIZE;
 
-// A damaged file may keep a demuxer searching; nobody waits longer than this.
 constexpr auto kPatience = std::chrono::seconds(8);
 
 // Containers of sound and video by libavformat's names. What is not here is
 // refused, above all what refers to other files (play lists, concatenation
 // scripts, image sequences) and what takes any text (subtitles, text modes).
-constexpr std::array<std::string_view, 34> kContainers = {"aac",
-                                                          "ac3",
-                                                          "aiff",
-                                                          "amr",
-                                                          "ape",
-                                                          "asf",
-                                                          "au",
-                                                          "avi",
-                                                          "caf",
-                                                          "dsf",
-                                                          "dts",
-                                                          "eac3",
-                                                          "flac",
-                                                          "flv",
-                                                          "mlp",
-                                                          "matroska,webm",
-                                                          "mov,mp4,m4a,3gp,3g2,mj2",
-                                                          "mp3",
-                                                          "mpc",
-                                                          "mpc8",
-                                                          "mpeg",
-                                                          "mpegts",
-                                                          "mxf",
-                                                          "ogg",
-                                                          "rm",
-                                                          "sox",
-                                                          "tak",
-                                                          "truehd",
-                                                          "tta",
-                                                          "voc",
-                                                          "w64",
-                                                          "wav",
-                                                          "wv",
-                                                          "iff"};
+constexpr std::string_view kContainers =
+    "|aac|ac3|aiff|amr|ape|asf|au|avi|caf|dsf|dts|eac3|flac|flv|iff|matroska,webm|mlp|mov,mp4,m4a,3gp,3g2,mj2|mp3|mpc|mpc8|"
+    "mpeg|mpegts|mxf|ogg|rm|sox|tak|truehd|tta|voc|w64|wav|wv|";
 
 // A file without any name: libavformat is to look at the bytes alone.
 constexpr const char* kNoName = "";
@@ -70,7 +39,7 @@ struct MediaInput::Callbacks {
         auto* self = static_cast<MediaInput*>(opaque);
         if (isLate(opaque))
             return AVERROR_EXIT;
-        const qint64 got = self->m_file.read(into, bytes, self->m_offset);
+        const qint64 got = self->m_file->read(into, bytes, self->m_offset);
         if (got < 0)
             return AVERROR(EIO);
         if (got == 0)
@@ -83,7 +52,7 @@ struct MediaInput::Callbacks {
     {
         auto* self = static_cast<MediaInput*>(opaque);
         if ((whence & AVSEEK_SIZE) != 0)
-            return self->m_file.size();
+            return self->m_file->size();
         switch (whence & ~AVSEEK_FORCE) {
         case SEEK_SET:
             break;
@@ -91,7 +60,7 @@ struct MediaInput::Callbacks {
             offset += self->m_offset;
             break;
         case SEEK_END:
-            offset += self->m_file.size();
+            offset += self->m_file->size();
             break;
         default:
             return AVERROR(EINVAL);
@@ -108,10 +77,13 @@ struct MediaInput::Callbacks {
     }
 };
 
-MediaInput::MediaInput(const QString& path) : m_path(path), m_file(path)
+MediaInput::MediaInput(const QString& path)
+    : MediaInput(std::make_shared<const RegularFile>(path), std::chrono::steady_clock::now() + kPatience)
+{}
+
+MediaInput::MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline) : m_file(std::move(file)), m_deadline(deadline)
 {
-    // Its messages are for developers of players and go to standard error.
-    av_log_set_level(AV_LOG_QUIET);
+    ffmpeg::configure();
     try {
         open();
     } catch (...) {
@@ -132,10 +104,9 @@ MediaInput::~MediaInput()
 
 void MediaInput::open()
 {
-    const AudioFileError unsupported(AudioFileError::Kind::unsupported, m_path);
-    if (m_file.size() == 0)
+    const AudioFileError unsupported(AudioFileError::Kind::unsupported, path());
+    if (m_file->size() == 0)
         throw unsupported;
-    m_deadline = std::chrono::steady_clock::now() + kPatience;
 
     auto* buffer = static_cast<unsigned char*>(av_malloc(kPaddedIoBufferBytes));
     if (!buffer)
@@ -148,7 +119,7 @@ void MediaInput::open()
     const AVInputFormat* container = nullptr;
     if (av_probe_input_buffer2(m_io, &container, kNoName, nullptr, 0, 0) < 0 || !container)
         throw unsupported;
-    if (std::find(kContainers.begin(), kContainers.end(), container->name) == kContainers.end())
+    if (kContainers.find('|' + std::string(container->name) + '|') == std::string_view::npos)
         throw unsupported;
 
     AVFormatContext* context = avformat_alloc_context();
@@ -194,9 +165,13 @@ void MediaInput::selectOnly(const AVStream* selected)
         stream->discard = stream == selected ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
-bool MediaInput::read(AVPacket* packet)
+void MediaInput::renewDeadline()
 {
     m_deadline = std::chrono::steady_clock::now() + kPatience;
+}
+
+bool MediaInput::read(AVPacket* packet)
+{
     return av_read_frame(m_context.get(), packet) >= 0;
 }
 

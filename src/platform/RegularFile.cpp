@@ -12,7 +12,7 @@
 
 namespace tonequill {
 
-RegularFile::RegularFile(const QString& path)
+RegularFile::RegularFile(const QString& path) : m_path(path)
 {
     const QByteArray name = QFile::encodeName(path);
     struct stat status = {};

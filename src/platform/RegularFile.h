@@ -17,6 +17,8 @@ public:
     RegularFile(const RegularFile&) = delete;
     RegularFile& operator=(const RegularFile&) = delete;
 
+    const QString& path() const { return m_path; }
+
     // Bytes when it was opened.
     qint64 size() const { return m_size; }
 
@@ -25,6 +27,7 @@ public:
     qint64 read(void* into, qint64 bytes, qint64 offset) const;
 
 private:
+    QString m_path;
     int m_descriptor = -1;
     qint64 m_size = 0;
 };

@@ -20,7 +20,8 @@ TEST(Background, RunsElsewhereAndComesHome)
     struct Flow {
         static QCoro::Task<> run(QThread** workerOut, QThread** afterOut)
         {
-            *workerOut = co_await background([] { return QThread::currentThread(); });
+            const auto work = [] { return QThread::currentThread(); };
+            *workerOut = co_await background(work);
             *afterOut = QThread::currentThread();
         }
     };
@@ -31,8 +32,9 @@ TEST(Background, RunsElsewhereAndComesHome)
 
 TEST(Background, CarriesAnExceptionWithItsType)
 {
+    const auto work = []() -> int { throw UserError(u"No sound here."_s); };
     try {
-        test::await(background([]() -> int { throw UserError(u"No sound here."_s); }));
+        test::await(background(work));
         FAIL() << "nothing was thrown";
     } catch (const UserError& error) {
         EXPECT_EQ(error.message(), u"No sound here."_s);
@@ -41,7 +43,8 @@ TEST(Background, CarriesAnExceptionWithItsType)
 
 TEST(Background, ReturnsWhatCanOnlyBeMoved)
 {
-    const auto value = test::await(background([] { return std::make_unique<int>(7); }));
+    const auto work = [] { return std::make_unique<int>(7); };
+    const auto value = test::await(background(work));
     EXPECT_EQ(*value, 7);
 }
 

@@ -69,7 +69,7 @@ TEST(AudioFileWriter, DeclaresThePrimingOfAac)
 TEST(MediaTracks, ExtractsTheFirstSoundOfAVideo)
 {
     const QString video =
-        test::makeMedia(u"video.mp4"_s, test::chirp(48000, 2, 2) + test::picture(2) + QStringList{u"-shortest"_s});
+        test::makeMedia(u"video.mp4"_s, test::wandering(48000, 2, 2) + test::picture(2) + QStringList{u"-shortest"_s});
     EXPECT_EQ(mediaTracks(video).audioCount, 1);
     EXPECT_EQ(mediaTracks(video).videoCount, 1);
     const QString path = test::scratchPath(u"extracted.m4a"_s);
@@ -78,7 +78,7 @@ TEST(MediaTracks, ExtractsTheFirstSoundOfAVideo)
     EXPECT_EQ(mediaTracks(path).videoCount, 0);
 
     const QString film =
-        test::makeMedia(u"film.mkv"_s, test::chirp(44100, 6, 2) + test::picture(2) + QStringList{u"-c:a"_s, u"ac3"_s});
+        test::makeMedia(u"film.mkv"_s, test::wandering(44100, 6, 2) + test::picture(2) + QStringList{u"-c:a"_s, u"ac3"_s});
     extractFirstAudio(film, path);
     EXPECT_NEAR(AudioFile(path).durationSeconds(), 2, 0.04);
     EXPECT_EQ(AudioFile(path).channelCount(), 2);

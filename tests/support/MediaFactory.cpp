@@ -31,11 +31,11 @@ QString makeMedia(const QString& name, const QStringList& arguments)
     return path;
 }
 
-QStringList chirp(int sampleRate, int channels, double seconds)
+QStringList wandering(int sampleRate, int channels, double seconds)
 {
     QStringList parts;
     for (int channel = 0; channel < channels; ++channel)
-        parts << u"0.4*sin(2*PI*(%1+150*t)*t)+0.05*(random(%2)-0.5)"_s.arg(180 + 110 * channel).arg(channel);
+        parts << u"0.4*sin(2*PI*%1*t+50*sin(1.7*t)+90*sin(0.37*t))+0.05*(random(%2)-0.5)"_s.arg(400 + 110 * channel).arg(channel);
     return {u"-f"_s, u"lavfi"_s, u"-i"_s,
             u"aevalsrc='%1':s=%2:d=%3"_s.arg(parts.join(u'|')).arg(sampleRate).arg(seconds, 0, 'f', 6)};
 }

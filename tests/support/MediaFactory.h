@@ -14,9 +14,9 @@ QString scratchPath(const QString& name);
 // everything but the output, separated by blanks where no quoting is needed.
 QString makeMedia(const QString& name, const QStringList& arguments);
 
-// Arguments of a lavfi input: `channels` chirps with a little noise, so that no
-// two stretches are alike. Deterministic.
-QStringList chirp(int sampleRate, int channels, double seconds);
+// Arguments of a lavfi input: `channels` tones that wander between 300 and 800
+// Hz, with a little noise, so that no two stretches are alike. Deterministic.
+QStringList wandering(int sampleRate, int channels, double seconds);
 
 // Arguments of a lavfi input: a small moving picture.
 QStringList picture(double seconds);

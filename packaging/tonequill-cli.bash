@@ -1,0 +1,19 @@
+# Completion of tonequill-cli for bash.
+_tonequill_cli() {
+    local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-}
+    if [ "$COMP_CWORD" -eq 1 ]; then
+        mapfile -t COMPREPLY < <(compgen -W "add list show delete analyze peaks --help --version" -- "$word")
+    elif [[ $word == -* ]]; then
+        local options="--help --json"
+        case $command in
+        add | list | show | delete) options+=" --library" ;;
+        peaks) options+=" --bins" ;;
+        esac
+        mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    elif [ "$command" = show ] || [ "$command" = delete ]; then
+        mapfile -t COMPREPLY < <(compgen -W "$(tonequill-cli list 2>/dev/null | cut -d' ' -f1)" -- "$word")
+    else
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    fi
+}
+complete -o filenames -F _tonequill_cli tonequill-cli

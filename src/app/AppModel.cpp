@@ -1,0 +1,217 @@
+#include "app/AppModel.h"
+
+#include <QFileInfo>
+#include <QPointer>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace tonequill {
+
+namespace {
+
+const QString kCreateWithCredits = u"createWithCredits"_s;
+const QString kShortOnlyByDefault = u"shortOnlyByDefault"_s;
+const QString kHideCreditSounds = u"hideCreditSounds"_s;
+const QString kAlsoFinalCut = u"alsoFinalCut"_s;
+const QString kSaveFolderPath = u"saveFolderPath"_s;
+
+qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
+{
+    const auto found = std::find_if(items.begin(), items.end(), [&id](const SoundItem& item) { return item.id == id; });
+    return found == items.end() ? -1 : found - items.begin();
+}
+
+} // namespace
+
+AppModel::AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library)
+    : m_defaults(defaults),
+      m_clock(clock),
+      m_library(std::move(library)),
+      m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
+      m_shortOnlyByDefault(defaults.boolean(kShortOnlyByDefault).value_or(true)),
+      m_hideCreditSounds(defaults.boolean(kHideCreditSounds).value_or(false)),
+      m_alsoFinalCut(defaults.boolean(kAlsoFinalCut).value_or(true)),
+      m_saveFolderPath(defaults.text(kSaveFolderPath))
+{
+    connect(m_library.get(), &LibraryStore::itemChanged, this,
+            [this](int index) { m_editor.refresh(m_library->items()[index]); });
+    // The newest sound starts to load before the window appears.
+    if (!m_library->items().isEmpty())
+        setSelection(m_library->items().first().id);
+}
+
+AppModel::~AppModel()
+{
+    for (const IncomingFile& file : std::as_const(m_incoming))
+        file.progress->cancel();
+}
+
+void AppModel::setSection(AppSection section)
+{
+    if (section == m_section)
+        return;
+    m_section = section;
+    Q_EMIT sectionChanged();
+}
+
+void AppModel::setSelection(std::optional<QUuid> selection)
+{
+    const bool isNew = selection != m_selection;
+    m_selection = selection;
+    if (!m_selection)
+        setMulti({});
+    else if (!m_multi.contains(*m_selection))
+        setMulti({*m_selection});
+    if (!isNew)
+        return;
+    openSelection();
+    Q_EMIT selectionChanged();
+}
+
+void AppModel::openSelection()
+{
+    const SoundItem* item = selectedItem();
+    if (item)
+        m_editor.load(*item, m_library->path(*item));
+    else
+        m_editor.load(std::nullopt, {});
+}
+
+const SoundItem* AppModel::selectedItem() const
+{
+    return m_selection ? m_library->find(*m_selection) : nullptr;
+}
+
+void AppModel::setMulti(QSet<QUuid> multi)
+{
+    if (multi == m_multi)
+        return;
+    m_multi = std::move(multi);
+    Q_EMIT multiChanged();
+}
+
+QList<SoundItem> AppModel::selectedItems() const
+{
+    QList<SoundItem> selected;
+    std::copy_if(m_library->items().begin(), m_library->items().end(), std::back_inserter(selected),
+                 [this](const SoundItem& item) { return m_multi.contains(item.id); });
+    return selected;
+}
+
+void AppModel::click(const SoundItem& item, const QList<SoundItem>& items, Qt::KeyboardModifiers modifiers)
+{
+    QSet<QUuid> marked = m_multi;
+    if (modifiers & Qt::ControlModifier) {
+        if (marked.contains(item.id) && marked.size() >= 2) {
+            marked.remove(item.id);
+            setMulti(marked);
+            if (m_selection == item.id) {
+                const auto next = std::find_if(items.begin(), items.end(),
+                                               [&marked](const SoundItem& other) { return marked.contains(other.id); });
+                setSelection(next == items.end() ? std::nullopt : std::optional(next->id));
+            }
+        } else {
+            marked.insert(item.id);
+            setMulti(marked);
+            setSelection(item.id);
+        }
+        return;
+    }
+    if (modifiers & Qt::ShiftModifier && m_selection) {
+        const qsizetype anchor = positionOf(items, *m_selection);
+        const qsizetype clicked = positionOf(items, item.id);
+        if (anchor >= 0 && clicked >= 0) {
+            marked.clear();
+            for (qsizetype i = std::min(anchor, clicked); i <= std::max(anchor, clicked); ++i)
+                marked.insert(items[i].id);
+            setMulti(marked); // the selection stays as the anchor of the next shift-click
+            return;
+        }
+    }
+    setMulti({item.id});
+    setSelection(item.id);
+}
+
+void AppModel::selectAllInLibrary(const QList<SoundItem>& items)
+{
+    QSet<QUuid> all;
+    for (const SoundItem& item : items)
+        all.insert(item.id);
+    setMulti(all);
+    if (!m_selection && !items.isEmpty())
+        setSelection(items.first().id);
+}
+
+void AppModel::say(const QString& text, Tone tone)
+{
+    const QUuid id = QUuid::createUuid();
+    m_notice = Notice{id, text, tone == Tone::error};
+    Q_EMIT noticeChanged();
+    m_clock.after(tone == Tone::error ? 7000ms : 3500ms, [model = QPointer(this), id] {
+        if (!model || !model->m_notice || model->m_notice->id != id)
+            return;
+        model->m_notice.reset();
+        Q_EMIT model->noticeChanged();
+    });
+}
+
+AppModel::Working::Working(AppModel& model) : m_model(model)
+{
+    if (m_model.m_flowsAtWork++ == 0)
+        Q_EMIT m_model.isWorkingChanged();
+}
+
+AppModel::Working::~Working()
+{
+    if (--m_model.m_flowsAtWork == 0)
+        Q_EMIT m_model.isWorkingChanged();
+}
+
+void AppModel::setCreateWithCredits(bool value)
+{
+    m_createWithCredits = value;
+    m_defaults.setBoolean(kCreateWithCredits, value);
+    Q_EMIT settingsChanged();
+}
+
+void AppModel::setShortOnlyByDefault(bool value)
+{
+    m_shortOnlyByDefault = value;
+    m_defaults.setBoolean(kShortOnlyByDefault, value);
+    Q_EMIT settingsChanged();
+}
+
+void AppModel::setHideCreditSounds(bool value)
+{
+    m_hideCreditSounds = value;
+    m_defaults.setBoolean(kHideCreditSounds, value);
+    Q_EMIT settingsChanged();
+}
+
+void AppModel::setAlsoFinalCut(bool value)
+{
+    m_alsoFinalCut = value;
+    m_defaults.setBoolean(kAlsoFinalCut, value);
+    Q_EMIT settingsChanged();
+}
+
+void AppModel::setSaveFolderPath(std::optional<QString> path)
+{
+    m_saveFolderPath = std::move(path);
+    if (m_saveFolderPath)
+        m_defaults.setText(kSaveFolderPath, *m_saveFolderPath);
+    else
+        m_defaults.remove(kSaveFolderPath);
+    Q_EMIT settingsChanged();
+}
+
+QString AppModel::saveFolder() const
+{
+    if (m_saveFolderPath && QFileInfo::exists(*m_saveFolderPath))
+        return *m_saveFolderPath;
+    return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+}
+
+} // namespace tonequill

@@ -1,0 +1,158 @@
+#pragma once
+
+#include "app/AppSection.h"
+#include "base/Progress.h"
+#include "editor/EditorModel.h"
+#include "library/LibraryStore.h"
+#include "platform/Clock.h"
+#include "platform/Defaults.h"
+
+#include <QCoroTask>
+#include <QObject>
+#include <QSet>
+#include <QUuid>
+
+#include <memory>
+#include <optional>
+
+namespace tonequill {
+
+// Whether a message tells of a failure.
+enum class Tone { plain, error };
+
+// The transient message line.
+struct Notice {
+    QUuid id;
+    QString text;
+    bool isError = false;
+};
+
+// A file on its way into the library.
+struct IncomingFile {
+    QUuid id;
+    QString name;
+    ProgressPtr progress; // 0 while it waits for its turn
+};
+
+// The one object that everything hangs from: the library, the open sound, and
+// what the whole window shares. Flows that act on sounds are operations of it,
+// in files named by their subject. One thread; it lives until the program ends.
+class AppModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(tonequill::AppSection section READ section WRITE setSection NOTIFY sectionChanged FINAL)
+    Q_PROPERTY(QUuid selection READ selectionOrNull NOTIFY selectionChanged FINAL)
+    Q_PROPERTY(QString noticeText READ noticeText NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(bool noticeIsError READ noticeIsError NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
+
+public:
+    AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library);
+    ~AppModel() override;
+
+    LibraryStore& library() { return *m_library; }
+    const LibraryStore& library() const { return *m_library; }
+    EditorModel& editor() { return m_editor; }
+    const EditorModel& editor() const { return m_editor; }
+
+    AppSection section() const { return m_section; }
+    void setSection(AppSection section);
+
+    // The sound that is open. Setting it opens the sound in the editor; setting
+    // the one that is open already doesn't.
+    const std::optional<QUuid>& selection() const { return m_selection; }
+    void setSelection(std::optional<QUuid> selection);
+    QUuid selectionOrNull() const { return m_selection.value_or(QUuid()); }
+    const SoundItem* selectedItem() const;
+
+    // Every sound that is marked in the list.
+    const QSet<QUuid>& multi() const { return m_multi; }
+    void setMulti(QSet<QUuid> multi);
+    QList<SoundItem> selectedItems() const; // in library order
+
+    // A click in the library list. `items` is the list as shown. Control (the
+    // Command key on a Mac) adds or takes away one sound, Shift marks a range
+    // from the open sound; Control goes before Shift.
+    void click(const SoundItem& item, const QList<SoundItem>& items, Qt::KeyboardModifiers modifiers);
+    void selectAllInLibrary(const QList<SoundItem>& items);
+
+    // Shows a message: 3.5 seconds, or 7 for an error. It replaces the one before
+    // at once, and lives its own full time.
+    void say(const QString& text, Tone tone = Tone::plain);
+    const std::optional<Notice>& notice() const { return m_notice; }
+    QString noticeText() const { return m_notice ? m_notice->text : QString(); }
+    bool noticeIsError() const { return m_notice && m_notice->isError; }
+
+    // A search asked for from elsewhere, which the Discover section picks up.
+    const std::optional<QString>& pendingSearch() const { return m_pendingSearch; }
+    void setPendingSearch(std::optional<QString> search) { m_pendingSearch = std::move(search); }
+
+    // True while a flow is at work.
+    bool isWorking() const { return m_flowsAtWork > 0; }
+
+    // The settings; each setter writes through at once.
+    bool createWithCredits() const { return m_createWithCredits; }
+    void setCreateWithCredits(bool value);
+    bool shortOnlyByDefault() const { return m_shortOnlyByDefault; }
+    void setShortOnlyByDefault(bool value);
+    bool hideCreditSounds() const { return m_hideCreditSounds; }
+    void setHideCreditSounds(bool value);
+    bool alsoFinalCut() const { return m_alsoFinalCut; }
+    void setAlsoFinalCut(bool value);
+    const std::optional<QString>& saveFolderPath() const { return m_saveFolderPath; }
+    void setSaveFolderPath(std::optional<QString> path);
+    // The chosen folder while it exists, else the desktop.
+    QString saveFolder() const;
+
+    // Flows (ImportFlows.cpp).
+
+    // Takes files into the library, one after the other, and opens the last.
+    QCoro::Task<> importURLs(QStringList paths);
+    // Removes sounds for good: no question, no undo.
+    void deleteItems(const QList<SoundItem>& items);
+    // The files that are coming in, in their order.
+    const QList<IncomingFile>& incoming() const { return m_incoming; }
+
+Q_SIGNALS:
+    void sectionChanged();
+    void selectionChanged();
+    void multiChanged();
+    void noticeChanged();
+    void isWorkingChanged();
+    void incomingChanged();
+    void settingsChanged();
+
+private:
+    // Keeps isWorking on for as long as it lives: the whole way through a flow,
+    // whichever way out it takes.
+    class Working {
+    public:
+        explicit Working(AppModel& model);
+        ~Working();
+        Working(const Working&) = delete;
+        Working& operator=(const Working&) = delete;
+
+    private:
+        AppModel& m_model;
+    };
+
+    void openSelection();
+
+    Defaults& m_defaults;
+    Clock& m_clock;
+    EditorModel m_editor;
+    std::unique_ptr<LibraryStore> m_library;
+    AppSection m_section = AppSection::library;
+    std::optional<QUuid> m_selection;
+    QSet<QUuid> m_multi;
+    std::optional<Notice> m_notice;
+    std::optional<QString> m_pendingSearch;
+    int m_flowsAtWork = 0;
+    QList<IncomingFile> m_incoming;
+    bool m_createWithCredits;
+    bool m_shortOnlyByDefault;
+    bool m_hideCreditSounds;
+    bool m_alsoFinalCut;
+    std::optional<QString> m_saveFolderPath;
+};
+
+} // namespace tonequill

@@ -1,0 +1,75 @@
+#include "app/HandedOver.h"
+
+#include "app/AppModel.h"
+#include "base/Background.h"
+#include "base/Uuid.h"
+#include "platform/HandOver.h"
+#include "platform/LibraryLock.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QJsonArray>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill::HandedOver {
+
+namespace {
+
+const QString kAdd = u"add"_s;
+const QString kDelete = u"delete"_s;
+
+void addFiles(AppModel& model, const QJsonArray& values)
+{
+    QStringList files;
+    for (const QJsonValue& value : values) {
+        if (const QString file = value.toString(); QDir::isAbsolutePath(file))
+            files << file;
+    }
+    if (!files.isEmpty())
+        startFlow(model.importURLs(files));
+}
+
+void deleteSounds(AppModel& model, const QJsonArray& values)
+{
+    QList<SoundItem> items;
+    for (const QJsonValue& value : values) {
+        const auto id = uuidFromText(value.toString());
+        if (const SoundItem* item = id ? model.library().find(*id) : nullptr)
+            items << *item;
+    }
+    model.deleteItems(items);
+}
+
+} // namespace
+
+QJsonObject addMessage(const QStringList& files)
+{
+    return {{kAdd, QJsonArray::fromStringList(files)}};
+}
+
+QJsonObject carryOut(AppModel& model, const QJsonObject& message)
+{
+    const bool isUnderstood = message.value(kAdd).isArray() || message.value(kDelete).isArray();
+    addFiles(model, message.value(kAdd).toArray());
+    if (message.contains(kDelete))
+        deleteSounds(model, message.value(kDelete).toArray());
+    return {{u"ok"_s, isUnderstood}};
+}
+
+bool sendToOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs)
+{
+    constexpr unsigned long kPauseMs = 50;
+    const QDeadlineTimer deadline(patienceMs);
+    do {
+        const auto address = lock.ownerAddress();
+        const auto answer = address ? HandOver::send(*address, message, int(deadline.remainingTime())) : std::nullopt;
+        if (answer)
+            return answer->value(u"ok"_s).toBool();
+        QThread::msleep(kPauseMs);
+    } while (!deadline.hasExpired());
+    return false;
+}
+
+} // namespace tonequill::HandedOver

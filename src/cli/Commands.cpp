@@ -1,0 +1,20 @@
+#include "cli/Command.h"
+
+#include <array>
+
+namespace tonequill::cli {
+
+std::span<const Command> commands()
+{
+    static constexpr std::array kCommands{
+        Command{"add", "FILE…", "Take sounds and the sound of videos into the library.", add},
+        Command{"list", "", "List the library, newest first.", list},
+        Command{"show", "SOUND", "Tell everything about one sound.", show},
+        Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
+        Command{"analyze", "FILE", "Analyse a file without taking it in.", analyze},
+        Command{"peaks", "FILE", "Print the waveform of a file.", peaks},
+    };
+    return kCommands;
+}
+
+} // namespace tonequill::cli

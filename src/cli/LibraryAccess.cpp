@@ -1,0 +1,55 @@
+#include "cli/LibraryAccess.h"
+
+#include "base/Uuid.h"
+#include "cli/Terminal.h"
+#include "platform/HandOver.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill::cli {
+
+std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
+{
+    auto own = std::make_unique<OwnLibrary>();
+    own->lock = std::make_unique<LibraryLock>(folder);
+    if (!own->lock->acquire())
+        return nullptr;
+    own->store = std::make_unique<LibraryStore>(own->clock, folder);
+    own->store->sweepUnfinished();
+    return own;
+}
+
+std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message)
+{
+    constexpr int kPatienceMs = 5000;
+    const auto address = LibraryLock(folder).ownerAddress();
+    auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
+    if (!answer || !answer->value(u"ok"_s).toBool()) {
+        terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+        return std::nullopt;
+    }
+    return answer;
+}
+
+std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word)
+{
+    constexpr qsizetype kShortestBeginning = 8;
+    QList<SoundItem> meant;
+    for (const SoundItem& item : items) {
+        const bool isByID = word.size() >= kShortestBeginning && uuidText(item.id).startsWith(word, Qt::CaseInsensitive);
+        if (isByID || item.name.compare(word, Qt::CaseInsensitive) == 0)
+            meant << item;
+    }
+    if (meant.size() == 1)
+        return meant.first();
+    if (meant.isEmpty()) {
+        terminal::complain(u"There is no sound “%1” in the library."_s.arg(word));
+    } else {
+        terminal::complain(u"%1 sounds are called “%2”. Give the beginning of the id of one:"_s.arg(meant.size()).arg(word));
+        for (const SoundItem& item : meant)
+            terminal::complain(u"  %1  %2  %3"_s.arg(uuidText(item.id), terminal::lengthText(item.duration), item.name));
+    }
+    return std::nullopt;
+}
+
+} // namespace tonequill::cli

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "library/LibraryStore.h"
+#include "platform/Clock.h"
+#include "platform/LibraryLock.h"
+
+#include <QJsonObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace tonequill::cli {
+
+// A library opened for changes, together with the lock that makes this program
+// its only writer.
+struct OwnLibrary {
+    SystemClock clock;
+    std::unique_ptr<LibraryLock> lock;
+    std::unique_ptr<LibraryStore> store;
+};
+
+// Opens the library for changes, with what a killed program left swept away.
+// None while another program owns it.
+std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder);
+
+// Gives a change to the program that owns the library. Says on stderr what went
+// wrong and returns none if it doesn't take it.
+std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message);
+
+// The sound that a word of the command line means: its identity, the beginning
+// of one (8 characters and more), or its name in any case. None, and a sentence
+// on stderr, unless it is exactly one.
+std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word);
+
+} // namespace tonequill::cli

@@ -1,0 +1,280 @@
+#include "app/AppModel.h"
+#include "fakes/FakeClock.h"
+#include "support/Printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+class AppModelTest : public testing::Test {
+protected:
+    AppModelTest()
+    {
+        QDir().mkpath(folder.filePath(u"Library"_s));
+        for (int i = 0; i < 5; ++i) {
+            const QString name = QString(QChar(u'a' + i));
+            QFile file(folder.filePath(u"Library/%1.wav"_s.arg(name)));
+            if (!file.open(QIODevice::WriteOnly))
+                qFatal("no file");
+            records << "{\"id\":\"" + QUuid::createUuid().toString(QUuid::WithoutBraces).toLatin1() + "\",\"name\":\"" +
+                           name.toLatin1() + "\",\"fileName\":\"" + name.toLatin1() +
+                           ".wav\",\"duration\":1,\"tags\":[],\"descriptors\":[],\"origin\":\"imported\",\"createdAt\":0}";
+        }
+    }
+
+    // A model over the first `count` of five sounds, a to e.
+    std::unique_ptr<AppModel> open(int count = 5)
+    {
+        QFile index(folder.filePath(u"Library/index.json"_s));
+        if (!index.open(QIODevice::WriteOnly))
+            qFatal("no index");
+        index.write('[' + records.first(count).join(',') + ']');
+        index.close();
+        return std::make_unique<AppModel>(defaults, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    }
+
+    static QString names(const AppModel& model)
+    {
+        QString text;
+        for (const SoundItem& item : model.selectedItems())
+            text += item.name;
+        return text;
+    }
+    static QString openName(const AppModel& model) { return model.selectedItem() ? model.selectedItem()->name : u"none"_s; }
+    static void click(AppModel& model, int index, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        model.click(model.library().items()[index], model.library().items(), modifiers);
+    }
+
+    QTemporaryDir folder;
+    QByteArrayList records;
+    test::FakeClock clock;
+    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
+};
+
+} // namespace
+
+TEST_F(AppModelTest, AFirstStartHasItsOwnSettings)
+{
+    const auto model = open();
+    EXPECT_TRUE(model->alsoFinalCut());
+    EXPECT_TRUE(model->shortOnlyByDefault());
+    EXPECT_FALSE(model->hideCreditSounds());
+    EXPECT_FALSE(model->createWithCredits());
+    EXPECT_FALSE(model->saveFolderPath());
+    EXPECT_EQ(model->section(), AppSection::library);
+    EXPECT_FALSE(model->isWorking());
+    EXPECT_FALSE(model->notice());
+    EXPECT_FALSE(model->pendingSearch());
+}
+
+TEST_F(AppModelTest, SettingsAreKeptAtOnce)
+{
+    const auto model = open();
+    model->setAlsoFinalCut(false);
+    model->setShortOnlyByDefault(false);
+    model->setHideCreditSounds(true);
+    model->setCreateWithCredits(true);
+    model->setSaveFolderPath(folder.path());
+    Defaults stored(folder.filePath(u"tonequill.ini"_s));
+    const AppModel again(stored, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    EXPECT_FALSE(again.alsoFinalCut());
+    EXPECT_FALSE(again.shortOnlyByDefault());
+    EXPECT_TRUE(again.hideCreditSounds());
+    EXPECT_TRUE(again.createWithCredits());
+    EXPECT_EQ(again.saveFolderPath(), folder.path());
+    model->setSaveFolderPath(std::nullopt);
+    EXPECT_FALSE(Defaults(folder.filePath(u"tonequill.ini"_s)).text(u"saveFolderPath"_s));
+}
+
+TEST_F(AppModelTest, ASaveFolderThatIsGoneFallsBackToTheDesktop)
+{
+    const auto model = open();
+    const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    EXPECT_EQ(model->saveFolder(), desktop);
+    model->setSaveFolderPath(folder.path());
+    EXPECT_EQ(model->saveFolder(), folder.path());
+    model->setSaveFolderPath(folder.filePath(u"gone"_s));
+    EXPECT_EQ(model->saveFolder(), desktop);
+    EXPECT_EQ(model->saveFolderPath(), folder.filePath(u"gone"_s)); // the setting is not cleared
+}
+
+TEST_F(AppModelTest, StartsWithTheNewestSoundOpen)
+{
+    const auto model = open();
+    EXPECT_EQ(openName(*model), u"a"_s);
+    EXPECT_EQ(names(*model), u"a"_s);
+    ASSERT_TRUE(model->editor().item());
+    EXPECT_EQ(model->editor().item()->name, u"a"_s);
+    EXPECT_EQ(model->editor().analysisState(), EditorModel::AnalysisState::loading);
+}
+
+TEST_F(AppModelTest, AnEmptyLibraryHasAnEmptyEditor)
+{
+    const auto model = open(0);
+    EXPECT_FALSE(model->selection());
+    EXPECT_FALSE(model->editor().item());
+    EXPECT_EQ(model->editor().analysisState(), EditorModel::AnalysisState::idle);
+    model->selectAllInLibrary({});
+    EXPECT_FALSE(model->selection());
+}
+
+TEST_F(AppModelTest, SelectingTheOpenSoundAgainDoesNotReloadIt)
+{
+    const auto model = open();
+    QSignalSpy loads(&model->editor(), &EditorModel::itemChanged);
+    model->setSelection(model->selection());
+    click(*model, 0);
+    EXPECT_EQ(loads.count(), 0);
+    click(*model, 1);
+    EXPECT_EQ(loads.count(), 1);
+    EXPECT_EQ(model->editor().item()->name, u"b"_s);
+}
+
+TEST_F(AppModelTest, AnErrorLivesSevenSecondsAnythingElseThreeAndAHalf)
+{
+    const auto model = open();
+    model->say(u"Saved."_s);
+    clock.advance(3499ms);
+    EXPECT_EQ(model->noticeText(), u"Saved."_s);
+    EXPECT_FALSE(model->noticeIsError());
+    clock.advance(1ms);
+    EXPECT_FALSE(model->notice());
+    model->say(u"No."_s, Tone::error);
+    clock.advance(6999ms);
+    EXPECT_TRUE(model->noticeIsError());
+    clock.advance(1ms);
+    EXPECT_FALSE(model->notice());
+}
+
+TEST_F(AppModelTest, ALaterNoticeLivesItsOwnFullTime)
+{
+    const auto model = open();
+    model->say(u"First."_s);
+    clock.advance(2s);
+    model->say(u"Second."_s);
+    EXPECT_EQ(model->noticeText(), u"Second."_s);
+    clock.advance(3499ms); // the first one's timer has passed meanwhile
+    EXPECT_EQ(model->noticeText(), u"Second."_s);
+    clock.advance(1ms);
+    EXPECT_FALSE(model->notice());
+}
+
+TEST_F(AppModelTest, ANoticeMayOutliveTheModel)
+{
+    auto model = open();
+    model->say(u"Bye."_s);
+    model.reset();
+    clock.advance(10s);
+    EXPECT_EQ(clock.sleeperCount(), 0U);
+}
+
+TEST_F(AppModelTest, APlainClickMarksOneSound)
+{
+    const auto model = open();
+    model->selectAllInLibrary(model->library().items());
+    EXPECT_EQ(names(*model), u"abcde"_s);
+    EXPECT_EQ(openName(*model), u"a"_s); // an existing selection isn't moved
+    click(*model, 3);
+    EXPECT_EQ(names(*model), u"d"_s);
+    EXPECT_EQ(openName(*model), u"d"_s);
+}
+
+TEST_F(AppModelTest, CommandClickAddsAndTakesAway)
+{
+    const auto model = open();
+    click(*model, 0);
+    click(*model, 0, Qt::ControlModifier); // the last one left stays
+    EXPECT_EQ(names(*model), u"a"_s);
+    click(*model, 2, Qt::ControlModifier);
+    EXPECT_EQ(names(*model), u"ac"_s);
+    EXPECT_EQ(openName(*model), u"c"_s);
+    click(*model, 2, Qt::ControlModifier); // the open one of two: the other opens
+    EXPECT_EQ(names(*model), u"a"_s);
+    EXPECT_EQ(openName(*model), u"a"_s);
+    EXPECT_EQ(model->editor().item()->name, u"a"_s);
+    click(*model, 3, Qt::ControlModifier);
+    click(*model, 0, Qt::ControlModifier); // one that isn't open: nothing else opens
+    EXPECT_EQ(names(*model), u"d"_s);
+    EXPECT_EQ(openName(*model), u"d"_s);
+}
+
+TEST_F(AppModelTest, TakingTheOpenSoundAwayOpensTheFirstThatIsShown)
+{
+    const auto model = open();
+    click(*model, 1);
+    click(*model, 4, Qt::ControlModifier);
+    click(*model, 2, Qt::ControlModifier);
+    const QList<SoundItem> shown = model->library().items().sliced(2); // c, d, e: b is filtered out
+    model->click(shown[0], shown, Qt::ControlModifier);
+    EXPECT_EQ(names(*model), u"be"_s);
+    EXPECT_EQ(openName(*model), u"e"_s);
+    const QList<SoundItem> others = model->library().items().sliced(2, 2);
+    model->click(model->library().items()[4], others, Qt::ControlModifier);
+    EXPECT_FALSE(model->selection()); // none of what is shown is marked
+}
+
+TEST_F(AppModelTest, ShiftClickMarksARangeFromAnAnchorThatStays)
+{
+    const auto model = open();
+    click(*model, 2);
+    click(*model, 4, Qt::ShiftModifier);
+    EXPECT_EQ(names(*model), u"cde"_s);
+    EXPECT_EQ(openName(*model), u"c"_s);
+    click(*model, 0, Qt::ShiftModifier);
+    EXPECT_EQ(names(*model), u"abc"_s);
+    EXPECT_EQ(openName(*model), u"c"_s);
+}
+
+TEST_F(AppModelTest, ShiftClickWithoutAnAnchorIsAPlainClick)
+{
+    const auto model = open();
+    model->setSelection(std::nullopt);
+    click(*model, 3, Qt::ShiftModifier);
+    EXPECT_EQ(names(*model), u"d"_s);
+    EXPECT_EQ(openName(*model), u"d"_s);
+    const QList<SoundItem> shown = model->library().items().first(2); // d isn't shown
+    model->click(shown[1], shown, Qt::ShiftModifier);
+    EXPECT_EQ(names(*model), u"b"_s);
+    model->click(model->library().items()[4], shown, Qt::ShiftModifier); // nor is e
+    EXPECT_EQ(names(*model), u"e"_s);
+}
+
+TEST_F(AppModelTest, CommandGoesBeforeShift)
+{
+    const auto model = open();
+    click(*model, 0);
+    click(*model, 4, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(names(*model), u"ae"_s);
+    EXPECT_EQ(openName(*model), u"e"_s);
+}
+
+TEST_F(AppModelTest, ASelectionThatIsMarkedAlreadyLeavesTheMarksAlone)
+{
+    const auto model = open();
+    model->selectAllInLibrary(model->library().items());
+    model->setSelection(model->library().items()[2].id);
+    EXPECT_EQ(names(*model), u"abcde"_s);
+    model->setSelection(std::nullopt);
+    EXPECT_EQ(names(*model), QString());
+    model->selectAllInLibrary(model->library().items().sliced(1));
+    EXPECT_EQ(openName(*model), u"b"_s);
+}
+
+TEST_F(AppModelTest, SectionsAreTexts)
+{
+    EXPECT_EQ(sectionText(AppSection::generate), u"generate"_s);
+    EXPECT_EQ(sectionFromText(u"find"), AppSection::find);
+    EXPECT_FALSE(sectionFromText(u"Find"));
+    EXPECT_EQ(kAppSections.size(), 4U);
+}

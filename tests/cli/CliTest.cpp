@@ -1,0 +1,173 @@
+#include "cli/Cli.h"
+#include "platform/HandOver.h"
+#include "platform/LibraryLock.h"
+#include "support/Printing.h"
+#include "support/Wav.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QJsonArray>
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class CliTest : public testing::Test {
+protected:
+    test::Cli cli;
+};
+
+} // namespace
+
+TEST_F(CliTest, AddsListsShowsAndDeletes)
+{
+    test::writeTone(cli.at(u"Door Slam.wav"_s), 0.5);
+    test::writeTone(cli.at(u"Glass Break.wav"_s), 1);
+    const auto added = cli.run({u"add"_s, u"Door Slam.wav"_s, u"Glass Break.wav"_s});
+    EXPECT_EQ(added.exitCode, 0);
+    EXPECT_EQ(QString::fromUtf8(added.out),
+              u"Added “Door Slam”, 0.5 s\nAdded “Glass Break”, 1.0 s\nThe library is in %1\n"_s.arg(cli.library()));
+
+    const QString listed = QString::fromUtf8(cli.run({u"list"_s}).out);
+    EXPECT_EQ(listed.count(u'\n'), 2);
+    EXPECT_LT(listed.indexOf(u"Glass Break"), listed.indexOf(u"Door Slam"));
+
+    const QJsonArray records = cli.run({u"list"_s, u"--json"_s}).json().array();
+    ASSERT_EQ(records.size(), 2);
+    const QString id = records[0][u"id"].toString();
+    EXPECT_EQ(records[0][u"name"].toString(), u"Glass Break"_s);
+
+    EXPECT_EQ(cli.run({u"show"_s, id.first(8).toLower(), u"--json"_s}).json().object(), records[0].toObject());
+    const QString shown = QString::fromUtf8(cli.run({u"show"_s, u"door slam"_s}).out);
+    EXPECT_TRUE(shown.contains(u"Name         Door Slam\nLength       0.5 s\n"_s)) << shown.toStdString();
+    EXPECT_TRUE(shown.contains(cli.library()));
+
+    const auto deleted = cli.run({u"delete"_s, id});
+    EXPECT_EQ(deleted.exitCode, 0);
+    EXPECT_EQ(QString::fromUtf8(deleted.out), u"Deleted “Glass Break”\n"_s);
+    EXPECT_EQ(QDir(cli.library()).entryList(QDir::Files).size(), 2); // the other sound and the index
+}
+
+TEST_F(CliTest, WhatCannotBeAddedIsSaidAndTheRestComesIn)
+{
+    test::writeTone(cli.at(u"good.wav"_s));
+    test::writeBytes(cli.at(u"notes.txt"_s), "words\n");
+    const auto plain = cli.run({u"add"_s, u"notes.txt"_s});
+    EXPECT_EQ(plain.exitCode, 1);
+    EXPECT_EQ(plain.error, u"notes is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V.\n"_s);
+
+    const auto json = cli.run({u"add"_s, u"--json"_s, u"good.wav"_s, u"notes.txt"_s, u"missing.wav"_s});
+    EXPECT_EQ(json.exitCode, 1);
+    EXPECT_EQ(json.error, QString());
+    const QJsonObject document = json.json().object();
+    EXPECT_EQ(document[u"added"].toArray().size(), 1);
+    EXPECT_EQ(document[u"added"][0][u"name"].toString(), u"good"_s);
+    EXPECT_EQ(document[u"failed"].toArray().size(), 2);
+    EXPECT_EQ(document[u"failed"][0][u"file"].toString(), cli.at(u"notes.txt"_s));
+    EXPECT_EQ(document[u"library"].toString(), cli.library());
+}
+
+TEST_F(CliTest, AnalysesAndDrawsAFileWithoutALibrary)
+{
+    test::writeTone(cli.at(u"tone.wav"_s), 0.5);
+    const auto analysis = cli.run({u"analyze"_s, u"tone.wav"_s, u"--json"_s}).json().object();
+    EXPECT_EQ(analysis[u"duration"].toDouble(), 0.5);
+    EXPECT_EQ(analysis[u"sampleRate"].toDouble(), 8000);
+    EXPECT_EQ(analysis[u"hopSeconds"].toDouble(), 0.01);
+    EXPECT_EQ(analysis[u"rms"].toArray().size(), 50);
+    EXPECT_EQ(analysis[u"peak"].toArray().size(), 50);
+    EXPECT_EQ(analysis[u"descriptors"].toArray(), QJsonArray({u"short"_s, u"hit"_s, u"punchy"_s, u"deep"_s, u"low"_s}));
+    const QString plain = QString::fromUtf8(cli.run({u"analyze"_s, u"tone.wav"_s}).out);
+    EXPECT_EQ(plain, u"0.5 s, 8000 Hz\nPeak -6.0 dBFS\nshort, hit, punchy, deep, low\n"_s);
+
+    EXPECT_EQ(cli.run({u"peaks"_s, u"tone.wav"_s, u"--bins"_s, u"7"_s, u"--json"_s}).json().array().size(), 7);
+    EXPECT_EQ(cli.run({u"peaks"_s, u"tone.wav"_s}).out.count('\n'), 48);
+    EXPECT_EQ(cli.run({u"peaks"_s, u"tone.wav"_s, u"--bins"_s, u"0"_s}).exitCode, 2);
+    EXPECT_EQ(cli.run({u"peaks"_s, u"missing.wav"_s}).exitCode, 1);
+    EXPECT_EQ(cli.run({u"analyze"_s, u"missing.wav"_s}).exitCode, 1);
+    EXPECT_FALSE(QDir(cli.at(u"data"_s)).exists());
+}
+
+TEST_F(CliTest, AWrongCommandLineIsExplained)
+{
+    for (const QStringList& arguments : {QStringList{},
+                                         {u"dance"_s},
+                                         {u"add"_s},
+                                         {u"list"_s, u"--loud"_s},
+                                         {u"show"_s},
+                                         {u"show"_s, u"a"_s, u"b"_s},
+                                         {u"list"_s, u"extra"_s},
+                                         {u"peaks"_s, u"x"_s, u"--bins"_s, u"many"_s}}) {
+        const auto result = cli.run(arguments);
+        EXPECT_EQ(result.exitCode, 2) << arguments.join(u' ').toStdString();
+        EXPECT_FALSE(result.error.isEmpty());
+        EXPECT_TRUE(result.out.isEmpty());
+    }
+}
+
+TEST_F(CliTest, EveryCommandHasItsHelp)
+{
+    const QString help = QString::fromUtf8(cli.run({u"--help"_s}).out);
+    for (const QString& command : {u"add"_s, u"list"_s, u"show"_s, u"delete"_s, u"analyze"_s, u"peaks"_s}) {
+        EXPECT_TRUE(help.contains(u"\n  "_s + command)) << command.toStdString();
+        const auto own = cli.run({command, u"--help"_s});
+        EXPECT_EQ(own.exitCode, 0);
+        EXPECT_TRUE(own.out.startsWith("Usage: tonequill-cli " + command.toUtf8() + " [options]")) << own.out.toStdString();
+        EXPECT_TRUE(own.out.contains("--json"));
+    }
+    EXPECT_TRUE(cli.run({u"--version"_s}).out.startsWith("tonequill-cli "));
+}
+
+TEST_F(CliTest, ASoundIsNamedWithoutDoubt)
+{
+    test::writeTone(cli.at(u"Door.wav"_s));
+    cli.run({u"add"_s, u"Door.wav"_s, u"Door.wav"_s});
+    const auto twice = cli.run({u"delete"_s, u"Door"_s});
+    EXPECT_EQ(twice.exitCode, 1);
+    EXPECT_TRUE(twice.error.startsWith(u"2 sounds are called “Door”."_s));
+    EXPECT_EQ(cli.run({u"show"_s, u"Gate"_s}).error, u"There is no sound “Gate” in the library.\n"_s);
+    EXPECT_EQ(cli.run({u"delete"_s, u"Door"_s, u"Gate"_s}).exitCode, 1);
+    EXPECT_EQ(cli.run({u"list"_s, u"--json"_s}).json().array().size(), 2);
+}
+
+TEST_F(CliTest, AHostileNameDoesNotReachTheTerminal)
+{
+    test::writeTone(cli.at(u"bell\x1b[31mred\a.wav"_s));
+    const auto added = cli.run({u"add"_s, u"bell\x1b[31mred\a.wav"_s});
+    EXPECT_EQ(added.exitCode, 0);
+    EXPECT_FALSE(added.out.contains('\x1b'));
+    EXPECT_FALSE(cli.run({u"list"_s}).out.contains('\a'));
+}
+
+TEST_F(CliTest, ABusyLibraryIsToldOrTheWorkIsHandedOver)
+{
+    test::writeTone(cli.at(u"Door.wav"_s));
+    ASSERT_EQ(cli.run({u"add"_s, u"Door.wav"_s}).exitCode, 0);
+    LibraryLock owner(cli.library());
+    ASSERT_TRUE(owner.acquire());
+    const auto busy = cli.run({u"add"_s, u"Door.wav"_s});
+    EXPECT_EQ(busy.exitCode, 3);
+    EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);
+    EXPECT_EQ(cli.run({u"list"_s, u"--json"_s}).json().array().size(), 1); // reading needs nobody's leave
+
+    QJsonObject received;
+    HandOver server([&received](const QJsonObject& message) {
+        received = message;
+        return QJsonObject{{u"ok"_s, true}};
+    });
+    const auto address = server.listen(cli.library());
+    ASSERT_TRUE(address);
+    owner.publish(*address);
+    QProcess process;
+    cli.prepare(process, {u"add"_s, u"Door.wav"_s});
+    process.start();
+    for (QDeadlineTimer deadline(20000); process.state() != QProcess::NotRunning && !deadline.hasExpired();)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_EQ(received[u"add"_s].toArray(), QJsonArray{cli.at(u"Door.wav"_s)});
+}
