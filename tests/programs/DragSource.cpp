@@ -28,10 +28,10 @@ private:
     {
         if (!(event->buttons() & Qt::LeftButton))
             return;
-        auto* data = new QMimeData; // the drag owns it
-        data->setUrls(m_urls);
+        auto* files = new QMimeData; // the drag owns it
+        files->setUrls(m_urls);
         auto* drag = new QDrag(this);
-        drag->setMimeData(data);
+        drag->setMimeData(files);
         drag->exec(Qt::CopyAction);
     }
 
