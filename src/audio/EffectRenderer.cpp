@@ -151,7 +151,8 @@ AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, doubl
 {
     require(std::isfinite(startSeconds) && std::isfinite(endSeconds), "a range is finite");
     try {
-        AudioBuffer range = readRange(path, startSeconds, endSeconds);
+        AudioFile file(path);
+        AudioBuffer range = readRange(file, startSeconds, endSeconds, format);
         if (range.frameLength() == 0)
             throw RenderError::empty();
         AudioBuffer buffer = AudioExporter::convert(std::move(range), format);
