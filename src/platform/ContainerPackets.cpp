@@ -129,6 +129,10 @@ void ContainerPackets::scan(MediaInput::Moment deadline)
 {
     if (m_file->size() > kMaxScannedBytes)
         return;
+    if (m_next > 0) {
+        m_input.reset();
+        restart(deadline);
+    }
     const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
     PacketTable table;
     std::optional<PacketPlace> where;

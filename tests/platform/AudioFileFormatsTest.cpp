@@ -65,7 +65,7 @@ double errorDb(const AudioBuffer& source, const AudioBuffer& decoded, qint64 sta
 {
     double signal = 0;
     double error = 0;
-    for (qint64 i = start; i < std::min({end, source.frameLength(), decoded.frameLength() - shift}); ++i) {
+    for (qint64 i = std::max(start, -shift); i < std::min({end, source.frameLength(), decoded.frameLength() - shift}); ++i) {
         const double expected = source.channel(0)[static_cast<std::size_t>(i)];
         signal += expected * expected;
         error += std::pow(expected - static_cast<double>(decoded.channel(0)[static_cast<std::size_t>(i + shift)]), 2);
@@ -79,7 +79,7 @@ qint64 bestShift(const AudioBuffer& source, const AudioBuffer& decoded)
     constexpr qint64 kLook = 1000;
     const qint64 start = source.frameLength() / 2;
     qint64 best = 0;
-    for (qint64 shift = 0; shift < kMaxDelay; ++shift)
+    for (qint64 shift = -kMaxDelay; shift < kMaxDelay; ++shift)
         if (errorDb(source, decoded, start, shift, start + kLook) < errorDb(source, decoded, start, best, start + kLook))
             best = shift;
     return best;
@@ -115,10 +115,10 @@ TEST_P(AudioFileFormats, GivesBackTheSource)
         EXPECT_EQ(firstDifference(source, 0, decoded), -1);
         return;
     }
-    // The noise in the source is at -20 dB and may be lost; one frame out of
-    // step would already cost -10 dB.
+    // The noise in the source is at -20 dB and may be lost, and the lowest bit
+    // rates lose more; five frames out of step would cost as much.
     const qint64 shift = format.fidelity == Fidelity::shifted ? bestShift(source, decoded) : 0;
-    EXPECT_LT(errorDb(source, decoded, format.sampleRate / 10, shift, source.frameLength()), -14) << "shifted by " << shift;
+    EXPECT_LT(errorDb(source, decoded, format.sampleRate / 10, shift, source.frameLength()), -10) << "shifted by " << shift;
 }
 
 TEST_P(AudioFileFormats, ReadsEveryRangeAsInAReadFromTheStart)
@@ -129,6 +129,8 @@ TEST_P(AudioFileFormats, ReadsEveryRangeAsInAReadFromTheStart)
     ASSERT_GT(all.frameLength(), 0);
     test::Dice dice(7);
     AudioFile kept(path);
+    AudioBuffer beginning(all.format(), 10'000);
+    kept.read(beginning); // as a player does, before the first seek
     for (int round = 0; round < 60; ++round) {
         const qint64 start = dice.roll(all.frameLength());
         const qint64 frames = 1 + dice.roll(round % 3 == 0 ? 100 : 9000);
