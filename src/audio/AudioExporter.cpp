@@ -170,11 +170,13 @@ ExportError ExportError::bufferFailed()
 ExportResult AudioExporter::exportRange(const ExportRequest& request, const QString& path)
 {
     try {
-        AudioBuffer part = readRange(request.source, request.start, request.end);
+        AudioFile source(request.source);
+        const int sourceChannels = source.channelCount();
+        const AudioFormat target{kDeliveryRate, std::min(sourceChannels, kMaxDeliveryChannels)};
+        AudioBuffer part = readRange(source, request.start, request.end, target);
         if (part.frameLength() == 0)
             throw ExportError::emptyRange();
-        const int sourceChannels = part.channelCount();
-        part = convert(std::move(part), {kDeliveryRate, std::min(sourceChannels, kMaxDeliveryChannels)});
+        part = convert(std::move(part), target);
         if (part.frameLength() == 0) // less than half a frame at this rate
             throw ExportError::emptyRange();
         process(part, request.preset, request.fadeIn, request.fadeOut);

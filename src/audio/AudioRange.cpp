@@ -1,7 +1,6 @@
 #include "audio/AudioRange.h"
 
 #include "audio/SampleMemory.h"
-#include "platform/AudioFile.h"
 
 #include <algorithm>
 
@@ -18,14 +17,16 @@ qint64 frameAt(double seconds, const AudioFile& file)
 
 } // namespace
 
-AudioBuffer readRange(const QString& path, double startSeconds, double endSeconds)
+AudioBuffer readRange(AudioFile& file, double startSeconds, double endSeconds, AudioFormat delivered)
 {
-    AudioFile file(path);
     const qint64 first = frameAt(startSeconds, file);
     const qint64 last = frameAt(endSeconds, file);
     if (last <= first)
         return AudioBuffer(file.format(), 0);
-    AudioBuffer range = allocateFrames(file.format(), last - first);
+    const auto deliveredFrames = static_cast<double>(last - first) * delivered.sampleRate / file.sampleRate();
+    const qint64 converted = file.format() == delivered ? 0 : bytesOf(delivered, static_cast<qint64>(deliveredFrames));
+    requireMemory(bytesOf(file.format(), last - first) + converted);
+    AudioBuffer range(file.format(), last - first);
     file.seek(first);
     file.read(range, last - first);
     return range;

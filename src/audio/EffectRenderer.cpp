@@ -75,6 +75,14 @@ qint64 engineFrames(qint64 inputFrames, double rate, bool hasEcho, bool hasRever
     return static_cast<qint64>(std::min(std::trunc(frames) + double(kExtraFrames), kMaxFrames));
 }
 
+QDir tempFolder()
+{
+    // Qt gives nothing at all, which would be the current folder, where TMPDIR
+    // names a folder that isn't there.
+    const QString path = QDir::tempPath();
+    return QDir(path.isEmpty() ? u"/tmp"_s : path);
+}
+
 // Echo, then reverb, in place.
 void addSpace(AudioBuffer& buffer, std::optional<double> echo, std::optional<double> reverb, Progress* progress)
 {
@@ -151,7 +159,8 @@ AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, doubl
 {
     require(std::isfinite(startSeconds) && std::isfinite(endSeconds), "a range is finite");
     try {
-        AudioBuffer range = readRange(path, startSeconds, endSeconds);
+        AudioFile file(path);
+        AudioBuffer range = readRange(file, startSeconds, endSeconds, format);
         if (range.frameLength() == 0)
             throw RenderError::empty();
         AudioBuffer buffer = AudioExporter::convert(std::move(range), format);
@@ -228,7 +237,7 @@ void EffectRenderer::applyGainAndFades(AudioBuffer& buffer, const EffectSettings
 
 QString EffectRenderer::writeTemp(const AudioBuffer& buffer)
 {
-    const QString path = QDir(QDir::tempPath()).filePath(kTempPrefix + uuidText(QUuid::createUuid()) + kTempSuffix);
+    const QString path = tempFolder().filePath(kTempPrefix + uuidText(QUuid::createUuid()) + kTempSuffix);
     AudioFileWriter writer(path, buffer.format(), AudioEncoding::wavFloat32);
     writer.write(buffer);
     writer.finish();
@@ -238,8 +247,8 @@ QString EffectRenderer::writeTemp(const AudioBuffer& buffer)
 void EffectRenderer::sweepStrays()
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    const QDir folder(QDir::tempPath());
-    const auto files = folder.entryInfoList({kTempPrefix + u'*' + kTempSuffix}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    const auto files =
+        tempFolder().entryInfoList({kTempPrefix + u'*' + kTempSuffix}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo& file : files) {
         const QString name = file.fileName();
         const auto id = QStringView(name).sliced(kTempPrefix.size()).chopped(kTempSuffix.size());

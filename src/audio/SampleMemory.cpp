@@ -16,11 +16,15 @@ constexpr qint64 kReserveBytes = qint64(256) << 20;
 
 } // namespace
 
+void requireMemory(qint64 bytes)
+{
+    if (bytes > kSmallBytes && bytes > availableMemoryBytes() - kReserveBytes)
+        throw std::bad_alloc();
+}
+
 AudioBuffer allocateFrames(AudioFormat format, qint64 frames)
 {
-    const qint64 frameBytes = format.channelCount * static_cast<qint64>(sizeof(float));
-    if (frames > kSmallBytes / frameBytes && frames > (availableMemoryBytes() - kReserveBytes) / frameBytes)
-        throw std::bad_alloc();
+    requireMemory(bytesOf(format, frames));
     return AudioBuffer(format, frames);
 }
 

@@ -29,9 +29,9 @@ constexpr std::size_t kBlockFrames = 1'024;
 constexpr std::size_t kMinFrames = 4'096;
 
 // How many frames too early the engine places a transient, seen before its last
-// step, the resampling: it sets in where the transient enters the analysis
-// window, so the more the windows are pulled apart, the earlier. Measured from
-// clicks for stretches of 1 to 6 (see TimePitchTest), where it is within 3 ms.
+// step, the resampling. It sounds as soon as the analysis windows reach it, and
+// the further these are pulled apart, the earlier that is. Measured from clicks
+// for stretches of 1 to 6; what is left is 4 ms (TimePitchTest).
 double leadOf(double stretch)
 {
     const double excess = std::max(0.0, stretch - 1);
