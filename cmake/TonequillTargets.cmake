@@ -57,9 +57,6 @@ function(tonequill_subsystem name)
   endforeach()
   target_link_libraries(tonequill_${name} PUBLIC ${arg_LINKS} PRIVATE tonequill_flags)
   set_target_properties(tonequill_${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
-  if(TONEQUILL_FUZZ)
-    tonequill_show_branches(${sources})
-  endif()
   tonequill_moc_follows_globs(tonequill_${name})
   tonequill_precompile(tonequill_${name})
   if(BUILD_TESTING)
@@ -78,17 +75,6 @@ function(tonequill_moc_follows_globs target)
     file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp")
     set(${target}_FILES "${sources};${headers}" CACHE INTERNAL "The files that moc saw")
   endif()
-endfunction()
-
-# tonequill_show_branches(source...): lets the fuzzer see which branches are taken.
-# Files with coroutines stay out: clang 14 cannot make the tables for them.
-function(tonequill_show_branches)
-  foreach(source IN LISTS ARGN)
-    file(STRINGS "${source}" coroutines REGEX "co_await|co_return|QCoro::")
-    if(NOT coroutines)
-      set_property(SOURCE "${source}" APPEND PROPERTY COMPILE_OPTIONS -fsanitize=fuzzer-no-link)
-    endif()
-  endforeach()
 endfunction()
 
 # Precompiles the headers that nearly every file takes. clang (sanitizers of

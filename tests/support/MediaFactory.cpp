@@ -1,5 +1,6 @@
 #include "support/MediaFactory.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -19,9 +20,12 @@ QString scratchPath(const QString& name)
 
 QString makeMedia(const QString& name, const QStringList& arguments)
 {
-    const QString path = scratchPath(name);
+    // Two tests may ask for different files of one name.
+    const QString folder = scratchPath(QString::number(qHash(arguments), 16));
+    const QString path = folder + u'/' + name;
     if (QFileInfo::exists(path))
         return path;
+    QDir().mkpath(folder);
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path});
