@@ -232,7 +232,7 @@ TEST(AudioFileWriter, TellsOfAFullDiskAndLeavesNothing)
 {
     const AudioBuffer sound = wanderingTone({48'000, 2}, 200'000);
     for (const AudioEncoding encoding : {AudioEncoding::wavInt24, AudioEncoding::wavFloat32, AudioEncoding::m4aAac})
-        for (const rlim_t bytes : {0, 10, 100, 20'000, 60'000}) {
+        for (const rlim_t bytes : {0, 10, 100, 20'000}) {
             const QString path = test::scratchPath(u"too large"_s);
             const FullDisk disk(bytes);
             try {
