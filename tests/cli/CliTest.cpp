@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
+#include <QRegularExpression>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +143,32 @@ TEST_F(CliTest, WhatTheEngineRefusesIsSaid)
         EXPECT_EQ(cli.run(arguments).exitCode, 2) << arguments.join(u' ').toStdString();
     EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"gone.wav@0"_s}).exitCode, 1);
     EXPECT_FALSE(QFile::exists(cli.at(u"o.wav"_s)));
+}
+
+TEST_F(CliTest, ALongFileShowsItsProgressOnATerminal)
+{
+    // A gigabyte of silence that takes no room: a header, and a hole.
+    const QString file = test::writeTone(cli.at(u"long.wav"_s), 0, 48000);
+    constexpr qint64 kHeader = 44;
+    constexpr qint64 kData = qint64(1) << 30;
+    QFile wav(file);
+    ASSERT_TRUE(wav.open(QIODevice::ReadWrite));
+    for (const auto& [position, value] : {std::pair<qint64, qint64>{4, kData + kHeader - 8}, {40, kData}}) {
+        wav.seek(position);
+        const auto size = qToLittleEndian(quint32(value));
+        wav.write(reinterpret_cast<const char*>(&size), sizeof size);
+    }
+    ASSERT_TRUE(wav.resize(kHeader + kData));
+    wav.close();
+
+    QProcess terminal; // script gives the program a terminal of its own
+    cli.prepare(terminal, {u"-qec"_s, u"'%1' analyze long.wav"_s.arg(QStringLiteral(TONEQUILL_CLI)), u"/dev/null"_s});
+    terminal.setProgram(u"script"_s);
+    terminal.start();
+    ASSERT_TRUE(terminal.waitForFinished(120000));
+    const QByteArray shown = terminal.readAllStandardOutput();
+    EXPECT_TRUE(QRegularExpression(u"\rlong.wav  \\d+ %"_s).match(QString::fromUtf8(shown)).hasMatch()) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("Silent")) << shown.toStdString();
 }
 
 TEST_F(CliTest, AWrongCommandLineIsExplained)

@@ -18,19 +18,25 @@ QString scratchPath(const QString& name)
     return folder.filePath(name);
 }
 
+int run(const QString& program, const QStringList& arguments)
+{
+    constexpr int kPatienceMs = 60'000;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    if (!process.waitForFinished(kPatienceMs) || process.exitStatus() != QProcess::NormalExit)
+        return -1;
+    return process.exitCode();
+}
+
 QString makeMedia(const QString& name, const QStringList& arguments)
 {
     // Two tests may ask for different files of one name.
     const QString folder = scratchPath(QString::number(qHash(arguments), 16));
     const QString path = folder + u'/' + name;
-    if (QFileInfo::exists(path))
-        return path;
     QDir().mkpath(folder);
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path});
-    constexpr int kPatienceMs = 60'000;
-    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+    const QStringList all = QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path};
+    if (!QFileInfo::exists(path) && run(u"ffmpeg"_s, all) != 0)
         throw std::runtime_error("ffmpeg could not make " + name.toStdString());
     return path;
 }
