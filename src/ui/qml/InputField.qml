@@ -18,7 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentText
     placeholderTextColor: Theme.textSecondary
-    font.pixelSize: Metrics.body.px
+    font: prompt.font
     selectByMouse: true
     hoverEnabled: true
 
@@ -43,6 +43,7 @@ T.TextField {
     }
 
     Label {
+        id: prompt
         x: control.leftPadding
         y: (parent.height - height) / 2
         width: parent.width - control.leftPadding - control.rightPadding
