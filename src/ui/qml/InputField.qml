@@ -18,7 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentText
     placeholderTextColor: Theme.textSecondary
-    font: prompt.font
+    font: Metrics.bodyFont
     selectByMouse: true
     hoverEnabled: true
 
@@ -43,7 +43,6 @@ T.TextField {
     }
 
     Label {
-        id: prompt
         x: control.leftPadding
         y: (parent.height - height) / 2
         width: parent.width - control.leftPadding - control.rightPadding
