@@ -17,16 +17,22 @@ QString scratchPath(const QString& name)
     return folder.filePath(name);
 }
 
+int run(const QString& program, const QStringList& arguments)
+{
+    constexpr int kPatienceMs = 60'000;
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    if (!process.waitForFinished(kPatienceMs) || process.exitStatus() != QProcess::NormalExit)
+        return -1;
+    return process.exitCode();
+}
+
 QString makeMedia(const QString& name, const QStringList& arguments)
 {
     const QString path = scratchPath(name);
-    if (QFileInfo::exists(path))
-        return path;
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path});
-    constexpr int kPatienceMs = 60'000;
-    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+    const QStringList all = QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path};
+    if (!QFileInfo::exists(path) && run(u"ffmpeg"_s, all) != 0)
         throw std::runtime_error("ffmpeg could not make " + name.toStdString());
     return path;
 }
