@@ -12,6 +12,8 @@ T.AbstractButton {
 
     implicitWidth: row.implicitWidth + leftPadding + rightPadding
     height: parent ? parent.height : Metrics.buttonSmall
+    topInset: Metrics.focusGap // the whole height of the switch can be hit
+    bottomInset: Metrics.focusGap
     horizontalPadding: Metrics.spaceM
     autoExclusive: true
     checkable: true

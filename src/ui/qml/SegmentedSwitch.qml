@@ -35,8 +35,7 @@ Rectangle {
     Row {
         id: row
         x: Metrics.focusGap
-        y: Metrics.focusGap
-        height: parent.height - 2 * y
+        height: parent.height
         spacing: Metrics.focusGap
     }
 }
