@@ -6,6 +6,14 @@ import QtQuick.Templates as T
 T.Menu {
     id: control
 
+    property Item focusBefore: null // what gets the keyboard back
+
+    onAboutToShow: focusBefore = parent ? parent.Window.activeFocusItem : null
+    onClosed: {
+        if (focusBefore)
+            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
     implicitWidth: Math.max(list.contentItem.childrenRect.width, Metrics.libraryWidthCompact / 2) + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: Metrics.spaceXs

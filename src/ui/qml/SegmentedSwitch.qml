@@ -15,8 +15,9 @@ Rectangle {
             const next = row.children[i + by] as Segment;
             if (!(row.children[i] as Segment).checked || !next)
                 continue;
-            next.click();
             next.forceActiveFocus(Qt.TabFocusReason);
+            next.toggle();
+            next.clicked();
             return;
         }
     }
