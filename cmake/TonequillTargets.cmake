@@ -22,6 +22,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   target_compile_options(tonequill_flags INTERFACE -Wno-builtin-macro-redefined)
 endif()
 if(TONEQUILL_SANITIZE)
+  # The instrumentation hides from GCC what it would need to see for this one.
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(tonequill_flags INTERFACE -Wno-maybe-uninitialized)
+  endif()
   target_compile_options(tonequill_flags INTERFACE
     -fsanitize=${TONEQUILL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tonequill_flags INTERFACE -fsanitize=${TONEQUILL_SANITIZE})
