@@ -16,11 +16,6 @@ target_compile_options(tonequill_flags INTERFACE
 target_compile_definitions(tonequill_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-  # clang 14 has the coroutines but not the macro by which libstdc++ asks for them.
-  target_compile_definitions(tonequill_flags INTERFACE __cpp_impl_coroutine=201902L)
-  target_compile_options(tonequill_flags INTERFACE -Wno-builtin-macro-redefined)
-endif()
 if(TONEQUILL_SANITIZE)
   # The instrumentation hides from GCC what it would need to see for this one.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -29,6 +24,15 @@ if(TONEQUILL_SANITIZE)
   target_compile_options(tonequill_flags INTERFACE
     -fsanitize=${TONEQUILL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tonequill_flags INTERFACE -fsanitize=${TONEQUILL_SANITIZE})
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # clang 14 has the coroutines but not the macro by which libstdc++ asks for them.
+  target_compile_definitions(tonequill_flags INTERFACE __cpp_impl_coroutine=201902L)
+  target_compile_options(tonequill_flags INTERFACE -Wno-builtin-macro-redefined)
+  if(TONEQUILL_SANITIZE)
+    # It puts data before functions, which clang 14 cannot do for coroutines.
+    target_compile_options(tonequill_flags INTERFACE -fno-sanitize=function)
+  endif()
 endif()
 find_program(TONEQUILL_MOLD mold)
 if(TONEQUILL_MOLD)
@@ -57,9 +61,6 @@ function(tonequill_subsystem name)
   endforeach()
   target_link_libraries(tonequill_${name} PUBLIC ${arg_LINKS} PRIVATE tonequill_flags)
   set_target_properties(tonequill_${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
-  if(TONEQUILL_FUZZ)
-    tonequill_show_branches(${sources})
-  endif()
   tonequill_moc_follows_globs(tonequill_${name})
   tonequill_precompile(tonequill_${name})
   if(BUILD_TESTING)
@@ -78,17 +79,6 @@ function(tonequill_moc_follows_globs target)
     file(REMOVE "${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/timestamp")
     set(${target}_FILES "${sources};${headers}" CACHE INTERNAL "The files that moc saw")
   endif()
-endfunction()
-
-# tonequill_show_branches(source...): lets the fuzzer see which branches are taken.
-# Files with coroutines stay out: clang 14 cannot make the tables for them.
-function(tonequill_show_branches)
-  foreach(source IN LISTS ARGN)
-    file(STRINGS "${source}" coroutines REGEX "co_await|co_return|QCoro::")
-    if(NOT coroutines)
-      set_property(SOURCE "${source}" APPEND PROPERTY COMPILE_OPTIONS -fsanitize=fuzzer-no-link)
-    endif()
-  endforeach()
 endfunction()
 
 # Precompiles the headers that nearly every file takes. clang (sanitizers of

@@ -1,5 +1,6 @@
 #include "support/MediaFactory.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -30,7 +31,10 @@ int run(const QString& program, const QStringList& arguments)
 
 QString makeMedia(const QString& name, const QStringList& arguments)
 {
-    const QString path = scratchPath(name);
+    // Two tests may ask for different files of one name.
+    const QString folder = scratchPath(QString::number(qHash(arguments), 16));
+    const QString path = folder + u'/' + name;
+    QDir().mkpath(folder);
     const QStringList all = QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path};
     if (!QFileInfo::exists(path) && run(u"ffmpeg"_s, all) != 0)
         throw std::runtime_error("ffmpeg could not make " + name.toStdString());

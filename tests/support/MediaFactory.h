@@ -12,8 +12,8 @@ QString scratchPath(const QString& name);
 // Runs a program to its end and gives its exit status; -1 if it does not come to that.
 int run(const QString& program, const QStringList& arguments);
 
-// Makes scratchPath(name) with the ffmpeg program and gives its path; a second
-// call with the same name gives the file that is there. `arguments` are
+// Makes a file of that name with the ffmpeg program and gives its path; a second
+// call with the same arguments gives the file that is there. `arguments` are
 // everything but the output, separated by blanks where no quoting is needed.
 QString makeMedia(const QString& name, const QStringList& arguments);
 
