@@ -165,6 +165,39 @@ TEST(TimePitch, KeepsTheMiddleInTheMiddle)
     EXPECT_GT(test::correlation(apart.channel(0), out.channel(0)), 0.9999);
 }
 
+TEST(TimePitch, KeepsTheWidthOfAStereoSound)
+{
+    // A voice-like tone in the middle and a little noise of its own on each side.
+    // Treated one by one, the sides would drift apart by 7 dB.
+    const auto sideOverMiddle = [](std::span<const float> left, std::span<const float> right) {
+        double side = 0;
+        double middle = 0;
+        for (std::size_t n = 9'600; n + 9'600 < left.size(); ++n) {
+            side += std::pow(double(left[n]) - double(right[n]), 2);
+            middle += std::pow(double(left[n]) + double(right[n]), 2);
+        }
+        return 10 * std::log10(side / middle);
+    };
+    Samples left = test::noise(3, 1, 0.03F);
+    Samples right = test::noise(3, 2, 0.03F);
+    double phase = 0;
+    for (std::size_t n = 0; n < left.size(); ++n) {
+        phase += 2 * std::numbers::pi * (110 + 20 * std::sin(2 * std::numbers::pi * 5 * double(n) / 48'000)) / 48'000;
+        for (int partial = 1; partial < 30; ++partial) {
+            const auto sample = static_cast<float>(0.15 * std::sin(phase * partial) / partial);
+            left[n] += sample;
+            right[n] += sample;
+        }
+    }
+    const double before = sideOverMiddle(left, right);
+    for (const auto& [rate, semitones] : {std::pair{1.5, 0.0}, std::pair{0.5, 0.0}, std::pair{1.0, -4.0}}) {
+        const AudioBuffer out = changed(test::bufferOf({left, right}), rate, semitones);
+        const auto frames = static_cast<std::size_t>(double(left.size()) / rate);
+        EXPECT_NEAR(sideOverMiddle(out.channel(0).first(frames), out.channel(1).first(frames)), before, 4)
+            << rate << " " << semitones;
+    }
+}
+
 TEST(TimePitch, MovesFormantsWithThePitch)
 {
     // A buzz of 110 Hz through a resonance at 1 kHz; an octave up it lies at 2 kHz.
