@@ -48,6 +48,14 @@ Fixture::Fixture()
 
 Fixture::~Fixture() = default;
 
+Levels Fixture::wave()
+{
+    Levels levels;
+    for (int i = 0; i < 48; ++i)
+        levels.values << (i < 3 ? 0.05f : std::exp(float(3 - i) / 12));
+    return levels;
+}
+
 void Fixture::start(int count)
 {
     stop();

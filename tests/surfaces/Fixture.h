@@ -18,6 +18,8 @@ namespace tonequill::test {
 class Fixture : public QObject {
     Q_OBJECT
     Q_PROPERTY(tonequill::WindowModel* model READ model NOTIFY modelChanged FINAL)
+    Q_PROPERTY(tonequill::Levels wave READ wave CONSTANT FINAL)
+    Q_PROPERTY(QString pictures READ pictures CONSTANT FINAL)
     Q_PROPERTY(int filesAskedFor MEMBER m_filesAskedFor NOTIFY filesAskedForChanged FINAL)
 
 public:
@@ -25,6 +27,11 @@ public:
     ~Fixture() override;
 
     WindowModel* model() const { return m_model.get(); }
+
+    // A sound that is struck and dies away.
+    static Levels wave();
+    // The folder to keep pictures in; empty for none.
+    static QString pictures() { return qEnvironmentVariable("TONEQUILL_PICTURES"); }
 
     // A new program with sounds "Sound 1" … "Sound count".
     Q_INVOKABLE void start(int count);

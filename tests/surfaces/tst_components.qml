@@ -44,6 +44,9 @@ Item {
         name: "Components"
         when: windowShown
 
+        function init() {
+            failOnWarning(/.?/);
+        }
         function initTestCase() {
             Fixture.start(0);
         }

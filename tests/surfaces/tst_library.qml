@@ -29,6 +29,9 @@ TestCase {
         tryVerify(() => list.height > Metrics.row);
     }
 
+    function init() {
+        failOnWarning(/.?/);
+    }
     function cleanup() {
         window.destroy();
         wait(0);

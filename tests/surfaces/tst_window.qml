@@ -26,6 +26,9 @@ TestCase {
         tryCompare(window, "active", true);
     }
 
+    function init() {
+        failOnWarning(/.?/);
+    }
     function cleanup() {
         window.destroy();
         wait(0);

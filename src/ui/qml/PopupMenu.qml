@@ -14,7 +14,7 @@ T.Menu {
             focusBefore.forceActiveFocus(Qt.PopupFocusReason);
     }
 
-    implicitWidth: Math.max(list.contentItem.childrenRect.width, Metrics.libraryWidthCompact / 2) + leftPadding + rightPadding
+    implicitWidth: Metrics.menuWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: Metrics.spaceXs
     margins: Metrics.windowGap
