@@ -30,8 +30,7 @@ QString sentence(LanguageModelError::Kind kind)
 bool isTexts(const QJsonValue& value)
 {
     const QJsonArray array = value.toArray();
-    return value.isArray() &&
-           std::all_of(array.begin(), array.end(), [](const QJsonValue& entry) { return entry.isString(); });
+    return value.isArray() && std::all_of(array.begin(), array.end(), [](const QJsonValue& entry) { return entry.isString(); });
 }
 
 } // namespace
@@ -51,10 +50,8 @@ QJsonObject RecordSchema::jsonSchema() const
         properties[field.name] = property;
         required << field.name;
     }
-    return {{u"type"_s, u"object"_s},
-            {u"properties"_s, properties},
-            {u"required"_s, required},
-            {u"additionalProperties"_s, false}};
+    return {
+        {u"type"_s, u"object"_s}, {u"properties"_s, properties}, {u"required"_s, required}, {u"additionalProperties"_s, false}};
 }
 
 std::optional<QJsonObject> RecordSchema::accepted(const QJsonObject& answer) const

@@ -11,8 +11,8 @@ namespace tonequill {
 
 namespace {
 
-int saySomewhereElse(int /*status*/, const char* /*function*/, const char* /*message*/, const char* /*file*/,
-                     int /*line*/, void* /*context*/)
+int saySomewhereElse(int /*status*/, const char* /*function*/, const char* /*message*/, const char* /*file*/, int /*line*/,
+                     void* /*context*/)
 {
     return 0; // the exception tells it
 }

@@ -23,11 +23,7 @@ double melOf(double hertz)
 
 } // namespace
 
-MelFrontEnd::MelFrontEnd()
-    : m_window(kFrameSamples),
-      m_bands(kBands),
-      m_spectrum(kFftSize),
-      m_padded(kFftSize)
+MelFrontEnd::MelFrontEnd() : m_window(kFrameSamples), m_bands(kBands), m_spectrum(kFftSize), m_padded(kFftSize)
 {
     for (int i = 0; i < kFrameSamples; ++i)
         m_window[static_cast<std::size_t>(i)] =

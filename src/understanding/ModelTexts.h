@@ -35,8 +35,7 @@ inline constexpr QStringView kPhraseInstructions =
     u"applause, fanfare. \"I am scared\" gives gasp, scream, heartbeat. Pick sounds that match the "
     u"exact meaning, never a different situation. Use single English words only.";
 
-inline constexpr QStringView kMeaningGuide =
-    u"What the phrase means, in a few plain English words, for example 'I am hungry'.";
+inline constexpr QStringView kMeaningGuide = u"What the phrase means, in a few plain English words, for example 'I am hungry'.";
 
 inline constexpr QStringView kPhraseTagsGuide =
     u"Six to ten single English words that sound-effect libraries use as tags for the noises you "

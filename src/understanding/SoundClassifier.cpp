@@ -79,9 +79,8 @@ ClassifierChoice ClassifierChoice::from(const Defaults& defaults, IfBroken ifBro
 
 const QSet<QString>& SoundClassifier::voiceAndMusic()
 {
-    static const QSet<QString> labels = {u"speech"_s,        u"babble"_s,   u"chatter"_s, u"singing"_s,
-                                         u"music"_s,         u"rapping"_s,  u"humming"_s, u"whispering"_s,
-                                         u"choir_singing"_s, u"orchestra"_s};
+    static const QSet<QString> labels = {u"speech"_s,  u"babble"_s,  u"chatter"_s,    u"singing"_s,       u"music"_s,
+                                         u"rapping"_s, u"humming"_s, u"whispering"_s, u"choir_singing"_s, u"orchestra"_s};
     return labels;
 }
 

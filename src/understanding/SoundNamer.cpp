@@ -77,15 +77,14 @@ QString pretty(const QString& label)
 SoundHeard ruleBased(const std::vector<HeardLabel>& labels, const QStringList& /*descriptors*/, double duration)
 {
     if (labels.empty() || labels.front().confidence < kPossible)
-        return {QString(), u"I couldn't tell what this is. Listen and rename it if you like."_s,
-                u"Not sure what this is"_s, labels};
+        return {QString(), u"I couldn't tell what this is. Listen and rename it if you like."_s, u"Not sure what this is"_s,
+                labels};
     const double confidence = labels.front().confidence;
     const QString name = pretty(labels.front().name);
     const QString low = text::lowercase(name);
     const QString headline = u"%1 %2 (%3% sure)"_s.arg(certainty(confidence), low).arg(std::lround(confidence * 100));
-    const QString summary = labels.size() > 1
-        ? u"%1, with a hint of %2."_s.arg(name, text::lowercase(pretty(labels[1].name)))
-        : u"A %1 %2."_s.arg(duration < kShortSeconds ? u"short"_s : u"longer"_s, low);
+    const QString summary = labels.size() > 1 ? u"%1, with a hint of %2."_s.arg(name, text::lowercase(pretty(labels[1].name)))
+                                              : u"A %1 %2."_s.arg(duration < kShortSeconds ? u"short"_s : u"longer"_s, low);
     return {name, summary, headline, labels};
 }
 

@@ -30,8 +30,7 @@ bool isTag(const QString& word)
 
 } // namespace
 
-QCoro::Task<std::optional<Understanding>> understand(LanguageModel& model, QString phrase,
-                                                     std::optional<QString> translation)
+QCoro::Task<std::optional<Understanding>> understand(LanguageModel& model, QString phrase, std::optional<QString> translation)
 {
     try {
         if (!co_await model.isAvailable())
@@ -39,8 +38,7 @@ QCoro::Task<std::optional<Understanding>> understand(LanguageModel& model, QStri
         QString prompt = u"Phrase: "_s + phrase;
         if (translation)
             prompt += u" (a literal translation gave: "_s + *translation + u')';
-        const QJsonObject idea =
-            co_await model.respond(ModelTexts::kPhraseInstructions.toString(), prompt, soundIdea());
+        const QJsonObject idea = co_await model.respond(ModelTexts::kPhraseInstructions.toString(), prompt, soundIdea());
         const QStringList tags = sanitize(idea[u"tags"_s].toVariant().toStringList());
         if (tags.isEmpty())
             co_return std::nullopt;

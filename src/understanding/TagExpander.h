@@ -19,8 +19,7 @@ struct Understanding {
 
 // Nothing when there is no usable answer, for whatever reason. Keep `model`
 // until it is done.
-QCoro::Task<std::optional<Understanding>> understand(LanguageModel& model, QString phrase,
-                                                     std::optional<QString> translation);
+QCoro::Task<std::optional<Understanding>> understand(LanguageModel& model, QString phrase, std::optional<QString> translation);
 
 // Lower-case single words of letters and "-", at most 20 characters each, no
 // repeats, the first 10 of them.
