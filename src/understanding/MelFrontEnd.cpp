@@ -23,7 +23,7 @@ double melOf(double hertz)
 
 } // namespace
 
-MelFrontEnd::MelFrontEnd() : m_window(kFrameSamples), m_bands(kBands), m_spectrum(kFftSize), m_padded(kFftSize)
+MelFrontEnd::MelFrontEnd() : m_window(kFrameSamples), m_bands(kBands), m_padded(kFftSize), m_spectrum(kFftSize)
 {
     for (int i = 0; i < kFrameSamples; ++i)
         m_window[static_cast<std::size_t>(i)] =
@@ -61,19 +61,20 @@ void MelFrontEnd::add(std::span<const float> samples, std::vector<float>& frames
 void MelFrontEnd::frame(const float* samples, float* out)
 {
     for (std::size_t i = 0; i < kFrameSamples; ++i)
-        m_padded[i] = samples[i] * m_window[i];
-    const cv::Mat input(1, kFftSize, CV_32F, m_padded.data());
-    cv::Mat output(1, kFftSize, CV_32F, m_spectrum.data());
+        m_padded[i] = static_cast<double>(samples[i] * m_window[i]);
+    // In 32 bits the noise of the transform would show in quiet bands beside a loud one.
+    const cv::Mat input(1, kFftSize, CV_64F, m_padded.data());
+    cv::Mat output(1, kFftSize, CV_64F, m_spectrum.data());
     cv::dft(input, output);
-    // Packed: re 0, re 1, im 1, re 2, im 2, … re 256. The magnitudes overwrite it.
-    const auto* packed = output.ptr<float>();
+    // Packed: re 0, re 1, im 1, re 2, im 2, … re 256.
+    const auto* packed = output.ptr<double>();
     float magnitude[kBins] = {};
     for (int bin = 1; bin < kBins - 1; ++bin) {
-        const float real = packed[2 * bin - 1];
-        const float imaginary = packed[2 * bin];
-        magnitude[bin] = std::sqrt(real * real + imaginary * imaginary);
+        const double real = packed[2 * bin - 1];
+        const double imaginary = packed[2 * bin];
+        magnitude[bin] = static_cast<float>(std::sqrt(real * real + imaginary * imaginary));
     }
-    magnitude[kBins - 1] = std::abs(packed[kFftSize - 1]);
+    magnitude[kBins - 1] = static_cast<float>(std::abs(packed[kFftSize - 1]));
     for (const Band& band : m_bands) {
         float sum = 0;
         for (std::size_t i = 0; i < band.weights.size(); ++i)

@@ -33,8 +33,8 @@ private:
     std::vector<float> m_window;
     std::vector<Band> m_bands;
     std::vector<float> m_pending; // samples that later frames still need
-    std::vector<float> m_spectrum;
-    std::vector<float> m_padded;
+    std::vector<double> m_padded;
+    std::vector<double> m_spectrum;
 };
 
 } // namespace tonequill

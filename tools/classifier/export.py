@@ -1,20 +1,23 @@
 """Writes the trained network as the program loads it.
 
-  export.py WORK RESOURCES
+  export.py WORK RESOURCES GOLDEN.json
 
 Reads WORK/student.pt and, where there is one, WORK/confidence.json; writes
 network.onnx (batch norms folded into the convolutions, softmax at the end) and
 classifier.json (labels in the order of the outputs; the points by which a score
-becomes a confidence).
+becomes a confidence). GOLDEN.json gets frames of a test signal and the network's
+scores for it, which the program's own tests compare with.
 """
 
 import argparse
 import json
 import os
 
+import numpy as np
 import torch
 from torch import nn
 
+import features
 import network
 
 
@@ -52,10 +55,24 @@ def fuse(module):
                 module[i + 1] = nn.Identity()
 
 
+def golden(scores):
+    """Two sweeps that end in silence; the program's test makes the same."""
+    t = np.arange(12000) / features.RATE
+    signal = np.zeros(16000)
+    signal[:12000] = (0.5 * np.sin(2 * np.pi * (300 + 900 * t) * t)
+                      + 0.1 * np.sin(2 * np.pi * (5000 - 2000 * t) * t))
+    patch = features.log_mel(features.linear_mel(signal.astype(np.float32))[:features.PATCH])
+    with torch.no_grad():
+        out = scores(torch.from_numpy(patch)[None, None])[0]
+    return {"frames": {str(i): [round(float(v), 6) for v in patch[i]] for i in (0, 11, 40, 73, 90)},
+            "scores": [round(float(v), 7) for v in out]}
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("work")
     parser.add_argument("resources")
+    parser.add_argument("golden")
     arguments = parser.parse_args()
     network.use_one_core()
     student, labels = load(os.path.join(arguments.work, "student.pt"))
@@ -71,6 +88,9 @@ def main():
     path = os.path.join(arguments.resources, "network.onnx")
     torch.onnx.export(scores, patch, path, input_names=["mel_patch"], output_names=["scores"], opset_version=11,
                       dynamic_axes={"mel_patch": {0: "batch"}, "scores": {0: "batch"}})
+    with open(arguments.golden, "w", encoding="utf-8") as file:
+        json.dump(golden(scores), file, indent=0)
+        file.write("\n")
     points = [[0, 0], [1, 1]]
     curve = os.path.join(arguments.work, "confidence.json")
     if os.path.exists(curve):

@@ -52,8 +52,10 @@ def linear_mel(samples):
 
 
 def decode(path, seconds=12.0):
-    """A file as 16 kHz mono, by the resampler that the program uses."""
-    command = ["ffmpeg", "-v", "error", "-nostdin", "-threads", "1", "-t", str(seconds), "-i", path,
+    """A file (Opus, where it ends in .ogg) as 16 kHz mono, by the program's resampler."""
+    # The decoder that the program uses; ffmpeg's own one differs audibly on low rates.
+    decoder = ["-c:a", "libopus"] if path.endswith((".ogg", ".opus")) else []
+    command = ["ffmpeg", "-v", "error", "-nostdin", "-threads", "1", "-t", str(seconds), *decoder, "-i", path,
                "-map", "0:a:0", "-af", "aresample=16000:resampler=soxr", "-ac", "1", "-f", "f32le", "-"]
     out = subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout
     return np.frombuffer(out, np.float32)
