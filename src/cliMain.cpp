@@ -26,11 +26,11 @@ QString helpText()
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"tonequill-cli"_s);
     QCoreApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
 
-    const QStringList arguments = application.arguments().sliced(1);
+    const QStringList arguments = QCoreApplication::arguments().sliced(1);
     const QString word = arguments.value(0);
     if (word == u"--version") {
         cli::terminal::print(u"tonequill-cli "_s + QCoreApplication::applicationVersion());

@@ -23,7 +23,7 @@ const QString kDelete = u"delete"_s;
 void addFiles(AppModel& model, const QJsonArray& values)
 {
     QStringList files;
-    for (const QJsonValue& value : values) {
+    for (const auto& value : values) {
         if (const QString file = value.toString(); QDir::isAbsolutePath(file))
             files << file;
     }
@@ -34,7 +34,7 @@ void addFiles(AppModel& model, const QJsonArray& values)
 void deleteSounds(AppModel& model, const QJsonArray& values)
 {
     QList<SoundItem> items;
-    for (const QJsonValue& value : values) {
+    for (const auto& value : values) {
         const auto id = uuidFromText(value.toString());
         if (const SoundItem* item = id ? model.library().find(*id) : nullptr)
             items << *item;

@@ -56,7 +56,7 @@ AudioAnalysis analyze(const QString& path, Progress* progress)
         throw AnalysisError();
     AudioBuffer block = makeBlock(file, hopFrames);
 
-    MonoEnvelope envelope(hopFrames, file.channelCount());
+    MonoEnvelope envelope(hopFrames, file.channelCount(), file.length());
     std::vector<const float*> channels(static_cast<std::size_t>(file.channelCount()));
     while (file.framePosition() < file.length()) {
         if (progress && progress->isCancelled())

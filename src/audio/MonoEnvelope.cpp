@@ -1,54 +1,19 @@
 #include "audio/MonoEnvelope.h"
 
+#include "audio/SampleLoops.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 
-// This file is compiled with -O3: its loops are written to be vectorised, the
-// sum of squares in lanes of its own (see bench/Analysis.cpp).
+// This file is compiled with -O3: its loops are written to be vectorised (see
+// bench/Analysis.cpp).
 
 namespace tonequill {
 
 namespace {
 
 constexpr float kLargest = std::numeric_limits<float>::max();
-
-// Adding squares in one float only would make each addition wait for the last.
-constexpr qint64 kLanes = 16;
-
-float sumOfSquares(const float* samples, qint64 count)
-{
-    std::array<float, kLanes> lanes = {};
-    qint64 i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        for (qint64 lane = 0; lane < kLanes; ++lane)
-            lanes[static_cast<std::size_t>(lane)] += samples[i + lane] * samples[i + lane];
-    float sum = 0;
-    for (const float lane : lanes)
-        sum += lane;
-    for (; i < count; ++i)
-        sum += samples[i] * samples[i];
-    return sum;
-}
-
-float largestMagnitude(const float* samples, qint64 count)
-{
-    std::array<float, kLanes> lanes = {};
-    qint64 i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        for (qint64 lane = 0; lane < kLanes; ++lane) {
-            const float magnitude = std::abs(samples[i + lane]);
-            float& largest = lanes[static_cast<std::size_t>(lane)];
-            largest = magnitude > largest ? magnitude : largest;
-        }
-    float largest = 0;
-    for (const float lane : lanes)
-        largest = std::max(largest, lane);
-    for (; i < count; ++i)
-        largest = std::max(largest, std::abs(samples[i]));
-    return largest;
-}
 
 // `samples` has one more sample before its start.
 qint64 signChanges(const float* samples, qint64 count)
@@ -73,11 +38,17 @@ float rootMeanSquare(const float* samples, qint64 count)
 
 } // namespace
 
-MonoEnvelope::MonoEnvelope(qint64 hopFrames, int channelCount)
+MonoEnvelope::MonoEnvelope(qint64 hopFrames, int channelCount, qint64 frames)
     : m_hopFrames(hopFrames),
       m_channelCount(channelCount),
       m_mono(static_cast<std::size_t>(hopFrames + 1))
-{}
+{
+    // A guess only: where a header exaggerates, memory comes as it is needed.
+    constexpr qint64 kMaxReserved = 100 * 60 * 60 * 2; // two hours
+    const auto hops = static_cast<std::size_t>(std::min(frames / hopFrames + 1, kMaxReserved));
+    m_rms.reserve(hops);
+    m_peak.reserve(hops);
+}
 
 void MonoEnvelope::add(std::span<const float* const> channels, qint64 frames)
 {

@@ -11,8 +11,9 @@ namespace tonequill {
 // by hop; hops run on across block borders. Amplitudes are linear.
 class MonoEnvelope {
 public:
-    // REQUIRES: hopFrames >= 1, channelCount >= 1.
-    MonoEnvelope(qint64 hopFrames, int channelCount);
+    // `frames` is what will probably be added.
+    // REQUIRES: hopFrames >= 1, channelCount >= 1, frames >= 0.
+    MonoEnvelope(qint64 hopFrames, int channelCount, qint64 frames);
 
     // REQUIRES: channels.size() == channelCount.
     void add(std::span<const float* const> channels, qint64 frames);

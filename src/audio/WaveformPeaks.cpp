@@ -1,9 +1,9 @@
 #include "audio/WaveformPeaks.h"
 
+#include "audio/SampleLoops.h"
 #include "platform/AudioFile.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace tonequill::WaveformPeaks {
 
@@ -17,17 +17,35 @@ std::size_t binOf(qint64 position, qint64 length, int bins)
     return static_cast<std::size_t>(std::min(static_cast<qint64>(place), qint64(bins) - 1));
 }
 
+// The first position behind `position`, at most `end`, that is in another bin.
+qint64 endOfBin(qint64 position, qint64 end, qint64 length, int bins)
+{
+    const std::size_t bin = binOf(position, length, bins);
+    if (binOf(end - 1, length, bins) == bin)
+        return end;
+    qint64 inside = position;
+    qint64 outside = end - 1;
+    while (outside - inside > 1) {
+        const qint64 middle = inside + (outside - inside) / 2;
+        (binOf(middle, length, bins) == bin ? inside : outside) = middle;
+    }
+    return outside;
+}
+
 void gather(AudioFile& file, AudioBuffer& block, std::vector<float>& peaks)
 {
     const int bins = static_cast<int>(peaks.size());
     while (file.framePosition() < file.length()) {
-        qint64 position = file.framePosition();
+        const qint64 start = file.framePosition();
         if (file.read(block) == 0)
             return;
-        for (qint64 i = 0; i < block.frameLength(); ++i, ++position) {
+        const qint64 end = start + block.frameLength();
+        for (qint64 position = start; position < end;) {
+            const qint64 next = endOfBin(position, end, file.length(), bins);
             float& peak = peaks[binOf(position, file.length(), bins)];
             for (int channel = 0; channel < block.channelCount(); ++channel)
-                peak = std::max(peak, std::abs(block.channel(channel)[static_cast<std::size_t>(i)]));
+                peak = std::max(peak, largestMagnitude(block.channel(channel).data() + (position - start), next - position));
+            position = next;
         }
     }
 }

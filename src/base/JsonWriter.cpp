@@ -26,12 +26,26 @@ void appendEscaped(std::string& out, const QString& text)
     out += '"';
 }
 
-template <typename Number>
-void appendNumber(std::string& out, Number value)
+template <typename... How>
+void appendNumber(std::string& out, How... how)
 {
     char digits[40];
-    const auto end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), how...).ptr;
     out.append(digits, end);
+}
+
+template <typename Float>
+void appendFloat(std::string& out, Float value)
+{
+    // A whole number of twenty digits is one that readers take for an integer,
+    // and that no integer of theirs can hold.
+    constexpr Float kLargestPlain = 1e15F;
+    if (!std::isfinite(value))
+        out += '0';
+    else if (std::abs(value) < kLargestPlain)
+        appendNumber(out, value);
+    else
+        appendNumber(out, value, std::chars_format::scientific);
 }
 
 } // namespace
@@ -93,14 +107,14 @@ JsonWriter& JsonWriter::text(const QString& value)
 JsonWriter& JsonWriter::number(double value)
 {
     separate();
-    appendNumber(m_out, std::isfinite(value) ? value : 0.0);
+    appendFloat(m_out, value);
     return *this;
 }
 
 JsonWriter& JsonWriter::number(float value)
 {
     separate();
-    appendNumber(m_out, std::isfinite(value) ? value : 0.0F);
+    appendFloat(m_out, value);
     return *this;
 }
 

@@ -31,5 +31,9 @@ int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
 int analyze(const QStringList& arguments);
 int peaks(const QStringList& arguments);
+int parts(const QStringList& arguments);
+int exportPart(const QStringList& arguments);
+int render(const QStringList& arguments);
+int mix(const QStringList& arguments);
 
 } // namespace tonequill::cli

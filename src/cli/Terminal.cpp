@@ -76,7 +76,7 @@ ProgressLine::ProgressLine(QString label, ProgressPtr progress)
         using namespace std::chrono_literals;
         std::unique_lock lock(ticker->mutex);
         bool isShown = false;
-        for (auto wait = 500ms; !ticker->ended.wait_for(lock, wait, [ticker] { return ticker->isEnded; }); wait = 100ms) {
+        for (auto wait = 200ms; !ticker->ended.wait_for(lock, wait, [ticker] { return ticker->isEnded; }); wait = 100ms) {
             isShown = true;
             put(stderr, u"\r%1  %2 %"_s.arg(label).arg(std::lround(progress->fraction() * 100)).toUtf8());
         }

@@ -24,7 +24,7 @@ QString lengthText(double seconds);
 QString harmless(const QString& text);
 
 // Shows how far `progress` is on one line of stderr while it lives, if that is a
-// terminal and it takes more than half a second. Any thread's work may be shown.
+// terminal and it takes more than a fifth of a second. Any thread's work may be shown.
 class ProgressLine {
 public:
     ProgressLine(QString label, ProgressPtr progress);

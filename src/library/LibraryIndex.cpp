@@ -5,6 +5,9 @@
 
 #include <simdjson.h>
 
+#include <cmath>
+#include <limits>
+
 namespace tonequill::LibraryIndex {
 
 namespace {
@@ -30,6 +33,14 @@ double numberOf(element value)
     if (value.get(number) != simdjson::SUCCESS)
         throw Malformed();
     return number;
+}
+
+float floatOf(element value)
+{
+    const double number = numberOf(value);
+    if (std::abs(number) > double(std::numeric_limits<float>::max()))
+        throw Malformed();
+    return static_cast<float>(number);
 }
 
 template <typename List, typename Read>
@@ -93,9 +104,7 @@ SoundItem recordOf(element value)
     item.license = optional(record, "license", textOf);
     item.credit = optional(record, "credit", textOf);
     item.pageURL = optional(record, "pageURL", textOf);
-    item.thumbnail = optional(record, "thumbnail", [](element field) {
-        return listOf<std::vector<float>>(field, [](element one) { return static_cast<float>(numberOf(one)); });
-    });
+    item.thumbnail = optional(record, "thumbnail", [](element field) { return listOf<std::vector<float>>(field, floatOf); });
     return item;
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 
 namespace tonequill {
 
@@ -28,13 +29,33 @@ void report(Progress* progress, qint64 done, qint64 all)
         progress->set(std::clamp(static_cast<double>(done) / static_cast<double>(all), 0.0, 1.0));
 }
 
-// Whether the packets can go into MPEG-4 as they are: the plain profile with
-// its usual 1024 frames a packet.
+// Whether a decoder configuration (ISO/IEC 14496-3, 1.6.2.1) is that of plain
+// AAC-LC: object type 2, a rate from the table, 1024 frames a packet, and no
+// spectral band replication behind it.
+bool isPlainConfiguration(std::span<const uint8_t> bytes)
+{
+    if (bytes.size() < 2)
+        return false;
+    const int start = bytes[0] << 8 | bytes[1];
+    const int objectType = start >> 11;
+    const int rateIndex = start >> 7 & 15;
+    const int lengthAndExtensions = start & 7; // after four bits for the channels
+    if (objectType != 2 || rateIndex == 15 || lengthAndExtensions != 0)
+        return false;
+    constexpr int kSyncWord = 0x2B7; // then object type 5 and whether it is there
+    const bool hasExtension = bytes.size() >= 5 && (bytes[2] << 3 | bytes[3] >> 5) == kSyncWord && (bytes[3] & 31) == 5;
+    return !hasExtension || (bytes[4] & 0x80) == 0;
+}
+
+// Whether the packets can go into MPEG-4 as they are.
 bool canBeCopied(const AVCodecParameters& track)
 {
-    return track.codec_id == AV_CODEC_ID_AAC && track.profile == FF_PROFILE_AAC_LOW &&
-           (track.frame_size == 0 || track.frame_size == kAacFrames) &&
-           AacSink::supports({static_cast<double>(track.sample_rate), track.ch_layout.nb_channels});
+    if (track.codec_id != AV_CODEC_ID_AAC ||
+        !AacSink::supports({static_cast<double>(track.sample_rate), track.ch_layout.nb_channels}))
+        return false;
+    if (track.extradata_size > 0)
+        return isPlainConfiguration({track.extradata, static_cast<std::size_t>(track.extradata_size)});
+    return track.profile == FF_PROFILE_AAC_LOW; // told by every packet's own header
 }
 
 // Times are counted anew: a track that starts late or has gaps in a video
@@ -49,6 +70,7 @@ void copyPackets(MediaInput& input, const AVStream& stream, const QString& desti
     for (; input.read(packet.get()); av_packet_unref(packet.get())) {
         if (packet->stream_index != stream.index)
             continue;
+        input.renewDeadline();
         report(progress, packet->pos, input.file().size());
         const bool isLeftOut = (packet->flags & AV_PKT_FLAG_DISCARD) != 0;
         if (isLeftOut && hasSound)

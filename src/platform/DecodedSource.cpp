@@ -4,6 +4,7 @@
 #include "platform/DirectPackets.h"
 #include "platform/IndexTable.h"
 #include "platform/Mp3Table.h"
+#include "platform/PacketTrim.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,9 @@ namespace {
 
 // So many packets may be damaged before the first good one.
 constexpr int kMaxPacketsToFirstFrame = 500;
+
+// How long a seek may take to find all packets.
+constexpr auto kScanPatience = std::chrono::seconds(4);
 
 // No codec in use packs sound tighter than this (6 kbit/s at 48 kHz).
 constexpr qint64 kMaxFramesPerByte = 64;
@@ -67,6 +71,8 @@ DecodedSource::DecodedSource(std::unique_ptr<MediaInput> input)
     if (!isReadable(static_cast<int>(m_format.sampleRate), m_format.channelCount))
         throw AudioFileError(AudioFileError::Kind::unsupported, m_file->path());
     chooseReader(*input);
+    if (m_track->codec_id == AV_CODEC_ID_ALAC)
+        m_length = std::min(m_length, alacEnd());
     decodeFrom(0);
 }
 
@@ -84,8 +90,11 @@ void DecodedSource::learn(MediaInput& input)
     const std::unique_ptr<Decoder> decoder = makeDecoder(Decoder::Trimming::byCaller);
     int packets = 0;
     for (; packets < kMaxPacketsToFirstFrame && readPacketOf(input, stream, m_packet.get()); ++packets) {
-        if (packets == 0)
+        if (packets == 0) {
+            const std::optional<PacketTrim> trim = trimOf(*m_packet);
             m_firstOffset = m_packet->pos;
+            m_firstSkip = trim ? trim->start : 0;
+        }
         decoder->send(m_packet.get());
         av_packet_unref(m_packet.get());
         if (const AVFrame* frame = decoder->receive()) {
@@ -111,23 +120,39 @@ void DecodedSource::chooseReader(MediaInput& input)
         if (container == "mp3" && m_track->codec_id == AV_CODEC_ID_MP3 && m_firstOffset >= 0)
             table = mp3Table(*m_file, m_firstOffset);
         else
-            table = indexTable(input, stream, m_firstFrames, sampleRate);
+            table = indexTable(input, stream, {m_firstFrames, sampleRate, m_firstSkip});
         if (table && table->entries.front().place.frames == m_firstFrames) {
             m_length = table->length();
             m_reader = std::make_unique<DirectPackets>(m_file, std::move(*table));
             return;
         }
     }
-    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file), m_traits.frames, m_firstFrames);
+    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file, input.deadline()), m_traits.frames,
+                                                     m_firstFrames);
     m_container = reader.get();
     m_reader = std::move(reader);
     // FLAC numbers its frames, so that a look at the last one is enough.
     const bool isNumbered = container == "flac" && stream.duration > 0;
     m_length = isNumbered ? flacEnd(input, stream, sampleRate) : -1;
     if (m_length < 0) {
-        findPackets();
+        findPackets(input.deadline());
         m_length = m_reader->table() ? m_reader->table()->length() : declaredLength(input);
     }
+}
+
+// ALAC's last packet may hold fewer frames than the others, which not every
+// container tells.
+qint64 DecodedSource::alacEnd()
+{
+    const PacketTable* table = m_reader->table();
+    if (!table || table->entries.empty())
+        return m_length;
+    m_reader->goTo(static_cast<qint64>(table->entries.size()) - 1);
+    const std::unique_ptr<Decoder> decoder = makeDecoder();
+    if (m_reader->next(m_packet.get(), m_place) && m_place && decoder->send(m_packet.get()))
+        if (const AVFrame* frame = decoder->receive())
+            return std::min(m_place->end(), m_place->start + frame->nb_samples - m_place->skipStart);
+    return m_length;
 }
 
 qint64 DecodedSource::declaredLength(const MediaInput& input) const
@@ -157,10 +182,10 @@ std::unique_ptr<Decoder> DecodedSource::makeDecoder() const
 }
 
 // Has all packets counted; without them there is no other way than from the start.
-void DecodedSource::findPackets()
+void DecodedSource::findPackets(MediaInput::Moment deadline)
 {
     if (m_container && !m_container->table() && m_traits.frames != CodecTraits::Frames::unknown) {
-        m_container->scan();
+        m_container->scan(deadline);
         decodeFrom(0);
     }
     if (!m_reader->table())
@@ -195,7 +220,7 @@ void DecodedSource::seek(qint64 frame)
     if (isNear)
         return; // decoding on is as quick as starting anew
     if (m_traits.recovery != CodecTraits::Recovery::fromStart)
-        findPackets();
+        findPackets(std::chrono::steady_clock::now() + kScanPatience);
     qint64 from = 0;
     if (m_traits.recovery != CodecTraits::Recovery::fromStart && !m_reader->table()->entries.empty()) {
         const qint64 packet = m_reader->table()->packetAt(frame);

@@ -36,10 +36,11 @@ private:
 
     void learn(MediaInput& input);
     void chooseReader(MediaInput& input);
+    qint64 alacEnd();
     qint64 declaredLength(const MediaInput& input) const;
     std::unique_ptr<Decoder> makeDecoder(Decoder::Trimming trimming) const;
     std::unique_ptr<Decoder> makeDecoder() const;
-    void findPackets();
+    void findPackets(MediaInput::Moment deadline);
     void decodeFrom(qint64 packet);
     bool advance();
     bool takeFrame();
@@ -51,6 +52,7 @@ private:
     AVRational m_timeBase = {0, 1};
     CodecTraits m_traits;
     int m_firstFrames = 0;     // in the first packet
+    qint64 m_firstSkip = 0;    // frames the container wants left out from it on
     qint64 m_firstOffset = -1; // of the first packet in the file
     std::unique_ptr<PacketReader> m_reader;
     ContainerPackets* m_container = nullptr; // m_reader, if it is one

@@ -9,15 +9,31 @@ namespace tonequill {
 
 namespace {
 
+// Where FFmpeg has more than one decoder, the one whose output depends on
+// nothing but the packets: its own for Opus does not give the frames of a packet
+// with that packet after a change of mode, and the integer ones of MPEG layers I
+// and II carry the remainders of their rounding along.
 const AVCodec* decoderFor(AVCodecID codec)
 {
-    // FFmpeg's own Opus decoder does not give the frames of a packet with that
-    // packet after a change of mode; the reference decoder does.
-    if (codec == AV_CODEC_ID_OPUS) {
-        if (const AVCodec* reference = avcodec_find_decoder_by_name("libopus"))
-            return reference;
+    const char* name = nullptr;
+    switch (codec) {
+    case AV_CODEC_ID_OPUS:
+        name = "libopus";
+        break;
+    case AV_CODEC_ID_MP1:
+        name = "mp1float";
+        break;
+    case AV_CODEC_ID_MP2:
+        name = "mp2float";
+        break;
+    case AV_CODEC_ID_MP3:
+        name = "mp3float";
+        break;
+    default:
+        break;
     }
-    return avcodec_find_decoder(codec);
+    const AVCodec* preferred = name ? avcodec_find_decoder_by_name(name) : nullptr;
+    return preferred ? preferred : avcodec_find_decoder(codec);
 }
 
 std::optional<SampleFormat> sampleFormat(AVSampleFormat format)

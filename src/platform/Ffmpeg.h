@@ -29,6 +29,15 @@ using Packet = std::unique_ptr<AVPacket, Deleter<av_packet_free>>;
 using Frame = std::unique_ptr<AVFrame, Deleter<av_frame_free>>;
 using Resampler = std::unique_ptr<SwrContext, Deleter<swr_free>>;
 
+// How the libraries behave in this process. May be called often.
+inline void configure()
+{
+    av_log_set_level(AV_LOG_QUIET); // its messages would go to standard error
+    // No single allocation of theirs is larger in sound, but a damaged header may ask for one.
+    constexpr std::size_t kMaxBlockBytes = 512UL * 1024 * 1024;
+    av_max_alloc(kMaxBlockBytes);
+}
+
 // Throws std::bad_alloc where an allocation gave nothing.
 template <typename Owner>
 Owner allocated(typename Owner::pointer object)

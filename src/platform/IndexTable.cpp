@@ -1,7 +1,5 @@
 #include "platform/IndexTable.h"
 
-#include "platform/PacketTrim.h"
-
 #include <QtEndian>
 
 #include <array>
@@ -100,31 +98,23 @@ Padding cafPadding(const RegularFile& file)
     return {std::max(0, qFromBigEndian<qint32>(bytes.data() + 16)), std::max(0, qFromBigEndian<qint32>(bytes.data() + 20))};
 }
 
-// Frames left out at the start, edits included. Reads the first packet.
-qint64 skippedByEditList(MediaInput& input)
-{
-    const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
-    if (!input.read(packet.get()))
-        return 0;
-    const std::optional<PacketTrim> trim = trimOf(*packet);
-    return trim ? trim->start : 0;
-}
-
 } // namespace
 
-std::optional<PacketTable> indexTable(MediaInput& input, const AVStream& stream, int frames, int sampleRate)
+std::optional<PacketTable> indexTable(const MediaInput& input, const AVStream& stream, PacketFormat format)
 {
     const std::string_view container = input.context()->iformat->name;
     const bool isCaf = container == "caf";
     if (!isCaf && (!container.starts_with("mov") || findBox(input.file(), "moof", Layout::mpeg4)))
         return std::nullopt;
 
-    const Padding padding = isCaf ? cafPadding(input.file()) : Padding{skippedByEditList(input), 0};
+    const Padding padding = isCaf ? cafPadding(input.file()) : Padding{format.skip, 0};
+    const int frames = format.frames;
     PacketTable table;
     qint64 skip = padding.start;
     qint64 start = 0;
     AVStream* indexed = input.context()->streams[stream.index];
     const int count = avformat_index_get_entries_count(indexed);
+    table.entries.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int i = 0; i < count; ++i) {
         const AVIndexEntry* entry = avformat_index_get_entry(indexed, i);
         if (entry->pos < 0 || entry->size <= 0 || entry->pos > input.file().size() - entry->size)
@@ -148,7 +138,7 @@ std::optional<PacketTable> indexTable(MediaInput& input, const AVStream& stream,
     if (isCaf)
         endAt(table.length() - padding.end);
     else if (stream.duration != AV_NOPTS_VALUE)
-        endAt(av_rescale_q(stream.duration, stream.time_base, {1, sampleRate}));
+        endAt(av_rescale_q(stream.duration, stream.time_base, {1, format.sampleRate}));
     endAt(framesByComment(*input.context()));
     return table;
 }

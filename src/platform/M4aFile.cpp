@@ -55,7 +55,7 @@ void M4aFile::IoDeleter::operator()(AVIOContext* io) const
 
 M4aFile::M4aFile(const QString& path, const AVCodecParameters& track, AVRational timeBase) : m_file(path), m_timeBase(timeBase)
 {
-    av_log_set_level(AV_LOG_QUIET);
+    ffmpeg::configure();
     auto* buffer = static_cast<unsigned char*>(av_malloc(kIoBufferBytes));
     if (!buffer)
         throw std::bad_alloc();

@@ -2,7 +2,10 @@
 
 #include "platform/AudioFile.h"
 
+#include <QtEndian>
+
 #include <algorithm>
+#include <array>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,7 +17,6 @@ namespace {
 constexpr int kIoBufferBytes = 64 * 1024;
 constexpr int kPaddedIoBufferBytes = kIoBufferBytes + AV_INPUT_BUFFER_PADDING_SIZE;
 
-// A damaged file may keep a demuxer searching; nobody waits longer than this.
 constexpr auto kPatience = std::chrono::seconds(8);
 
 // Containers of sound and video by libavformat's names. What is not here is
@@ -26,6 +28,27 @@ constexpr std::string_view kContainers =
 
 // A file without any name: libavformat is to look at the bytes alone.
 constexpr const char* kNoName = "";
+
+// Up to this score a container is only guessed from what looks like its frames
+// somewhere in the file, which happens in programs and archives, too.
+constexpr int kGuess = AVPROBE_SCORE_EXTENSION / 2;
+
+// Whether the file begins with what the container begins with: short files are
+// guessed right, and this tells them from the others.
+bool beginsLike(const RegularFile& file, std::string_view container)
+{
+    std::array<uint8_t, 4> bytes = {};
+    if (file.read(bytes.data(), bytes.size(), 0) < static_cast<qint64>(bytes.size()))
+        return false;
+    const quint32 word = qFromBigEndian<quint32>(bytes.data());
+    if (container == "mp3")
+        return word >> 21 == 0x7FF || word >> 8 == 0x494433; // a frame, or "ID3"
+    if (container == "ac3" || container == "eac3")
+        return word >> 16 == 0x0B77;
+    if (container == "mpeg")
+        return word == 0x000001BA;
+    return container == "mpegts" && word >> 24 == 0x47;
+}
 
 int refuseToOpen(AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**)
 {
@@ -78,13 +101,13 @@ struct MediaInput::Callbacks {
     }
 };
 
-MediaInput::MediaInput(const QString& path) : MediaInput(std::make_shared<const RegularFile>(path))
+MediaInput::MediaInput(const QString& path)
+    : MediaInput(std::make_shared<const RegularFile>(path), std::chrono::steady_clock::now() + kPatience)
 {}
 
-MediaInput::MediaInput(std::shared_ptr<const RegularFile> file) : m_file(std::move(file))
+MediaInput::MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline) : m_file(std::move(file)), m_deadline(deadline)
 {
-    // Its messages are for developers of players and go to standard error.
-    av_log_set_level(AV_LOG_QUIET);
+    ffmpeg::configure();
     try {
         open();
     } catch (...) {
@@ -108,7 +131,6 @@ void MediaInput::open()
     const AudioFileError unsupported(AudioFileError::Kind::unsupported, path());
     if (m_file->size() == 0)
         throw unsupported;
-    m_deadline = std::chrono::steady_clock::now() + kPatience;
 
     auto* buffer = static_cast<unsigned char*>(av_malloc(kPaddedIoBufferBytes));
     if (!buffer)
@@ -119,7 +141,8 @@ void MediaInput::open()
         throw std::bad_alloc();
     }
     const AVInputFormat* container = nullptr;
-    if (av_probe_input_buffer2(m_io, &container, kNoName, nullptr, 0, 0) < 0 || !container)
+    const int score = av_probe_input_buffer2(m_io, &container, kNoName, nullptr, 0, 0);
+    if (score < 0 || !container || (score <= kGuess && !beginsLike(*m_file, container->name)))
         throw unsupported;
     if (kContainers.find('|' + std::string(container->name) + '|') == std::string_view::npos)
         throw unsupported;
@@ -167,9 +190,13 @@ void MediaInput::selectOnly(const AVStream* selected)
         stream->discard = stream == selected ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
-bool MediaInput::read(AVPacket* packet)
+void MediaInput::renewDeadline()
 {
     m_deadline = std::chrono::steady_clock::now() + kPatience;
+}
+
+bool MediaInput::read(AVPacket* packet)
+{
     return av_read_frame(m_context.get(), packet) >= 0;
 }
 

@@ -15,11 +15,14 @@ namespace tonequill {
 // know, with no way to open a second file or the network, and with a deadline.
 class MediaInput {
 public:
+    using Moment = std::chrono::steady_clock::time_point;
+
     // Throws AudioFileError: open for what is no regular file, unsupported for
     // what is no audio or video file.
     explicit MediaInput(const QString& path);
-    // Once more from the start, of a file that is open already.
-    explicit MediaInput(std::shared_ptr<const RegularFile> file);
+    // Once more from the start, of a file that is open already; nothing is read
+    // later than `deadline`.
+    MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline);
     ~MediaInput();
     MediaInput(const MediaInput&) = delete;
     MediaInput& operator=(const MediaInput&) = delete;
@@ -35,8 +38,15 @@ public:
     // Leaves out every track but `stream`.
     void selectOnly(const AVStream* stream);
 
-    // Reads the next packet of the selected tracks. False at the end of the
-    // file, or where it cannot be read any more.
+    // Opening and everything up to here must be done by then: a damaged file
+    // may keep a demuxer searching, and nobody waits for that.
+    Moment deadline() const { return m_deadline; }
+
+    // Allows as much time again as opening had. For a reader that goes on.
+    void renewDeadline();
+
+    // Reads the next packet of the selected tracks. False at the end of the file,
+    // where it cannot be read any more, and past the deadline.
     bool read(AVPacket* packet);
 
     // The bytes of the file that belong to sound data start here.
@@ -50,7 +60,7 @@ private:
     std::shared_ptr<const RegularFile> m_file;
     qint64 m_offset = 0; // where libavformat reads next
     qint64 m_dataOffset = 0;
-    std::chrono::steady_clock::time_point m_deadline;
+    Moment m_deadline;
     AVIOContext* m_io = nullptr;
     ffmpeg::FormatContext m_context;
 };

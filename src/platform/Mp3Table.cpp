@@ -163,8 +163,10 @@ std::optional<PacketTable> mp3Table(const RegularFile& file, qint64 firstFrame)
             bytes.size() == kHeaderBytes ? parseHeader(qFromBigEndian<quint32>(bytes.data())) : std::nullopt;
         if (!header || offset + header->bytes > file.size())
             break;
-        if (table.entries.empty())
+        if (table.entries.empty()) {
             fixed = header->fixed;
+            table.entries.reserve(static_cast<std::size_t>((file.size() - offset) / header->bytes) + 1);
+        }
         if (header->fixed != fixed)
             return std::nullopt;
         table.entries.push_back({{start, header->frames, 0, 0}, header->bytes, offset, 0});

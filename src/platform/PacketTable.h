@@ -26,6 +26,7 @@ struct PacketTable {
         qint32 bytes = 0;
         qint64 offset = -1; // in the file
         qint64 time = 0;    // the container's, in units of the track
+        quint64 print = 0;  // of the data, to know the packet again; 0 if not needed
     };
     std::vector<Entry> entries;
 

@@ -5,7 +5,14 @@
 
 namespace tonequill {
 
-// Converts a stream of buffers to another rate and mixes its channels down.
+// Converts a stream of buffers to another rate and another number of channels.
+//
+// The resampler is that of a mastering tool: nothing below 95 % of the band is
+// touched, and what folds back lies below 24 bits. It has no delay, and the
+// length is that which the ratio of the rates implies, rounded. Channels are
+// taken in the order usual for their number. More of them are mixed down so that
+// full scale in all of them stays full scale; one channel goes to all of several
+// as it is.
 class StreamConverter {
 public:
     // Throws std::bad_alloc. REQUIRES: both formats have 1…64 channels.

@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
+#include <QRegularExpression>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -93,6 +95,82 @@ TEST_F(CliTest, AnalysesAndDrawsAFileWithoutALibrary)
     EXPECT_FALSE(QDir(cli.at(u"data"_s)).exists());
 }
 
+TEST_F(CliTest, FindsPartsAndWritesThem)
+{
+    test::writeTone(cli.at(u"tone.wav"_s), 2, 48000);
+    const QJsonArray parts = cli.run({u"parts"_s, u"tone.wav"_s, u"--json"_s}).json().array();
+    ASSERT_GE(parts.size(), 1);
+    EXPECT_TRUE(parts[0][u"isBest"].toBool());
+    EXPECT_GT(parts[0][u"end"].toDouble(), parts[0][u"start"].toDouble());
+    EXPECT_TRUE(cli.run({u"parts"_s, u"tone.wav"_s}).out.contains("best"));
+
+    const auto exported =
+        cli.run({u"export"_s, u"tone.wav"_s, u"out.wav"_s, u"--start"_s, u"0.5"_s, u"--end"_s, u"1.5"_s, u"--json"_s});
+    EXPECT_EQ(exported.exitCode, 0) << exported.error.toStdString();
+    EXPECT_EQ(exported.json()[u"frames"].toInt(), 48000);
+    EXPECT_EQ(exported.json()[u"channels"].toInt(), 1);
+    const auto peaks = cli.run({u"analyze"_s, u"out.wav"_s});
+    EXPECT_TRUE(peaks.out.contains("Peak -1.0 dBFS")) << peaks.out.toStdString();
+
+    const auto rendered =
+        cli.run({u"render"_s, u"tone.wav"_s, u"slow.wav"_s, u"--effects"_s, u"{\"speed\":0.5,\"gainDb\":-6}"_s, u"--json"_s});
+    EXPECT_EQ(rendered.exitCode, 0) << rendered.error.toStdString();
+    EXPECT_NEAR(rendered.json()[u"frames"].toDouble(), 4 * 48000, 4800);
+    EXPECT_EQ(rendered.json()[u"channels"].toInt(), 2);
+
+    const auto mixed = cli.run({u"mix"_s, u"sum.wav"_s, u"tone.wav@0"_s, u"tone.wav@1.5*0.5"_s, u"--json"_s});
+    EXPECT_EQ(mixed.exitCode, 0) << mixed.error.toStdString();
+    EXPECT_EQ(mixed.json()[u"frames"].toInt(), int(3.5 * 48000));
+    EXPECT_EQ(cli.run({u"export"_s, u"tone.wav"_s, u"short.m4a"_s, u"--preset"_s, u"shortForm"_s}).exitCode, 0);
+}
+
+TEST_F(CliTest, WhatTheEngineRefusesIsSaid)
+{
+    test::writeTone(cli.at(u"tone.wav"_s), 1);
+    const auto empty = cli.run({u"export"_s, u"tone.wav"_s, u"out.wav"_s, u"--start"_s, u"5"_s});
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_EQ(empty.error, u"The selected part is empty.\n"_s);
+    EXPECT_FALSE(QFile::exists(cli.at(u"out.wav"_s)));
+    for (const QStringList& arguments : {QStringList{u"export"_s, u"tone.wav"_s, u"o.wav"_s, u"--preset"_s, u"best"_s},
+                                         {u"export"_s, u"tone.wav"_s, u"o.wav"_s, u"--start"_s, u"x"_s},
+                                         {u"export"_s, u"tone.wav"_s, u"o.wav"_s, u"--end"_s, u"nan"_s},
+                                         {u"render"_s, u"tone.wav"_s, u"o.wav"_s, u"--effects"_s, u"loud"_s},
+                                         {u"render"_s, u"tone.wav"_s, u"o.wav"_s, u"--effects"_s, u"{\"voice\":\"duck\"}"_s},
+                                         {u"mix"_s, u"o.wav"_s, u"tone.wav"_s},
+                                         {u"mix"_s, u"o.wav"_s, u"tone.wav@x"_s},
+                                         {u"mix"_s, u"o.wav"_s, u"tone.wav@1*2*3"_s},
+                                         {u"parts"_s, u"tone.wav"_s, u"--max"_s, u"0"_s}})
+        EXPECT_EQ(cli.run(arguments).exitCode, 2) << arguments.join(u' ').toStdString();
+    EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"gone.wav@0"_s}).exitCode, 1);
+    EXPECT_FALSE(QFile::exists(cli.at(u"o.wav"_s)));
+}
+
+TEST_F(CliTest, ALongFileShowsItsProgressOnATerminal)
+{
+    // A gigabyte of silence that takes no room: a header, and a hole.
+    const QString file = test::writeTone(cli.at(u"long.wav"_s), 0, 48000);
+    constexpr qint64 kHeader = 44;
+    constexpr qint64 kData = qint64(1) << 30;
+    QFile wav(file);
+    ASSERT_TRUE(wav.open(QIODevice::ReadWrite));
+    for (const auto& [position, value] : {std::pair<qint64, qint64>{4, kData + kHeader - 8}, {40, kData}}) {
+        wav.seek(position);
+        const auto size = qToLittleEndian(quint32(value));
+        wav.write(reinterpret_cast<const char*>(&size), sizeof size);
+    }
+    ASSERT_TRUE(wav.resize(kHeader + kData));
+    wav.close();
+
+    QProcess terminal; // script gives the program a terminal of its own
+    cli.prepare(terminal, {u"-qec"_s, u"'%1' analyze long.wav"_s.arg(QStringLiteral(TONEQUILL_CLI)), u"/dev/null"_s});
+    terminal.setProgram(u"script"_s);
+    terminal.start();
+    ASSERT_TRUE(terminal.waitForFinished(120000));
+    const QByteArray shown = terminal.readAllStandardOutput();
+    EXPECT_TRUE(QRegularExpression(u"\rlong.wav  \\d+ %"_s).match(QString::fromUtf8(shown)).hasMatch()) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("Silent")) << shown.toStdString();
+}
+
 TEST_F(CliTest, AWrongCommandLineIsExplained)
 {
     for (const QStringList& arguments : {QStringList{},
@@ -113,7 +191,8 @@ TEST_F(CliTest, AWrongCommandLineIsExplained)
 TEST_F(CliTest, EveryCommandHasItsHelp)
 {
     const QString help = QString::fromUtf8(cli.run({u"--help"_s}).out);
-    for (const QString& command : {u"add"_s, u"list"_s, u"show"_s, u"delete"_s, u"analyze"_s, u"peaks"_s}) {
+    for (const QString& command : {u"add"_s, u"list"_s, u"show"_s, u"delete"_s, u"analyze"_s, u"peaks"_s, u"parts"_s, u"export"_s,
+                                   u"render"_s, u"mix"_s}) {
         EXPECT_TRUE(help.contains(u"\n  "_s + command)) << command.toStdString();
         const auto own = cli.run({command, u"--help"_s});
         EXPECT_EQ(own.exitCode, 0);

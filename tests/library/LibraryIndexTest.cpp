@@ -150,6 +150,7 @@ TEST(LibraryIndex, AWrongTypeFailsTheWholeIndex)
         {"thumbnail", "[\"0.5\"]"},
         {"duration", "1e999"},
         {"duration", "NaN"},
+        {"thumbnail", "[1e39]"},
     };
     for (const auto& [key, value] : wrong)
         EXPECT_FALSE(LibraryIndex::decode(minimal(key, value))) << key << " " << value;

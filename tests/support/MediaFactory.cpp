@@ -1,5 +1,6 @@
 #include "support/MediaFactory.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -17,25 +18,34 @@ QString scratchPath(const QString& name)
     return folder.filePath(name);
 }
 
-QString makeMedia(const QString& name, const QStringList& arguments)
+int run(const QString& program, const QStringList& arguments)
 {
-    const QString path = scratchPath(name);
-    if (QFileInfo::exists(path))
-        return path;
+    constexpr int kPatienceMs = 60'000;
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(u"ffmpeg"_s, QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path});
-    constexpr int kPatienceMs = 60'000;
-    if (!process.waitForFinished(kPatienceMs) || process.exitCode() != 0)
+    process.start(program, arguments);
+    if (!process.waitForFinished(kPatienceMs) || process.exitStatus() != QProcess::NormalExit)
+        return -1;
+    return process.exitCode();
+}
+
+QString makeMedia(const QString& name, const QStringList& arguments)
+{
+    // Two tests may ask for different files of one name.
+    const QString folder = scratchPath(QString::number(qHash(arguments), 16));
+    const QString path = folder + u'/' + name;
+    QDir().mkpath(folder);
+    const QStringList all = QStringList{u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s} + arguments + QStringList{path};
+    if (!QFileInfo::exists(path) && run(u"ffmpeg"_s, all) != 0)
         throw std::runtime_error("ffmpeg could not make " + name.toStdString());
     return path;
 }
 
-QStringList chirp(int sampleRate, int channels, double seconds)
+QStringList wandering(int sampleRate, int channels, double seconds)
 {
     QStringList parts;
     for (int channel = 0; channel < channels; ++channel)
-        parts << u"0.4*sin(2*PI*(%1+150*t)*t)+0.05*(random(%2)-0.5)"_s.arg(180 + 110 * channel).arg(channel);
+        parts << u"0.4*sin(2*PI*%1*t+50*sin(1.7*t)+90*sin(0.37*t))+0.05*(random(%2)-0.5)"_s.arg(400 + 110 * channel).arg(channel);
     return {u"-f"_s, u"lavfi"_s, u"-i"_s,
             u"aevalsrc='%1':s=%2:d=%3"_s.arg(parts.join(u'|')).arg(sampleRate).arg(seconds, 0, 'f', 6)};
 }

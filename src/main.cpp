@@ -1,0 +1,85 @@
+// tonequill: the window. Puts the pieces together and owns the library.
+
+#include "app/AppModel.h"
+#include "app/HandedOver.h"
+#include "base/Background.h"
+#include "platform/HandOver.h"
+#include "platform/LibraryLock.h"
+#include "ui/MainWindow.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QThreadPool>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+using namespace tonequill;
+
+namespace {
+
+QStringList filesFrom(const QApplication& application)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Keeps a library of short sounds. FILES are added to it."_s);
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(u"files"_s, u"Sounds and videos to add."_s, u"[FILES…]"_s);
+    parser.process(application);
+    QStringList files;
+    for (const QString& file : parser.positionalArguments())
+        files << QFileInfo(file).absoluteFilePath();
+    return files;
+}
+
+// A second start: the first one takes the files and comes to the front.
+int handToFirst(const LibraryLock& lock, const QStringList& files)
+{
+    constexpr int kPatienceMs = 5000;
+    if (HandedOver::sendToOwner(lock, HandedOver::addMessage(files), kPatienceMs))
+        return 0;
+    std::fputs("Another program is changing the library. Try again when it has finished.\n", stderr);
+    return 3;
+}
+
+int runWindow(LibraryLock& lock, const QStringList& files)
+{
+    SystemClock clock;
+    Defaults defaults;
+    auto library = std::make_unique<LibraryStore>(clock);
+    library->sweepUnfinished();
+    AppModel model(defaults, clock, std::move(library));
+    MainWindow window(model, defaults);
+
+    HandOver server([&](const QJsonObject& message) {
+        const QJsonObject answer = HandedOver::carryOut(model, message);
+        if (message.contains(u"add"_s))
+            window.bringToFront();
+        return answer;
+    });
+    if (const auto address = server.listen(model.library().folder()))
+        lock.publish(*address);
+    if (!files.isEmpty())
+        startFlow(model.importURLs(files));
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(u"tonequill"_s);
+    QApplication::setApplicationDisplayName(u"Tonequill"_s);
+    QApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
+    QGuiApplication::setDesktopFileName(u"com.tonequill.app"_s);
+
+    const QStringList files = filesFrom(application);
+    LibraryLock lock(LibraryStore::defaultFolder());
+    if (!lock.acquire())
+        return handToFirst(lock, files);
+    const int exitCode = runWindow(lock, files);
+    QThreadPool::globalInstance()->waitForDone(); // work that was cancelled ends at its next block
+    return exitCode;
+}

@@ -1,0 +1,234 @@
+#include "ui/LibraryListModel.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill {
+
+namespace {
+
+// Tags that every other sound has, and so tell nothing in a row.
+const QSet<QString>& plainTags()
+{
+    static const QSet<QString> tags{u"free"_s, u"pack"_s, u"cc0"_s, u"ai"_s, u"sfx"_s, u"music"_s};
+    return tags;
+}
+
+constexpr int kProgressMs = 250; // a percentage that changes faster can't be read
+
+} // namespace
+
+QString LibraryRow::subtitle(const SoundItem& item)
+{
+    QStringList telling;
+    for (const QString& tag : item.tags) {
+        if (!plainTags().contains(tag) && telling.size() < 2)
+            telling << tag;
+    }
+    const QString duration = QString::asprintf("%.1f s", item.duration);
+    return telling.isEmpty() ? duration : duration + u" · "_s + telling.join(u", "_s);
+}
+
+bool LibraryRow::needsCredit(const SoundItem& item)
+{
+    return item.license && item.license->startsWith(u"CC BY"_s, Qt::CaseInsensitive);
+}
+
+QString LibraryRow::step(double fraction, bool isFirst)
+{
+    if (fraction <= 0)
+        return isFirst ? u"Adding…"_s : u"Waiting…"_s;
+    return u"Adding… %1 %"_s.arg(int(fraction * 100));
+}
+
+LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_sounds(app.library().items()), m_incoming(app.incoming())
+{
+    m_current = app.selectionOrNull();
+    const LibraryStore& library = app.library();
+    connect(&library, &LibraryStore::itemInserted, this, [this](int index) {
+        beginInsertRows({}, incomingCount() + index, incomingCount() + index);
+        m_sounds.insert(index, m_app.library().items()[index]);
+        endInsertRows();
+        Q_EMIT countChanged();
+        Q_EMIT currentRowChanged();
+    });
+    connect(&library, &LibraryStore::itemChanged, this, [this](int index) {
+        m_sounds[index] = m_app.library().items()[index];
+        const QModelIndex row = this->index(incomingCount() + index);
+        Q_EMIT dataChanged(row, row);
+    });
+    connect(&library, &LibraryStore::itemRemoved, this, [this](int index) {
+        beginRemoveRows({}, incomingCount() + index, incomingCount() + index);
+        m_sounds.removeAt(index);
+        endRemoveRows();
+        Q_EMIT countChanged();
+        Q_EMIT currentRowChanged();
+    });
+    connect(&app, &AppModel::incomingChanged, this, &LibraryListModel::takeIncoming);
+    connect(&app, &AppModel::multiChanged, this, [this] {
+        if (!m_sounds.isEmpty())
+            Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
+    });
+    connect(&app, &AppModel::selectionChanged, this, [this] { setCurrent(m_app.selectionOrNull()); });
+    m_progressTimer.setInterval(kProgressMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
+}
+
+int LibraryListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : incomingCount() + soundCount();
+}
+
+QHash<int, QByteArray> LibraryListModel::roleNames() const
+{
+    return {{NameRole, "name"},           {SubtitleRole, "subtitle"}, {LevelsRole, "levels"}, {IsIncomingRole, "isIncoming"},
+            {IsSelectedRole, "selected"}, {CreditRole, "credit"}};
+}
+
+QVariant LibraryListModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    if (index.row() < incomingCount())
+        return incomingData(index.row(), role);
+    const SoundItem& sound = m_sounds[index.row() - incomingCount()];
+    switch (role) {
+    case NameRole:
+        return sound.name;
+    case SubtitleRole:
+        return LibraryRow::subtitle(sound);
+    case LevelsRole:
+        return QVariant::fromValue(
+            Levels{sound.thumbnail ? QList<float>(sound.thumbnail->begin(), sound.thumbnail->end()) : QList<float>()});
+    case IsIncomingRole:
+        return false;
+    case IsSelectedRole:
+        return m_app.multi().contains(sound.id);
+    case CreditRole:
+        return LibraryRow::needsCredit(sound) ? sound.creditLine() : QString();
+    default:
+        return {};
+    }
+}
+
+QVariant LibraryListModel::incomingData(qsizetype row, int role) const
+{
+    const IncomingFile& file = m_incoming[row];
+    switch (role) {
+    case NameRole:
+        return file.name;
+    case SubtitleRole:
+        return LibraryRow::step(file.progress->fraction(), row == 0);
+    case LevelsRole:
+        return QVariant::fromValue(Levels());
+    case IsIncomingRole:
+        return true;
+    case IsSelectedRole:
+        return false;
+    case CreditRole:
+        return QString();
+    default:
+        return {};
+    }
+}
+
+void LibraryListModel::takeIncoming()
+{
+    const QList<IncomingFile>& now = m_app.incoming();
+    const auto isIn = [](const QList<IncomingFile>& files, const QUuid& id) {
+        return std::any_of(files.begin(), files.end(), [&id](const IncomingFile& file) { return file.id == id; });
+    };
+    for (qsizetype row = m_incoming.size() - 1; row >= 0; --row) {
+        if (isIn(now, m_incoming[row].id))
+            continue;
+        beginRemoveRows({}, int(row), int(row));
+        m_incoming.removeAt(row);
+        endRemoveRows();
+    }
+    // New ones are always appended.
+    if (now.size() > m_incoming.size()) {
+        beginInsertRows({}, incomingCount(), int(now.size()) - 1);
+        m_incoming = now;
+        endInsertRows();
+    }
+    if (!m_incoming.isEmpty())
+        lookAtProgress();
+    m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
+    Q_EMIT countChanged();
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryListModel::lookAtProgress()
+{
+    Q_EMIT dataChanged(index(0), index(incomingCount() - 1), {SubtitleRole});
+}
+
+const SoundItem* LibraryListModel::soundAt(int row) const
+{
+    const qsizetype index = row - incomingCount();
+    return index >= 0 && index < m_sounds.size() ? &m_sounds[index] : nullptr;
+}
+
+int LibraryListModel::currentRow() const
+{
+    const auto found =
+        std::find_if(m_sounds.begin(), m_sounds.end(), [this](const SoundItem& sound) { return sound.id == m_current; });
+    return found == m_sounds.end() ? -1 : incomingCount() + int(found - m_sounds.begin());
+}
+
+void LibraryListModel::setCurrent(const QUuid& id)
+{
+    m_current = id;
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryListModel::click(int row, int modifiers)
+{
+    const SoundItem* sound = soundAt(row);
+    if (!sound)
+        return;
+    const SoundItem clicked = *sound;
+    m_app.click(clicked, m_app.library().items(), Qt::KeyboardModifiers(modifiers));
+    setCurrent(clicked.id);
+}
+
+void LibraryListModel::moveTo(int row, int modifiers)
+{
+    if (m_sounds.isEmpty())
+        return;
+    // The arrows know of Shift alone: what Control adds is the mouse's.
+    click(std::clamp(row, incomingCount(), rowCount() - 1), modifiers & Qt::ShiftModifier);
+}
+
+void LibraryListModel::selectAll()
+{
+    m_app.selectAllInLibrary(m_app.library().items());
+}
+
+void LibraryListModel::deleteSelected()
+{
+    m_app.deleteItems(m_app.selectedItems());
+}
+
+QList<SoundItem> LibraryListModel::meantBy(int row) const
+{
+    const SoundItem* sound = soundAt(row);
+    if (!sound)
+        return {};
+    const QSet<QUuid>& marked = m_app.multi();
+    return marked.size() > 1 && marked.contains(sound->id) ? m_app.selectedItems() : QList<SoundItem>{*sound};
+}
+
+QString LibraryListModel::deleteLabel(int row) const
+{
+    const qsizetype count = meantBy(row).size();
+    return count > 1 ? u"Delete %1 Sounds"_s.arg(count) : u"Delete"_s;
+}
+
+void LibraryListModel::deleteFrom(int row)
+{
+    m_app.deleteItems(meantBy(row));
+}
+
+} // namespace tonequill

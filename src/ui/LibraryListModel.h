@@ -1,0 +1,80 @@
+#pragma once
+
+#include "app/AppModel.h"
+#include "ui/WaveItems.h"
+
+#include <QAbstractListModel>
+#include <QTimer>
+
+namespace tonequill {
+
+// What a row of the library shows. Pure.
+namespace LibraryRow {
+
+// "7.0 s · door, slam": the duration and the first two tags that say something.
+QString subtitle(const SoundItem& item);
+// True for CC BY and CC BY-SA: whoever uses the sound must name its maker.
+bool needsCredit(const SoundItem& item);
+// What is going on with a file that comes in.
+QString step(double fraction, bool isFirst);
+
+} // namespace LibraryRow
+
+// The rows of the library list: the files that are coming in, then the sounds,
+// newest first. Also the list's pointer and keys: what they do to the selection
+// is AppModel's rule, which row they mean is decided here. One thread.
+class LibraryListModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("It belongs to the window's model")
+    Q_PROPERTY(int soundCount READ soundCount NOTIFY countChanged FINAL)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY countChanged FINAL)
+    // The row that the keys move; -1 for none.
+    Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged FINAL)
+
+public:
+    enum Role { NameRole = Qt::DisplayRole, SubtitleRole = Qt::UserRole, LevelsRole, IsIncomingRole, IsSelectedRole, CreditRole };
+    Q_ENUM(Role)
+
+    explicit LibraryListModel(AppModel& app);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    int soundCount() const { return int(m_sounds.size()); }
+    bool isEmpty() const { return m_sounds.isEmpty() && m_incoming.isEmpty(); }
+    int currentRow() const;
+
+    // A click on a row, with what was held. Nothing for a file that comes in.
+    Q_INVOKABLE void click(int row, int modifiers);
+    // Moves to the row, or to the nearest sound; extends the selection with Shift.
+    Q_INVOKABLE void moveTo(int row, int modifiers);
+    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void deleteSelected();
+    // The row's menu: all that are selected if the row is one of several, else it alone.
+    Q_INVOKABLE QString deleteLabel(int row) const;
+    Q_INVOKABLE void deleteFrom(int row);
+
+Q_SIGNALS:
+    void countChanged();
+    void currentRowChanged();
+
+private:
+    int incomingCount() const { return int(m_incoming.size()); }
+    const SoundItem* soundAt(int row) const;
+    QVariant incomingData(qsizetype row, int role) const;
+    QList<SoundItem> meantBy(int row) const;
+    void takeIncoming();
+    void lookAtProgress();
+    void setCurrent(const QUuid& id);
+
+    AppModel& m_app;
+    // Copies, because a row must still be told while it goes.
+    QList<SoundItem> m_sounds;
+    QList<IncomingFile> m_incoming;
+    QUuid m_current;
+    QTimer m_progressTimer;
+};
+
+} // namespace tonequill

@@ -1,0 +1,65 @@
+#include "ui/MainWindow.h"
+
+#include "ui/ShadowProvider.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+// Generated with the module. Nothing else refers to it, and without that the
+// linker would leave it in the static library.
+void qml_register_types_Tonequill();
+
+namespace tonequill {
+
+void prepareEngine(QQmlEngine& engine)
+{
+    qml_register_types_Tonequill();
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.addImageProvider(u"shadow"_s, new ShadowProvider); // the engine owns it
+}
+
+MainWindow::MainWindow(AppModel& app, Defaults& defaults)
+    : m_themes(defaults),
+      m_filePanel([this](const QStringList& paths) { m_model.addFiles(paths); }),
+      m_model(app, [this] { m_filePanel.open(m_window); })
+{
+    m_themes.applyFont();
+    followSystem();
+    qApp->installEventFilter(this);
+    // Hinted glyphs instead of distance fields: small text is crisper.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    prepareEngine(m_engine);
+    m_engine.setInitialProperties({{u"model"_s, QVariant::fromValue(&m_model)}});
+    m_engine.load(QUrl(u"qrc:/qt/qml/Tonequill/Main.qml"_s));
+    if (m_engine.rootObjects().isEmpty())
+        qFatal("The window could not be made.");
+    m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::bringToFront()
+{
+    m_window->show();
+    m_window->raise();
+    m_window->requestActivate();
+}
+
+bool MainWindow::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        followSystem();
+    return QObject::eventFilter(object, event);
+}
+
+void MainWindow::followSystem()
+{
+    const QPalette palette = QGuiApplication::palette();
+    m_themes.setSystemIsDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
+}
+
+} // namespace tonequill

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ui/FilePanel.h"
+#include "ui/ThemeStore.h"
+#include "ui/WindowModel.h"
+
+#include <QQmlApplicationEngine>
+
+class QQuickWindow;
+
+namespace tonequill {
+
+// The one main window. It shows itself as soon as it is made, and needs a
+// QApplication. `app` outlives it.
+class MainWindow : public QObject {
+    Q_OBJECT
+
+public:
+    MainWindow(AppModel& app, Defaults& defaults);
+    ~MainWindow() override;
+
+    void bringToFront();
+    QQuickWindow* window() const { return m_window; }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void followSystem();
+
+    ThemeStore m_themes;
+    FilePanel m_filePanel;
+    WindowModel m_model;
+    QQmlApplicationEngine m_engine; // last, so that QML goes first
+    QQuickWindow* m_window = nullptr;
+};
+
+// Makes the module "Tonequill" and its images known to an engine.
+void prepareEngine(QQmlEngine& engine);
+
+} // namespace tonequill

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ui/LibraryListModel.h"
+#include "ui/SoundView.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <functional>
+
+namespace tonequill {
+
+// The root of the window's QML: AppModel as the surfaces need it. One thread.
+class WindowModel : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The window is given one")
+    Q_PROPERTY(Section section READ section WRITE setSection NOTIFY sectionChanged FINAL)
+    Q_PROPERTY(QString noticeText READ noticeText NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(bool noticeIsError READ noticeIsError NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(tonequill::LibraryListModel* library READ library CONSTANT FINAL)
+    Q_PROPERTY(tonequill::SoundView* sound READ sound CONSTANT FINAL)
+
+public:
+    // QML takes only capitals; the order is AppSection's.
+    enum Section { Library, Discover, Studio, Create };
+    Q_ENUM(Section)
+
+    // `askForFiles` shows a file panel and gives what was chosen to addFiles.
+    WindowModel(AppModel& app, std::function<void()> askForFiles);
+
+    Section section() const { return Section(int(m_app.section())); }
+    void setSection(Section section) { m_app.setSection(AppSection(int(section))); }
+    QString noticeText() const { return m_app.noticeText(); }
+    bool noticeIsError() const { return m_app.noticeIsError(); }
+    LibraryListModel* library() { return &m_library; }
+    SoundView* sound() { return &m_sound; }
+
+    Q_INVOKABLE void chooseFiles() const { m_askForFiles(); }
+    void addFiles(const QStringList& paths);
+    // Whether a drop of these would bring in anything, and the drop.
+    Q_INVOKABLE bool acceptsDrop(const QList<QUrl>& urls) const;
+    Q_INVOKABLE void drop(const QList<QUrl>& urls);
+
+Q_SIGNALS:
+    void sectionChanged();
+    void noticeChanged();
+
+private:
+    AppModel& m_app;
+    std::function<void()> m_askForFiles;
+    LibraryListModel m_library;
+    SoundView m_sound;
+};
+
+} // namespace tonequill

@@ -1,0 +1,97 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+import QtQuick.Templates as T
+
+// A button with words. While it is loading, a spinner stands in the icon's place.
+T.Button {
+    id: control
+
+    enum Kind {
+        Plain,
+        Accent, // the one action of a screen
+        Toolbar
+    }
+
+    property int kind: ActionButton.Plain
+    property string iconName: ""
+    property bool isLoading: false
+    property bool isCompact: false // the icon only; the words become the tip
+    property bool isSmall: false
+    property string tip: ""
+    property string keys: ""
+
+    readonly property bool isAccent: kind === ActionButton.Accent && enabled
+    readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : Theme.textPrimary
+
+    implicitHeight: isSmall ? Metrics.buttonSmall : Metrics.button
+    implicitWidth: isCompact ? implicitHeight : row.implicitWidth + leftPadding + rightPadding
+    horizontalPadding: isCompact ? 0 : isSmall ? Metrics.spaceS : Metrics.spaceM
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: tip
+
+    background: Rectangle {
+        radius: Metrics.radiusControl
+        color: {
+            if (control.isAccent)
+                return control.down ? Theme.accentPressed : control.hovered ? Theme.accentHover : Theme.accent;
+            if (control.kind === ActionButton.Toolbar)
+                return control.down ? Theme.buttonPressed : control.hovered ? Theme.toolbarButtonHover : Theme.toolbarButton;
+            return control.down ? Theme.buttonPressed : control.hovered && control.enabled ? Theme.buttonHover : Theme.buttonFill;
+        }
+
+        Behavior on color {
+            Fade {
+                duration: control.down ? Metrics.motionPress : Metrics.motionHover
+            }
+        }
+        FocusRing {
+            visible: control.visualFocus
+        }
+    }
+
+    contentItem: Item {
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Metrics.spaceS
+
+            Item {
+                visible: control.iconName !== "" || control.isLoading
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                anchors.verticalCenter: parent.verticalCenter
+
+                Icon {
+                    anchors.fill: parent
+                    visible: !control.isLoading
+                    name: control.iconName
+                    color: control.enabled ? control.ink : Theme.textPrimary
+                    opacity: control.enabled ? 1 : Metrics.disabledGraphic
+                }
+                Spinner {
+                    anchors.fill: parent
+                    visible: control.isLoading
+                    color: control.isAccent ? Theme.accentText : Theme.accentInk
+                }
+            }
+            Label {
+                visible: !control.isCompact
+                anchors.verticalCenter: parent.verticalCenter
+                type: control.isSmall ? Metrics.captionStrong : control.kind === ActionButton.Accent ? Metrics.label : Metrics.bodyStrong
+                color: control.ink
+                text: control.text
+            }
+        }
+    }
+
+    Tip {
+        control: control
+        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        keys: control.keys
+    }
+}

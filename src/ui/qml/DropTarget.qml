@@ -1,0 +1,55 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+
+// Takes dropped files and shows that it would. It lies over its parent.
+DropArea {
+    id: target
+
+    required property WindowModel model
+
+    anchors.fill: parent
+    onEntered: drag => {
+        if (target.model.acceptsDrop(drag.urls))
+            drag.accept(Qt.CopyAction);
+        else
+            drag.accepted = false;
+    }
+    onDropped: drop => {
+        target.model.drop(drop.urls);
+        drop.accept(Qt.CopyAction);
+    }
+
+    OnDemand {
+        isWanted: target.containsDrag
+
+        DashedFrame {
+            anchors.fill: target
+            radius: Metrics.radiusControl
+            color: Theme.accentInk
+            fillColor: Theme.waveRange
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: label.text
+
+            Column {
+                anchors.centerIn: parent
+                spacing: Metrics.spaceM
+
+                Icon {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    width: Metrics.hitTarget
+                    height: Metrics.hitTarget
+                    name: "download"
+                    color: Theme.accentInk
+                }
+                Label {
+                    id: label
+                    type: Metrics.label
+                    color: Theme.accentInk
+                    text: "Drop to Add"
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,7 @@
+import QtQuick
+import Tonequill
+
+Rectangle {
+    height: Metrics.hairline
+    color: Theme.hairline
+}

@@ -1,0 +1,40 @@
+import QtQuick
+import Tonequill
+
+// Words that stay beside what failed.
+Rectangle {
+    id: notice
+
+    required property string text
+    property bool isWarning: false // recoverable, or the user's to decide
+
+    readonly property color ink: isWarning ? Theme.warningText : Theme.dangerText
+
+    implicitHeight: label.implicitHeight + 2 * Metrics.spaceM
+    radius: Metrics.radiusControl
+    color: isWarning ? Theme.warningSoft : Theme.dangerSoft
+
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: text
+
+    Icon {
+        id: icon
+        x: Metrics.spaceM
+        y: Metrics.spaceM
+        width: Metrics.iconSmall
+        height: Metrics.iconSmall
+        name: "warning"
+        color: notice.ink
+    }
+    Label {
+        id: label
+        anchors.left: icon.right
+        anchors.leftMargin: Metrics.spaceS
+        anchors.right: parent.right
+        anchors.rightMargin: Metrics.spaceM
+        anchors.verticalCenter: parent.verticalCenter
+        wrapMode: Text.Wrap
+        color: notice.ink
+        text: notice.text
+    }
+}

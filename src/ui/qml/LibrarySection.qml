@@ -1,0 +1,51 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+
+// The list beside the open sound.
+FocusScope {
+    id: section
+
+    required property WindowModel model
+    required property bool isNarrow
+
+    LibraryPanel {
+        id: library
+        width: section.isNarrow ? Metrics.libraryWidthCompact : Metrics.libraryWidth
+        height: parent.height
+        model: section.model
+    }
+    Panel {
+        anchors.left: library.right
+        anchors.leftMargin: Metrics.windowGap
+        anchors.right: parent.right
+        height: parent.height
+        padding: section.model.library.isEmpty ? Metrics.spaceS : Metrics.spaceL
+        topPadding: section.model.library.isEmpty ? Metrics.spaceS : Metrics.spaceM
+
+        OnDemand {
+            isWanted: section.model.library.isEmpty
+
+            EmptyLibrary {
+                anchors.fill: parent
+                model: section.model
+            }
+        }
+        OnDemand {
+            isWanted: section.model.sound.isOpen
+
+            SoundPanel {
+                anchors.fill: parent
+                sound: section.model.sound
+            }
+        }
+        OnDemand { // the first files are on their way
+            isWanted: !section.model.library.isEmpty && !section.model.sound.isOpen
+
+            Waiting {
+                anchors.fill: parent
+                text: "Adding…"
+            }
+        }
+    }
+}

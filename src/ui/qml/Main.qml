@@ -1,0 +1,109 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+
+// The window: the toolbar on the bare ground, the section below, the notice over all.
+Window {
+    id: window
+
+    required property WindowModel model
+    readonly property bool isNarrow: width < Metrics.narrowBelow
+
+    title: "Tonequill"
+    width: Metrics.windowWidth
+    height: Metrics.windowHeight
+    minimumWidth: Metrics.windowMinWidth
+    minimumHeight: Metrics.windowMinHeight
+    visible: true
+    color: Theme.isDark ? "black" : "white"
+
+    Shortcut {
+        sequence: "Ctrl+1"
+        onActivated: window.model.section = WindowModel.Library
+    }
+    Shortcut {
+        sequence: "Ctrl+2"
+        onActivated: window.model.section = WindowModel.Discover
+    }
+    Shortcut {
+        sequence: "Ctrl+3"
+        onActivated: window.model.section = WindowModel.Studio
+    }
+    Shortcut {
+        sequence: "Ctrl+4"
+        onActivated: window.model.section = WindowModel.Create
+    }
+    Shortcut {
+        sequence: "Ctrl+O"
+        onActivated: window.model.chooseFiles()
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: Qt.quit()
+    }
+
+    WindowBackground {
+        anchors.fill: parent
+    }
+    Toolbar {
+        id: toolbar
+        width: parent.width
+        model: window.model
+        isNarrow: window.isNarrow
+    }
+    FocusScope {
+        anchors.top: toolbar.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: Metrics.windowGap
+        anchors.topMargin: 0
+        focus: true
+
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Library
+
+            LibrarySection {
+                anchors.fill: parent
+                focus: true
+                model: window.model
+                isNarrow: window.isNarrow
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Discover
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "discover"
+                title: "Discover"
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Studio
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "studio"
+                title: "Studio"
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Create
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "create"
+                title: "Create with AI"
+            }
+        }
+    }
+    NoticeLine {
+        objectName: "noticeLine"
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Metrics.spaceXl
+        text: window.model.noticeText
+        isError: window.model.noticeIsError
+    }
+}

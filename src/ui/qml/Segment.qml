@@ -1,0 +1,70 @@
+import QtQuick
+import Tonequill
+import QtQuick.Templates as T
+
+// One choice of a SegmentedSwitch. Only the one that is chosen is a stop of the
+// Tab key; the arrows go on from it.
+T.AbstractButton {
+    id: control
+
+    property string iconName: ""
+    property string keys: ""
+
+    implicitWidth: row.implicitWidth + leftPadding + rightPadding
+    height: parent ? parent.height : Metrics.buttonSmall
+    horizontalPadding: Metrics.spaceM
+    autoExclusive: true
+    checkable: true
+    focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.PageTab
+    Accessible.name: text
+    Accessible.selected: checked
+
+    background: Rectangle {
+        radius: Metrics.radiusInner
+        color: control.checked ? Theme.raised : control.hovered ? Theme.buttonFill : "transparent"
+
+        Behavior on color {
+            Fade {}
+        }
+        Shadow {
+            visible: control.checked
+            layers: Theme.controlShadow
+            radius: Metrics.radiusInner
+        }
+        FocusRing {
+            visible: control.visualFocus
+            around: Metrics.radiusInner
+        }
+    }
+    contentItem: Item {
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Metrics.spaceS
+
+            Icon {
+                visible: control.iconName !== ""
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.iconName
+                color: control.checked ? Theme.accentInk : Theme.textSecondary
+            }
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                type: Metrics.bodyStrong
+                color: control.checked ? Theme.textPrimary : Theme.textSecondary
+                text: control.text
+            }
+        }
+    }
+
+    Tip {
+        control: control
+        text: control.keys !== "" ? control.text : ""
+        keys: control.keys
+    }
+}

@@ -1,0 +1,58 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+import QtQml.Models
+import QtQuick.Templates as T
+
+// The help text of a control, with its key. It is made when the pointer rests.
+Instantiator {
+    id: tip
+
+    required property T.Control control
+    required property string text
+    property string keys: ""
+
+    active: text !== "" && (control.hovered || control.visualFocus)
+
+    delegate: T.ToolTip {
+        id: popup
+        parent: tip.control
+        x: Math.round((tip.control.width - width) / 2)
+        y: tip.control.height + Metrics.spaceXs
+        implicitWidth: words.implicitWidth + leftPadding + rightPadding
+        implicitHeight: words.implicitHeight + topPadding + bottomPadding
+        margins: Metrics.windowGap
+        horizontalPadding: Metrics.spaceM
+        verticalPadding: Metrics.spaceS
+        delay: Metrics.tooltipDelay
+        visible: true
+        closePolicy: T.Popup.NoAutoClose
+
+        background: Rectangle {
+            radius: Metrics.radiusControl
+            color: Theme.popover
+            border.width: Metrics.hairline
+            border.color: Theme.border
+
+            Shadow {
+                layers: Theme.controlShadow
+                radius: Metrics.radiusControl
+            }
+        }
+        contentItem: Row {
+            id: words
+            spacing: Metrics.spaceM
+
+            Label {
+                type: Metrics.caption
+                text: tip.text
+            }
+            Label {
+                visible: text !== ""
+                type: Metrics.caption
+                color: Theme.textTertiary
+                text: tip.keys
+            }
+        }
+    }
+}

@@ -1,0 +1,66 @@
+import QtQuick
+import Tonequill
+
+// The sections on the left, what belongs to the section on the right.
+Item {
+    id: toolbar
+
+    required property WindowModel model
+    required property bool isNarrow
+
+    height: Metrics.toolbar
+
+    SegmentedSwitch {
+        x: Metrics.windowGap
+        anchors.verticalCenter: parent.verticalCenter
+        isOnToolbar: true
+        name: "Section"
+
+        Segment {
+            objectName: "librarySegment"
+            iconName: "library"
+            text: "Library"
+            keys: "Ctrl+1"
+            checked: toolbar.model.section === WindowModel.Library
+            onClicked: toolbar.model.section = WindowModel.Library
+        }
+        Segment {
+            objectName: "discoverSegment"
+            iconName: "discover"
+            text: "Discover"
+            keys: "Ctrl+2"
+            checked: toolbar.model.section === WindowModel.Discover
+            onClicked: toolbar.model.section = WindowModel.Discover
+        }
+        Segment {
+            objectName: "studioSegment"
+            iconName: "studio"
+            text: "Studio"
+            keys: "Ctrl+3"
+            checked: toolbar.model.section === WindowModel.Studio
+            onClicked: toolbar.model.section = WindowModel.Studio
+        }
+        Segment {
+            objectName: "createSegment"
+            iconName: "create"
+            text: "Create with AI"
+            keys: "Ctrl+4"
+            checked: toolbar.model.section === WindowModel.Create
+            onClicked: toolbar.model.section = WindowModel.Create
+        }
+    }
+    ActionButton {
+        objectName: "addFilesButton"
+        visible: toolbar.model.section === WindowModel.Library
+        anchors.right: parent.right
+        anchors.rightMargin: Metrics.windowGap
+        anchors.verticalCenter: parent.verticalCenter
+        kind: ActionButton.Toolbar
+        isCompact: toolbar.isNarrow
+        iconName: "plus"
+        text: "Add Files"
+        tip: "Add sounds or videos"
+        keys: "Ctrl+O"
+        onClicked: toolbar.model.chooseFiles()
+    }
+}

@@ -1,0 +1,101 @@
+import QtQuick
+import Tonequill
+import QtQuick.Templates as T
+
+// A row that sets a number: its name, the slider, and the value in words. The
+// fill starts at the neutral value, where the row stays quiet.
+Item {
+    id: control
+
+    required property string name
+    required property string valueText
+    property real neutral: slider.from
+    property alias from: slider.from
+    property alias to: slider.to
+    property alias stepSize: slider.stepSize
+    property alias value: slider.value
+    property real nameWidth: Metrics.spaceL * 4
+    property real valueWidth: Metrics.spaceL * 5
+
+    readonly property bool isChanged: Math.abs(value - neutral) > 1e-9
+    readonly property real neutralPosition: (neutral - from) / (to - from)
+
+    signal moved
+
+    implicitWidth: Metrics.popoverWidth
+    implicitHeight: Metrics.sliderRow
+
+    Label {
+        id: nameLabel
+        anchors.verticalCenter: parent.verticalCenter
+        width: control.nameWidth
+        color: Theme.textSecondary
+        text: control.name
+    }
+    T.Slider {
+        id: slider
+        anchors.left: nameLabel.right
+        anchors.right: number.left
+        height: parent.height
+        focusPolicy: Qt.StrongFocus
+        hoverEnabled: true
+        onMoved: control.moved()
+
+        Accessible.role: Accessible.Slider
+        Accessible.name: control.name + ", " + control.valueText
+
+        background: Rectangle {
+            y: (slider.height - height) / 2
+            width: slider.width
+            height: Metrics.sliderTrack
+            radius: height / 2
+            color: Theme.sliderTrack
+
+            Rectangle {
+                readonly property real base: thumb.width / 2 + control.neutralPosition * (slider.width - thumb.width)
+                readonly property real centre: thumb.x + thumb.width / 2
+
+                visible: control.isChanged
+                x: Math.min(base, centre)
+                width: Math.abs(centre - base)
+                height: parent.height
+                color: slider.enabled ? Theme.sliderFill : Theme.textDisabled
+            }
+            Rectangle { // where the neutral value is
+                visible: control.isChanged && control.neutralPosition > 0
+                x: thumb.width / 2 + control.neutralPosition * (slider.width - thumb.width)
+                y: (parent.height - height) / 2
+                width: Metrics.focus
+                height: Metrics.spaceS
+                color: slider.enabled ? Theme.sliderFill : Theme.textDisabled
+            }
+        }
+        handle: Rectangle {
+            id: thumb
+            x: slider.visualPosition * (slider.width - width)
+            y: (slider.height - height) / 2
+            width: Metrics.sliderThumb
+            height: Metrics.sliderThumb
+            radius: width / 2
+            color: Theme.thumb
+            border.width: Theme.isDark ? 0 : Metrics.hairline
+            border.color: control.isChanged ? Theme.sliderFill : Theme.control
+            opacity: slider.enabled ? 1 : Metrics.disabledGraphic
+
+            FocusRing {
+                visible: slider.visualFocus
+                around: parent.radius
+            }
+        }
+    }
+    NumberText {
+        id: number
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        width: control.valueWidth
+        alignRight: true
+        type: control.isChanged ? Metrics.bodyStrong : Metrics.body
+        color: !slider.enabled ? Theme.textDisabled : control.isChanged ? Theme.textPrimary : Theme.textSecondary
+        text: control.valueText
+    }
+}
