@@ -147,7 +147,8 @@ TEST(SoundClassifier, TakesEveryKindOfSound)
 
 TEST(SoundClassifier, AnswersTheSameFromManyThreads)
 {
-    const QString file = test::makeMedia(u"chirp.wav"_s, test::chirp(48000, 2, 4));
+    const QString file =
+        lavfi(u"chirp.wav"_s, u"aevalsrc='0.4*sin(2*PI*(200+700*t)*t)|0.4*sin(2*PI*(3000-500*t)*t)':s=48000:d=4"_s);
     const SoundClassifier classifier;
     std::vector<std::vector<HeardLabel>> together(4);
     {
