@@ -5,6 +5,12 @@
 
 namespace tonequill {
 
+namespace {
+
+constexpr int kLargestInAtlas = 256; // pixels a side: icons, thumbnails and numbers at scale 3
+
+} // namespace
+
 ImageItem::ImageItem(QQuickItem* parent) : QQuickItem(parent)
 {
     setFlag(ItemHasContents);
@@ -66,8 +72,10 @@ QSGNode* ImageItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*)
         m_textureIsStale = true;
     }
     if (m_textureIsStale) {
-        node->setTexture(
-            window()->createTextureFromImage(m_image, {QQuickWindow::TextureHasAlphaChannel, QQuickWindow::TextureCanUseAtlas}));
+        QQuickWindow::CreateTextureOptions options = QQuickWindow::TextureHasAlphaChannel;
+        // Small pictures share a texture and are drawn in one go; a large one would fill it.
+        options.setFlag(QQuickWindow::TextureCanUseAtlas, std::max(m_image.width(), m_image.height()) <= kLargestInAtlas);
+        node->setTexture(window()->createTextureFromImage(m_image, options));
         m_textureIsStale = false;
     }
     node->setFiltering(smooth() ? QSGTexture::Linear : QSGTexture::Nearest);

@@ -1,7 +1,5 @@
 #include "ui/MainWindow.h"
 
-#include "ui/ShadowProvider.h"
-
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
@@ -19,7 +17,6 @@ void prepareEngine(QQmlEngine& engine)
 {
     qml_register_types_Tonequill();
     engine.addImportPath(u"qrc:/qt/qml"_s);
-    engine.addImageProvider(u"shadow"_s, new ShadowProvider); // the engine owns it
 }
 
 MainWindow::MainWindow(AppModel& app, Defaults& defaults)

@@ -35,7 +35,7 @@ private:
     QQuickWindow* m_window = nullptr;
 };
 
-// Makes the module "Tonequill" and its images known to an engine.
+// Makes the module "Tonequill" known to an engine.
 void prepareEngine(QQmlEngine& engine);
 
 } // namespace tonequill

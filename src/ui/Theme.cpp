@@ -21,6 +21,15 @@ void Theme::show(const Palette& palette, const ShadowSet& shadows, bool isDark)
     Q_EMIT changed();
 }
 
+QFont Metrics::bodyFont() const
+{
+    QFont font;
+    font.setFamilies(m_type.families);
+    font.setPixelSize(m_type.body.px);
+    font.setWeight(QFont::Weight(m_type.body.weight));
+    return font;
+}
+
 Metrics* Metrics::create(QQmlEngine*, QJSEngine*)
 {
     Metrics& metrics = ThemeStore::shared().metrics();

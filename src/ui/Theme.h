@@ -2,6 +2,7 @@
 
 #include "ui/DesignTokens.h"
 
+#include <QFont>
 #include <QObject>
 
 class QJSEngine;
@@ -77,11 +78,16 @@ class Metrics : public QObject {
 #define TONEQUILL_PROPERTY(name, group, key) Q_PROPERTY(double name READ name CONSTANT FINAL)
     TONEQUILL_METRICS(TONEQUILL_PROPERTY)
 #undef TONEQUILL_PROPERTY
+    Q_PROPERTY(QFont bodyFont READ bodyFont CONSTANT FINAL)
 #define TONEQUILL_PROPERTY(name) Q_PROPERTY(tonequill::TypeStyle name READ name CONSTANT FINAL)
     TONEQUILL_TYPES(TONEQUILL_PROPERTY)
 #undef TONEQUILL_PROPERTY
 
 public:
+    // The type of running text, with its fallbacks for other scripts. Controls
+    // that take text to edit need it: they start from the system's font.
+    QFont bodyFont() const;
+
     // The one of the process' ThemeStore, which goes on owning it.
     static Metrics* create(QQmlEngine* engine, QJSEngine* scripts);
 

@@ -2,7 +2,6 @@
 
 #include "platform/Defaults.h"
 
-#include <QFont>
 #include <QGuiApplication>
 
 using namespace Qt::StringLiterals;
@@ -104,9 +103,7 @@ void ThemeStore::show()
 
 void ThemeStore::applyFont() const
 {
-    QFont font(m_tokens.type.families);
-    font.setPixelSize(m_tokens.type.body.px);
-    QGuiApplication::setFont(font);
+    QGuiApplication::setFont(m_metrics.bodyFont());
 }
 
 } // namespace tonequill

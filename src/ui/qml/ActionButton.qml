@@ -24,7 +24,9 @@ T.Button {
     readonly property bool isAccent: kind === ActionButton.Accent && enabled
     readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : Theme.textPrimary
 
-    implicitHeight: isSmall ? Metrics.buttonSmall : Metrics.button
+    implicitHeight: isSmall ? Metrics.hitTarget : Metrics.button
+    topInset: isSmall ? (Metrics.hitTarget - Metrics.buttonSmall) / 2 : 0 // smaller to look at than to hit
+    bottomInset: topInset
     implicitWidth: isCompact ? implicitHeight : row.implicitWidth + leftPadding + rightPadding
     horizontalPadding: isCompact ? 0 : isSmall ? Metrics.spaceS : Metrics.spaceM
     focusPolicy: Qt.StrongFocus

@@ -3,10 +3,25 @@ import Tonequill
 
 // A surface inside a panel: raised, or sunk as a well.
 Rectangle {
+    id: card
+
     property bool isWell: false
 
     radius: Metrics.radiusControl
-    color: isWell ? Theme.well : Theme.card
-    border.width: Metrics.hairline
-    border.color: isWell && Theme.isDark ? Theme.border : Theme.hairline
+    color: Theme.card
+
+    Rectangle {
+        visible: card.isWell
+        anchors.fill: parent
+        anchors.margins: Metrics.hairline
+        radius: card.radius - Metrics.hairline
+        color: Theme.well
+    }
+    Rectangle {
+        anchors.fill: parent
+        radius: card.radius
+        color: "transparent"
+        border.width: Metrics.hairline
+        border.color: Theme.hairline
+    }
 }

@@ -18,7 +18,7 @@ T.TextField {
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentText
     placeholderTextColor: Theme.textSecondary
-    font.pixelSize: Metrics.body.px
+    font: Metrics.bodyFont
     selectByMouse: true
     hoverEnabled: true
 

@@ -4,14 +4,13 @@ import Tonequill
 import QtQuick.Templates as T
 
 // The library's rows, with the pointer and the keys.
-T.Control {
+KeyboardItem {
     id: control
 
     required property LibraryListModel model
-    property bool isKeyboard: false // the last step was made with a key
 
     function step(row, event) {
-        isKeyboard = true;
+        hasVisualFocus = true;
         model.moveTo(row, event.modifiers);
         event.accepted = true;
     }
@@ -22,12 +21,10 @@ T.Control {
     }
 
     function openMenuOfCurrent() {
-        const item = list.itemAtIndex(model.currentRow);
-        if (item)
-            openMenu(model.currentRow, Metrics.spaceXl, item.y - list.contentY + item.height);
+        const row = model.currentRow;
+        if (row >= 0)
+            openMenu(row, Metrics.spaceXl, (row + 1) * Metrics.row - list.contentY);
     }
-
-    focusPolicy: Qt.StrongFocus
 
     Accessible.role: Accessible.List
     Accessible.name: "Library"
@@ -63,8 +60,9 @@ T.Control {
         }
     }
 
-    contentItem: ListView {
+    ListView {
         id: list
+        anchors.fill: parent
         model: control.model
         currentIndex: control.model.currentRow
         keyNavigationEnabled: false
@@ -87,11 +85,11 @@ T.Control {
             width: ListView.view.width
             isSelected: selected
             isListFocused: control.activeFocus || menu.visible
-            hasRing: control.activeFocus && (control.visualFocus || control.isKeyboard) && index === control.model.currentRow
+            hasRing: control.activeFocus && control.hasVisualFocus && index === control.model.currentRow
             isMenuOpen: menu.visible && menu.row === index
             onPressed: (button, modifiers, x, y) => {
                 control.forceActiveFocus(Qt.MouseFocusReason);
-                control.isKeyboard = false;
+                control.hasVisualFocus = false;
                 if (button === Qt.LeftButton) {
                     control.model.click(index, modifiers);
                 } else if (!row.isIncoming) {

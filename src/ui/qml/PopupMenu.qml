@@ -6,7 +6,15 @@ import QtQuick.Templates as T
 T.Menu {
     id: control
 
-    implicitWidth: Math.max(list.contentItem.childrenRect.width, Metrics.libraryWidthCompact / 2) + leftPadding + rightPadding
+    property Item focusBefore: null // what gets the keyboard back
+
+    onAboutToShow: focusBefore = parent ? parent.Window.activeFocusItem : null
+    onClosed: {
+        if (focusBefore)
+            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+    }
+
+    implicitWidth: Metrics.menuWidth
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     padding: Metrics.spaceXs
     margins: Metrics.windowGap

@@ -2,9 +2,8 @@ import QtQuick
 import Tonequill
 import QtQuick.Templates as T
 
-// One choice of a SegmentedSwitch. Only the one that is chosen is a stop of the
-// Tab key; the arrows go on from it.
-T.AbstractButton {
+// One choice of a SegmentedSwitch.
+T.TabButton {
     id: control
 
     property string iconName: ""
@@ -12,13 +11,12 @@ T.AbstractButton {
 
     implicitWidth: row.implicitWidth + leftPadding + rightPadding
     height: parent ? parent.height : Metrics.buttonSmall
+    topInset: Metrics.focusGap // the whole height of the switch can be hit
+    bottomInset: Metrics.focusGap
     horizontalPadding: Metrics.spaceM
-    autoExclusive: true
-    checkable: true
-    focusPolicy: checked ? Qt.StrongFocus : Qt.ClickFocus
+    focusPolicy: Qt.StrongFocus
     hoverEnabled: true
 
-    Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.selected: checked
 

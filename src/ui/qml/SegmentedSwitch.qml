@@ -15,8 +15,9 @@ Rectangle {
             const next = row.children[i + by] as Segment;
             if (!(row.children[i] as Segment).checked || !next)
                 continue;
-            next.click();
             next.forceActiveFocus(Qt.TabFocusReason);
+            next.toggle();
+            next.clicked();
             return;
         }
     }
@@ -35,8 +36,7 @@ Rectangle {
     Row {
         id: row
         x: Metrics.focusGap
-        y: Metrics.focusGap
-        height: parent.height - 2 * y
+        height: parent.height
         spacing: Metrics.focusGap
     }
 }

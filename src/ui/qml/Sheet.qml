@@ -7,6 +7,13 @@ T.Popup {
     id: control
 
     required property string title
+    property Item focusBefore: null // what gets the keyboard back
+
+    onAboutToShow: focusBefore = parent ? parent.Window.activeFocusItem : null
+    onClosed: {
+        if (focusBefore)
+            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+    }
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent

@@ -139,8 +139,13 @@ Item {
                 peakColor: Theme.waveOutside
                 rmsColor: Theme.waveOutsideRms
             }
+            Timer { // a short sound is there before anybody needs to be told
+                id: patience
+                running: panel.sound.isLoading
+                interval: Metrics.motionStandard
+            }
             Waiting {
-                visible: panel.sound.isLoading
+                visible: panel.sound.isLoading && !patience.running
                 anchors.fill: parent
                 text: "Listening…"
             }

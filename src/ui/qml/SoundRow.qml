@@ -25,7 +25,7 @@ ListRow {
         width: Metrics.thumbnailWidth
         height: Metrics.thumbnailHeight
         levels: row.levels
-        color: row.isSelected && row.isListFocused ? Theme.accentInk : row.isSelected || row.isHovered ? Theme.control : Theme.waveOutside
+        color: row.isSelected && row.isListFocused ? Theme.waveUnplayedRms : row.isSelected || row.isHovered ? Theme.control : Theme.waveOutside
     }
     OnDemand {
         isWanted: row.isIncoming

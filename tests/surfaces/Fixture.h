@@ -1,0 +1,79 @@
+#pragma once
+
+#include "fakes/FakeClock.h"
+#include "support/LibraryFolder.h"
+#include "ui/ThemeStore.h"
+#include "ui/WindowModel.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <memory>
+
+namespace tonequill::test {
+
+// What the surfaces stand on in a test: a whole program without its window, over
+// a library in a temporary folder. QML reaches it as `Fixture`.
+class Fixture : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(tonequill::WindowModel* model READ model NOTIFY modelChanged FINAL)
+    Q_PROPERTY(tonequill::Levels wave READ wave CONSTANT FINAL)
+    Q_PROPERTY(QString pictures READ pictures CONSTANT FINAL)
+    Q_PROPERTY(int filesAskedFor MEMBER m_filesAskedFor NOTIFY filesAskedForChanged FINAL)
+
+public:
+    Fixture();
+    ~Fixture() override;
+
+    WindowModel* model() const { return m_model.get(); }
+
+    // A sound that is struck and dies away.
+    static Levels wave();
+    // The folder to keep pictures in; empty for none.
+    static QString pictures() { return qEnvironmentVariable("TONEQUILL_PICTURES"); }
+
+    // A new program with sounds "Sound 1" … "Sound count".
+    Q_INVOKABLE void start(int count);
+    // Ends it; no window may show it any more.
+    Q_INVOKABLE void stop();
+
+    // The names of the selected sounds, in the list's order, and the open one.
+    Q_INVOKABLE QString selected() const;
+    Q_INVOKABLE QString open() const;
+    Q_INVOKABLE void say(const QString& text, bool isError);
+    Q_INVOKABLE void advance(int milliseconds) { m_clock.advance(std::chrono::milliseconds(milliseconds)); }
+    Q_INVOKABLE void setDark(bool isDark);
+    // The path of a sound, or of a text file that is none.
+    Q_INVOKABLE QString sound(const QString& name) const;
+    Q_INVOKABLE QString words(const QString& name) const;
+    Q_INVOKABLE void rename(int row, const QString& name);
+
+    // A drag over the window's point, and its end; true if the window takes it.
+    Q_INVOKABLE static bool dragOver(QQuickWindow* window, const QStringList& urls, double x, double y);
+    Q_INVOKABLE static void dragLeave(QQuickWindow* window);
+    Q_INVOKABLE static void drop(QQuickWindow* window, const QStringList& urls, double x, double y);
+
+    // Everything of the window that the Tab key reaches, as "role: name".
+    Q_INVOKABLE static QStringList tabStops(QQuickWindow* window);
+    // What is wrong with them: no name, or too small to hit.
+    Q_INVOKABLE static QStringList flaws(QQuickWindow* window);
+    // What a screen reader says of an item.
+    Q_INVOKABLE static QString spoken(QQuickItem* item);
+
+Q_SIGNALS:
+    void modelChanged();
+    void filesAskedForChanged();
+
+private:
+    FakeClock m_clock;
+    QTemporaryDir m_settings;
+    Defaults m_defaults{m_settings.filePath(QStringLiteral("tonequill.ini"))};
+    ThemeStore m_themes{m_defaults};
+    std::unique_ptr<LibraryFolder> m_folder;
+    std::unique_ptr<AppModel> m_app;
+    std::unique_ptr<WindowModel> m_model;
+    int m_filesAskedFor = 0;
+};
+
+} // namespace tonequill::test

@@ -1,0 +1,223 @@
+#include "ui/LibraryListModel.h"
+
+#include "fakes/FakeClock.h"
+#include "support/Await.h"
+#include "support/LibraryFolder.h"
+#include "support/Printing.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+SoundItem soundWith(double duration, const QStringList& tags)
+{
+    SoundItem item;
+    item.duration = duration;
+    item.tags = tags;
+    return item;
+}
+
+class LibraryListModelTest : public testing::Test {
+protected:
+    void open(int count = 5)
+    {
+        for (int i = 0; i < count; ++i)
+            folder.add(QString(QChar(u'a' + i)));
+        folder.write();
+        app = std::make_unique<AppModel>(defaults, clock, std::make_unique<LibraryStore>(clock, folder.path()));
+        model = std::make_unique<LibraryListModel>(*app);
+        tester = std::make_unique<QAbstractItemModelTester>(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    }
+
+    // The names in order; selected rows are in capitals.
+    QString rows() const
+    {
+        QString text;
+        for (int row = 0; row < model->rowCount(); ++row) {
+            const QModelIndex index = model->index(row);
+            const QString name = index.data(LibraryListModel::NameRole).toString();
+            text += index.data(LibraryListModel::IsSelectedRole).toBool() ? name.toUpper() : name;
+        }
+        return text;
+    }
+    QVariant at(int row, LibraryListModel::Role role) const { return model->index(row).data(role); }
+
+    test::LibraryFolder folder;
+    test::FakeClock clock;
+    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
+    std::unique_ptr<AppModel> app;
+    std::unique_ptr<LibraryListModel> model;
+    std::unique_ptr<QAbstractItemModelTester> tester;
+};
+
+constexpr int kPlain = Qt::NoModifier;
+constexpr int kShift = Qt::ShiftModifier;
+constexpr int kControl = Qt::ControlModifier;
+
+} // namespace
+
+TEST(LibraryRow, TellsTheDurationAndTheFirstTwoTagsThatSaySomething)
+{
+    EXPECT_EQ(LibraryRow::subtitle(soundWith(6.98, {u"door"_s, u"slam"_s, u"heavy"_s})), u"7.0 s · door, slam"_s);
+    EXPECT_EQ(LibraryRow::subtitle(soundWith(1.44, {})), u"1.4 s"_s);
+    EXPECT_EQ(LibraryRow::subtitle(soundWith(10, {u"free"_s, u"pack"_s, u"cc0"_s, u"ai"_s, u"sfx"_s, u"music"_s})), u"10.0 s"_s);
+    EXPECT_EQ(LibraryRow::subtitle(soundWith(2.9, {u"free"_s, u"thunder"_s})), u"2.9 s · thunder"_s);
+}
+
+TEST(LibraryRow, AsksForCreditWhereTheLicenceDoes)
+{
+    SoundItem item;
+    EXPECT_FALSE(LibraryRow::needsCredit(item));
+    for (const char* quiet : {"CC0", "Public domain", ""}) {
+        item.license = QLatin1StringView(quiet);
+        EXPECT_FALSE(LibraryRow::needsCredit(item)) << quiet;
+    }
+    for (const char* due : {"CC BY", "CC BY-SA"}) {
+        item.license = QLatin1StringView(due);
+        EXPECT_TRUE(LibraryRow::needsCredit(item)) << due;
+    }
+}
+
+TEST(LibraryRow, TellsHowFarAFileIs)
+{
+    EXPECT_EQ(LibraryRow::step(0, true), u"Adding…"_s);
+    EXPECT_EQ(LibraryRow::step(0, false), u"Waiting…"_s);
+    EXPECT_EQ(LibraryRow::step(0.428, true), u"Adding… 42 %"_s);
+}
+
+TEST_F(LibraryListModelTest, ShowsTheSoundsOfTheLibrary)
+{
+    open(3);
+    EXPECT_EQ(rows(), u"Abc"_s);
+    EXPECT_EQ(model->soundCount(), 3);
+    EXPECT_EQ(model->currentRow(), 0);
+    EXPECT_EQ(at(1, LibraryListModel::LevelsRole).value<Levels>().values.size(), 48);
+    EXPECT_EQ(at(1, LibraryListModel::SubtitleRole).toString(), u"1.4 s"_s);
+    EXPECT_FALSE(at(1, LibraryListModel::IsIncomingRole).toBool());
+}
+
+TEST_F(LibraryListModelTest, TellsTheCreditOfASoundThatNeedsIt)
+{
+    SoundItem& sound = folder.add(u"Rain"_s);
+    sound.license = u"CC BY"_s;
+    sound.credit = u"Mona"_s;
+    folder.add(u"Wind"_s).license = u"CC0"_s;
+    open(0);
+    EXPECT_EQ(at(0, LibraryListModel::CreditRole).toString(), u"“Rain” by Mona (CC BY)"_s);
+    EXPECT_EQ(at(1, LibraryListModel::CreditRole).toString(), QString());
+}
+
+TEST_F(LibraryListModelTest, ClicksSelectAsTheModelSays)
+{
+    open();
+    model->click(2, kPlain);
+    EXPECT_EQ(rows(), u"abCde"_s);
+    model->click(4, kControl);
+    EXPECT_EQ(rows(), u"abCdE"_s);
+    model->click(1, kPlain);
+    model->click(3, kShift);
+    EXPECT_EQ(rows(), u"aBCDe"_s);
+    model->click(99, kPlain);
+    EXPECT_EQ(rows(), u"aBCDe"_s);
+}
+
+TEST_F(LibraryListModelTest, KeysMoveTheSelectionAndStopAtTheEnds)
+{
+    open();
+    model->moveTo(model->currentRow() + 1, kPlain);
+    EXPECT_EQ(rows(), u"aBcde"_s);
+    model->moveTo(model->currentRow() - 7, kPlain);
+    EXPECT_EQ(rows(), u"Abcde"_s);
+    model->moveTo(1000, kPlain);
+    EXPECT_EQ(rows(), u"abcdE"_s);
+    EXPECT_EQ(app->selectedItem()->name, u"e"_s);
+}
+
+TEST_F(LibraryListModelTest, ShiftAndArrowsExtendFromTheOpenSoundAndTakeBack)
+{
+    open();
+    model->click(1, kPlain);
+    model->moveTo(model->currentRow() + 1, kShift);
+    model->moveTo(model->currentRow() + 1, kShift);
+    EXPECT_EQ(rows(), u"aBCDe"_s);
+    model->moveTo(model->currentRow() - 1, kShift);
+    EXPECT_EQ(rows(), u"aBCde"_s);
+    EXPECT_EQ(app->selectedItem()->name, u"b"_s);
+}
+
+TEST_F(LibraryListModelTest, DeletesWhatIsSelected)
+{
+    open();
+    const QSignalSpy counts(model.get(), &LibraryListModel::countChanged);
+    model->selectAll();
+    EXPECT_EQ(rows(), u"ABCDE"_s);
+    model->click(0, kPlain);
+    model->click(2, kShift);
+    model->deleteSelected();
+    EXPECT_EQ(rows(), u"De"_s);
+    EXPECT_EQ(model->soundCount(), 2);
+    EXPECT_GT(counts.count(), 0);
+}
+
+TEST_F(LibraryListModelTest, ARowsMenuMeansAllThatAreSelectedOnlyIfTheRowIsAmongThem)
+{
+    open();
+    model->click(0, kPlain);
+    model->click(2, kShift);
+    EXPECT_EQ(model->deleteLabel(1), u"Delete 3 Sounds"_s);
+    EXPECT_EQ(model->deleteLabel(4), u"Delete"_s);
+    model->deleteFrom(4);
+    EXPECT_EQ(rows(), u"ABCd"_s);
+    model->deleteFrom(1);
+    EXPECT_EQ(rows(), u"D"_s);
+    EXPECT_EQ(model->deleteLabel(0), u"Delete"_s);
+    model->deleteFrom(0);
+    EXPECT_TRUE(model->isEmpty());
+    EXPECT_EQ(model->currentRow(), -1);
+}
+
+TEST_F(LibraryListModelTest, FollowsChangesOfTheLibrary)
+{
+    open(3);
+    app->library().rename(app->library().items()[1], u"z"_s);
+    EXPECT_EQ(rows(), u"Azc"_s);
+    test::await(app->library().importFile(test::writeTone(folder.filePath(u"n.wav"_s)), SoundOrigin::imported));
+    EXPECT_EQ(rows(), u"nAzc"_s);
+    EXPECT_EQ(model->currentRow(), 1);
+}
+
+TEST_F(LibraryListModelTest, FilesThatComeInStandInFrontUntilTheyAreThere)
+{
+    open(2);
+    const QStringList files{test::writeTone(folder.filePath(u"x.wav"_s)), test::writeTone(folder.filePath(u"y.wav"_s))};
+    auto flow = app->importURLs(files);
+    EXPECT_EQ(rows(), u"xyAb"_s);
+    EXPECT_TRUE(at(0, LibraryListModel::IsIncomingRole).toBool());
+    EXPECT_TRUE(at(0, LibraryListModel::SubtitleRole).toString().startsWith(u"Adding…"_s));
+    EXPECT_EQ(at(1, LibraryListModel::SubtitleRole).toString(), u"Waiting…"_s);
+    EXPECT_EQ(model->soundCount(), 2);
+    EXPECT_EQ(model->currentRow(), 2);
+    model->click(0, kPlain); // not yet a sound
+    EXPECT_EQ(rows(), u"xyAb"_s);
+    EXPECT_EQ(model->deleteLabel(0), u"Delete"_s);
+    model->moveTo(0, kPlain);
+    EXPECT_EQ(model->currentRow(), 2);
+    test::await(std::move(flow));
+    EXPECT_EQ(rows(), u"Yxab"_s);
+    EXPECT_EQ(model->currentRow(), 0);
+}
+
+TEST_F(LibraryListModelTest, AFileThatFailsGoesAgain)
+{
+    open(1);
+    test::writeBytes(folder.filePath(u"words.txt"_s), "words");
+    test::await(app->importURLs({folder.filePath(u"words.txt"_s)}));
+    EXPECT_EQ(rows(), u"A"_s);
+    EXPECT_TRUE(app->noticeIsError());
+}
