@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/HandedOver.h"
+#include "audio/EffectRenderer.h"
 #include "base/Background.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
@@ -49,6 +50,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     Defaults defaults;
     auto library = std::make_unique<LibraryStore>(clock);
     library->sweepUnfinished();
+    EffectRenderer::sweepStrays();
     AppModel model(defaults, clock, std::move(library));
     MainWindow window(model, defaults);
 

@@ -1,6 +1,7 @@
 #include "audio/AudioExporter.h"
 
 #include "audio/AudioRange.h"
+#include "audio/SampleLoops.h"
 #include "audio/SampleMemory.h"
 #include "base/Uuid.h"
 #include "platform/AudioFileWriter.h"
@@ -32,7 +33,7 @@ constexpr float kSilentPeak = 0.0001F;    // -80 dBFS
 constexpr int kMonoBitRate = 128'000;
 constexpr int kStereoBitRate = 256'000;
 
-constexpr qint64 kConverterBlock = 65'536; // frames that are converted at a time
+constexpr qint64 kConverterBlock = 16'384; // frames that are converted at a time
 constexpr qint64 kConverterSlack = 2'048;  // frames it may give beyond the ratio
 
 struct PresetRow {
@@ -91,10 +92,7 @@ float peakOf(const AudioBuffer& buffer)
 {
     float peak = 0;
     for (int channel = 0; channel < buffer.channelCount(); ++channel)
-        for (const float sample : buffer.channel(channel)) {
-            const float magnitude = std::abs(sample);
-            peak = magnitude > peak ? magnitude : peak;
-        }
+        peak = std::max(peak, largestMagnitude(buffer.channel(channel).data(), buffer.frameLength()));
     return peak;
 }
 

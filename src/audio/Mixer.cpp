@@ -1,11 +1,10 @@
 #include "audio/Mixer.h"
 
 #include "audio/EffectRenderer.h"
+#include "audio/SampleLoops.h"
 #include "audio/SampleMemory.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <new>
 
 // This file is compiled with -O3: its loops are written to be vectorised.
@@ -35,23 +34,6 @@ void add(const float* __restrict from, float gain, float* __restrict into, qint6
         into[i] += gain * from[i];
 }
 
-float largestMagnitude(const float* samples, qint64 count, float largest)
-{
-    constexpr qint64 kLanes = 16; // one running maximum would make each comparison wait for the last
-    std::array<float, kLanes> lanes;
-    lanes.fill(largest);
-    qint64 i = 0;
-    for (; i + kLanes <= count; i += kLanes)
-        for (qint64 lane = 0; lane < kLanes; ++lane) {
-            const float magnitude = std::abs(samples[i + lane]);
-            float& soFar = lanes[static_cast<std::size_t>(lane)];
-            soFar = magnitude > soFar ? magnitude : soFar;
-        }
-    for (; i < count; ++i)
-        lanes[0] = std::max(lanes[0], std::abs(samples[i]));
-    return *std::max_element(lanes.begin(), lanes.end());
-}
-
 // Adds up all pieces and gives the largest magnitude of the sum.
 float sum(std::span<const Mixer::Piece> pieces, AudioBuffer& mix)
 {
@@ -67,7 +49,7 @@ float sum(std::span<const Mixer::Piece> pieces, AudioBuffer& mix)
                 if (first < last)
                     add(piece.buffer->channel(channel).data() + (first - start), piece.gain, into + first, last - first);
             }
-            peak = largestMagnitude(into + blockStart, blockEnd - blockStart, peak);
+            peak = std::max(peak, largestMagnitude(into + blockStart, blockEnd - blockStart));
         }
     }
     return peak;

@@ -61,6 +61,14 @@ Index lowest(std::span<const float> db, Index first, Index last)
     return std::min_element(db.begin() + first, db.begin() + last + 1) - db.begin();
 }
 
+float lowestLevel(std::span<const float> db, Index first, Index last)
+{
+    float level = db[std::size_t(first)];
+    for (Index i = first + 1; i <= last; ++i)
+        level = std::min(level, db[std::size_t(i)]);
+    return level;
+}
+
 bool leadsItsNeighbours(std::span<const float> db, Index i)
 {
     const Index first = std::max<Index>(0, i - kPeakReach);
@@ -92,7 +100,7 @@ std::vector<Index> mergeIntoEvents(std::span<const float> db, const std::vector<
         if (events.empty()) {
             events.push_back(peak);
         } else {
-            valley = std::min(valley, db[std::size_t(lowest(db, lookedAt, peak))]);
+            valley = std::min(valley, lowestLevel(db, lookedAt, peak));
             const float lastLevel = db[std::size_t(events.back())];
             if (valley <= std::min(lastLevel, level) - kValleyDb) {
                 events.push_back(peak);
@@ -142,7 +150,7 @@ std::optional<Part> partAround(Index peak, Index lo, Index hi, std::span<const f
         return std::nullopt;
     const float loudest = largestPeak(a, part.first, part.last);
     part.peakDb = loudest > kQuietestPeak ? decibels(loudest) : kNoPeakDb;
-    const float contrast = level - db[std::size_t(lowest(db, lo, hi))];
+    const float contrast = level - lowestLevel(db, lo, hi);
     const double seconds = a.hopSeconds * static_cast<double>(part.last - part.first);
     part.score = 2 * static_cast<float>(std::min(seconds, kLongSeconds)) + part.peakDb + 0.25F * std::min(contrast, kContrastDb);
     return part;

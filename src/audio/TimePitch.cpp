@@ -14,7 +14,7 @@ using RubberBand::RubberBandStretcher;
 
 // The finer engine (R3): pitches come out exact to 0.1 cents and transients
 // within 4 ms, where the faster one (R2) is off by up to 40 cents and 25 ms. It
-// takes four times as long (bench/EngineTimePitch.cpp). Formants are shifted
+// takes two to three times as long (bench/EngineTimePitch.cpp). Formants are shifted
 // along, since that is what turns a man's voice into a woman's: the vocal tract
 // becomes shorter, too. One thread: what comes out may not depend on how many
 // processors there are. Both channels are taken together, which keeps what is in
@@ -84,6 +84,8 @@ class Output {
 public:
     Output(AudioBuffer& out, std::size_t skipped, std::size_t wanted) : m_out(out), m_skipped(skipped), m_wanted(wanted) {}
 
+    // REQUIRES: the engine has one or two channels; one goes to both sides.
+
     bool isFull() const { return m_written == m_wanted; }
 
     void take(const RubberBandStretcher& stretcher)
@@ -96,7 +98,8 @@ public:
             m_skipped -= dropped;
             const std::size_t count = std::min(got - dropped, m_wanted - m_written);
             for (std::size_t side = 0; side < 2; ++side)
-                std::copy_n(m_block[side].data() + dropped, count, m_out.channel(static_cast<int>(side)).data() + m_written);
+                std::copy_n(m_block[std::min(side, stretcher.getChannelCount() - 1)].data() + dropped, count,
+                            m_out.channel(static_cast<int>(side)).data() + m_written);
             m_written += count;
         }
     }
@@ -109,9 +112,10 @@ private:
     std::array<std::array<float, kBlockFrames>, 2> m_block = {};
 };
 
-void stretch(PaddedSource source, double timeRatio, double pitchScale, Output& output, Progress* progress)
+void stretch(PaddedSource source, std::size_t channelCount, double timeRatio, double pitchScale, Output& output,
+             Progress* progress)
 {
-    RubberBandStretcher stretcher(48'000, 2, kOptions, timeRatio, pitchScale);
+    RubberBandStretcher stretcher(48'000, channelCount, kOptions, timeRatio, pitchScale);
     stretcher.setExpectedInputDuration(source.size());
     stretcher.setMaxProcessSize(kBlockFrames);
     std::array<const float*, 2> channels = {};
@@ -154,7 +158,8 @@ void TimePitch::apply(const AudioBuffer& in, double rate, double semitones, Audi
     const auto skipped = static_cast<std::size_t>(std::lround(static_cast<double>(padding) / rate - lead));
     const double wanted = std::round(static_cast<double>(in.frameLength()) / rate + lead);
     Output output(out, skipped, static_cast<std::size_t>(std::min(wanted, static_cast<double>(out.frameLength()))));
-    stretch(PaddedSource(in, padding, std::max(padding, missing)), 1 / rate, pitchScale, output, progress);
+    const std::size_t channelCount = std::ranges::equal(in.channel(0), in.channel(1)) ? 1 : 2;
+    stretch(PaddedSource(in, padding, std::max(padding, missing)), channelCount, 1 / rate, pitchScale, output, progress);
 }
 
 } // namespace tonequill

@@ -2,10 +2,44 @@
 
 #include <QtGlobal>
 
+#include <cstdlib>
+#include <new>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace tonequill {
+
+// Memory of zeros as the system gives it. A vector would write the zeros once
+// more, which for a long sound takes longer than what is done with it.
+template <typename T>
+struct ZeroedAllocator {
+    using value_type = T;
+
+    ZeroedAllocator() = default;
+    template <typename U>
+    ZeroedAllocator(const ZeroedAllocator<U>&)
+    {}
+
+    T* allocate(std::size_t count)
+    {
+        auto* const memory = static_cast<T*>(std::calloc(count, sizeof(T))); // it checks the product
+        if (!memory)
+            throw std::bad_alloc();
+        return memory;
+    }
+    void deallocate(T* memory, std::size_t) { std::free(memory); }
+
+    // A value that is made from nothing is zero already.
+    void construct(T*) const {}
+    template <typename... Arguments>
+    void construct(T* place, Arguments&&... arguments) const
+    {
+        ::new (static_cast<void*>(place)) T(std::forward<Arguments>(arguments)...);
+    }
+
+    bool operator==(const ZeroedAllocator&) const = default;
+};
 
 // What samples mean: frames a second, and samples in each frame.
 struct AudioFormat {
@@ -53,7 +87,7 @@ private:
     AudioFormat m_format;
     qint64 m_capacity = 0;
     qint64 m_length = 0;
-    std::vector<float> m_samples;
+    std::vector<float, ZeroedAllocator<float>> m_samples;
 };
 
 } // namespace tonequill

@@ -25,7 +25,8 @@ private:
 //
 // Positions are exact: reading frames [a, b) gives the same samples as that
 // slice of a read from the start, compressed or not. Encoder delay and padding
-// are left out where the file declares them.
+// are left out where the file declares them. Damage becomes silence of the same
+// length; a decoder that has met it may differ from one that has not.
 //
 // Headers are not believed: rates outside 8–768 kHz and more than 64 channels
 // are refused as unsupported, and length() never exceeds what the file's bytes
@@ -45,7 +46,8 @@ public:
     double sampleRate() const { return format().sampleRate; }
     int channelCount() const { return format().channelCount; }
 
-    // Frames in the file.
+    // Frames in the file. Of the few codecs whose packets don't tell their length
+    // (Windows Media, DTS, E-AC-3 …) it is the container's word, and reads may end earlier.
     qint64 length() const;
     double durationSeconds() const { return static_cast<double>(length()) / sampleRate(); }
 

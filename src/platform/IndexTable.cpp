@@ -82,20 +82,52 @@ qint64 framesByComment(const AVFormatContext& context)
     return number <= static_cast<unsigned long long>(std::numeric_limits<qint64>::max()) ? static_cast<qint64>(number) : 0;
 }
 
-struct Padding {
-    qint64 start = 0;
-    qint64 end = 0;
+struct Packet {
+    qint64 offset = 0;
+    qint64 bytes = 0;
+    qint64 time = 0;
+    bool isLeftOut = false;
 };
 
-// CAF's packet table begins with the numbers of packets and of frames, each in 8
-// bytes, then those of priming and remainder frames in 4.
-Padding cafPadding(const RegularFile& file)
+struct Track {
+    std::vector<Packet> packets;
+    qint64 skipStart = 0; // frames
+    qint64 skipEnd = 0;
+};
+
+// As libavformat lists an MPEG-4 track.
+std::vector<Packet> listedPackets(AVStream* stream)
 {
+    const int count = avformat_index_get_entries_count(stream);
+    std::vector<Packet> packets;
+    packets.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i) {
+        const AVIndexEntry* entry = avformat_index_get_entry(stream, i);
+        packets.push_back({entry->pos, entry->size, entry->timestamp, (entry->flags & AVINDEX_DISCARD_FRAME) != 0});
+    }
+    return packets;
+}
+
+// Of a CAF file libavformat lists where packets begin, counted from the data. The
+// packet table begins with the numbers of packets and of frames, each in 8 bytes,
+// then those of priming and remainder frames in 4.
+Track cafTrack(const RegularFile& file, AVStream* stream)
+{
+    constexpr int kEditCountBytes = 4;
     std::array<uint8_t, 24> bytes = {};
+    const std::optional<Box> data = findBox(file, "data", Layout::caf);
     const std::optional<Box> table = findBox(file, "pakt", Layout::caf);
-    if (!table || file.read(bytes.data(), bytes.size(), table->content) < static_cast<qint64>(bytes.size()))
+    if (!data || !table || file.read(bytes.data(), bytes.size(), table->content) < static_cast<qint64>(bytes.size()))
         return {};
-    return {std::max(0, qFromBigEndian<qint32>(bytes.data() + 16)), std::max(0, qFromBigEndian<qint32>(bytes.data() + 20))};
+    Track track = {listedPackets(stream), std::max(0, qFromBigEndian<qint32>(bytes.data() + 16)),
+                   std::max(0, qFromBigEndian<qint32>(bytes.data() + 20))};
+    qint64 end = data->content + data->bytes;
+    for (auto packet = track.packets.rbegin(); packet != track.packets.rend(); ++packet) {
+        packet->offset += data->content + kEditCountBytes;
+        packet->bytes = end - packet->offset;
+        end = packet->offset;
+    }
+    return track;
 }
 
 } // namespace
@@ -107,24 +139,24 @@ std::optional<PacketTable> indexTable(const MediaInput& input, const AVStream& s
     if (!isCaf && (!container.starts_with("mov") || findBox(input.file(), "moof", Layout::mpeg4)))
         return std::nullopt;
 
-    const Padding padding = isCaf ? cafPadding(input.file()) : Padding{format.skip, 0};
+    AVStream* indexed = input.context()->streams[stream.index];
+    const Track track = isCaf ? cafTrack(input.file(), indexed) : Track{listedPackets(indexed), format.skip, 0};
     const int frames = format.frames;
     PacketTable table;
-    qint64 skip = padding.start;
+    table.entries.reserve(track.packets.size());
+    qint64 skip = track.skipStart;
     qint64 start = 0;
-    AVStream* indexed = input.context()->streams[stream.index];
-    const int count = avformat_index_get_entries_count(indexed);
-    table.entries.reserve(static_cast<std::size_t>(std::max(count, 0)));
-    for (int i = 0; i < count; ++i) {
-        const AVIndexEntry* entry = avformat_index_get_entry(indexed, i);
-        if (entry->pos < 0 || entry->size <= 0 || entry->pos > input.file().size() - entry->size)
+    for (const Packet& packet : track.packets) {
+        constexpr qint64 kMaxPacketBytes = 16 * 1024 * 1024; // a mistake beyond
+        if (packet.offset < 0 || packet.bytes <= 0 || packet.bytes > kMaxPacketBytes ||
+            packet.offset > input.file().size() - packet.bytes)
             return table.entries.empty() ? std::nullopt : std::optional(table); // the rest of the file is missing
         PacketPlace place = {start, frames, static_cast<qint32>(std::min<qint64>(skip, frames)), 0};
         skip -= place.skipStart;
-        if ((entry->flags & AVINDEX_DISCARD_FRAME) != 0)
+        if (packet.isLeftOut)
             place.skipStart = frames;
         start = place.end();
-        table.entries.push_back({place, entry->size, entry->pos, entry->timestamp});
+        table.entries.push_back({place, static_cast<qint32>(packet.bytes), packet.offset, packet.time});
     }
     if (table.entries.empty())
         return std::nullopt;
@@ -136,7 +168,7 @@ std::optional<PacketTable> indexTable(const MediaInput& input, const AVStream& s
             table.endAt(end);
     };
     if (isCaf)
-        endAt(table.length() - padding.end);
+        endAt(table.length() - track.skipEnd);
     else if (stream.duration != AV_NOPTS_VALUE)
         endAt(av_rescale_q(stream.duration, stream.time_base, {1, format.sampleRate}));
     endAt(framesByComment(*input.context()));

@@ -1,6 +1,9 @@
 #include "app/AppModel.h"
 #include "app/HandedOver.h"
+#include "base/Background.h"
 #include "fakes/FakeClock.h"
+#include "platform/HandOver.h"
+#include "platform/LibraryLock.h"
 #include "support/Await.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
@@ -11,6 +14,7 @@
 #include <QJsonObject>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -141,6 +145,28 @@ TEST_F(ImportFlowsTest, DeletingEverythingEmptiesTheEditor)
     EXPECT_TRUE(model.multi().isEmpty());
     EXPECT_FALSE(model.editor().item());
     EXPECT_TRUE(model.library().items().isEmpty());
+}
+
+TEST_F(ImportFlowsTest, ASecondStartWaitsForAnOwnerThatIsStillStarting)
+{
+    LibraryLock owner(model.library().folder());
+    ASSERT_TRUE(owner.acquire());
+    const QString folderPath = model.library().folder();
+    const auto second = [folderPath] {
+        return HandedOver::sendToOwner(LibraryLock(folderPath), HandedOver::addMessage({u"/a.wav"_s}), 10000);
+    };
+    auto sent = background(second); // nobody listens yet
+    QThread::msleep(120);
+    int received = 0;
+    HandOver server([&](const QJsonObject&) {
+        ++received;
+        return QJsonObject{{u"ok"_s, true}};
+    });
+    owner.publish(server.listen(folderPath).value_or(QString()));
+    EXPECT_TRUE(test::await(std::move(sent)));
+    EXPECT_EQ(received, 1);
+    const auto nobody = [folderPath] { return HandedOver::sendToOwner(LibraryLock(folderPath + u"x"_s), {}, 200); };
+    EXPECT_FALSE(test::await(background(nobody)));
 }
 
 TEST_F(ImportFlowsTest, WorkHandedOverIsCarriedOut)

@@ -1,80 +1,26 @@
 #include "audio/HallReverb.h"
-#include "support/Signal.h"
+#include "support/Acoustics.h"
 
 #include <gmock/gmock.h>
 
 #include <numbers>
-#include <numeric>
 
 using namespace tonequill;
+using test::Response;
 using test::Samples;
+using test::stretchOf;
 
 namespace {
 
-struct Response {
-    Samples left;
-    Samples right;
-};
-
-// What the hall makes of an impulse on the left and on the right.
 Response respond(float left, float right)
 {
-    constexpr std::size_t kFrames = 48'000 * 6;
-    Response response{Samples(kFrames), Samples(kFrames)};
-    response.left[0] = left;
-    response.right[0] = right;
-    HallReverb(1).process(response.left, response.right);
-    return response;
+    return test::responseOf([](auto leftSide, auto rightSide) { HallReverb(1).process(leftSide, rightSide); }, left, right);
 }
 
 const Response& hall()
 {
     static const Response response = respond(1, 1);
     return response;
-}
-
-std::span<const float> stretchOf(const Samples& samples, double startSeconds, double seconds)
-{
-    return std::span(samples).subspan(static_cast<std::size_t>(startSeconds * 48'000),
-                                      static_cast<std::size_t>(seconds * 48'000));
-}
-
-// Levels in dB of bands that are a 24th of an octave wide, but at least 8 Hz, so
-// that each holds several modes.
-std::vector<double> narrowBands(std::span<const float> samples)
-{
-    constexpr std::size_t kSize = 65'536;
-    const auto power = test::powerSpectrum(samples.first(kSize), kSize);
-    std::vector<double> levels;
-    for (double low = 80; low < 12'000;) {
-        const double high = std::max(low * std::exp2(1.0 / 24), low + 8);
-        const auto first = static_cast<std::ptrdiff_t>(low * kSize / 48'000);
-        const auto last = static_cast<std::ptrdiff_t>(high * kSize / 48'000);
-        const double sum = std::accumulate(power.begin() + first, power.begin() + last, 0.0);
-        levels.push_back(10 * std::log10(sum / static_cast<double>(last - first)));
-        low = high;
-    }
-    return levels;
-}
-
-// How far each band stands above the four around it, in dB, on average over
-// both sides and four stretches of the decay. In a diffuse decay this goes up and
-// down at random from one stretch to the next; a mode that rings stays.
-std::vector<double> ringing(const Response& response)
-{
-    std::vector<double> sums;
-    int count = 0;
-    for (const Samples* side : {&response.left, &response.right})
-        for (const double seconds : {0.3, 0.9, 1.5, 2.1}) {
-            const auto levels = narrowBands(stretchOf(*side, seconds, 1.4));
-            sums.resize(levels.size());
-            for (std::size_t i = 2; i + 2 < levels.size(); ++i)
-                sums[i] += levels[i] - (levels[i - 2] + levels[i - 1] + levels[i + 1] + levels[i + 2]) / 4;
-            ++count;
-        }
-    for (double& sum : sums)
-        sum /= count;
-    return sums;
 }
 
 } // namespace
@@ -108,7 +54,7 @@ TEST(HallReverb, DecaysInAStraightLine)
 TEST(HallReverb, HasNoModeThatRingsAboveItsNeighbours)
 {
     const auto highest = [](const Response& response) {
-        const auto bands = ringing(response);
+        const auto bands = test::ringing(response);
         return *std::max_element(bands.begin(), bands.end());
     };
     EXPECT_LT(highest(hall()), 6);
@@ -127,15 +73,7 @@ TEST(HallReverb, HasNoModeThatRingsAboveItsNeighbours)
 
 TEST(HallReverb, BecomesDenseBeforeATenthOfASecond)
 {
-    // The share of samples outside one standard deviation, against that of
-    // Gaussian noise (the normalised echo density of Abel and Huang).
-    const auto densityAt = [](double seconds) {
-        const auto window = stretchOf(hall().left, seconds, 0.02);
-        const double deviation = std::sqrt(test::energyOf(window) / double(window.size()));
-        const auto outside =
-            std::count_if(window.begin(), window.end(), [&](float sample) { return std::abs(sample) > deviation; });
-        return double(outside) / double(window.size()) / 0.3173;
-    };
+    const auto densityAt = [](double seconds) { return test::echoDensity(stretchOf(hall().left, seconds, 0.02)); };
     EXPECT_GT(densityAt(0.06), 0.8);
     for (const double seconds : {0.1, 0.2, 0.5, 1.0})
         EXPECT_NEAR(densityAt(seconds), 1, 0.15) << "at " << seconds << " s";

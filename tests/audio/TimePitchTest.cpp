@@ -1,4 +1,5 @@
 #include "audio/TimePitch.h"
+#include "support/Clicks.h"
 #include "support/Signal.h"
 
 #include <gmock/gmock.h>
@@ -25,33 +26,6 @@ double cents(double hertz, double expected)
 {
     return 1'200 * std::log2(hertz / expected);
 }
-
-// The loudest frame around `expected`: where a click is.
-double clickNear(std::span<const float> samples, double expectedFrame)
-{
-    constexpr double kReach = 6'000;
-    const auto first = static_cast<std::size_t>(std::max(0.0, expectedFrame - kReach));
-    const auto last = std::min(samples.size(), static_cast<std::size_t>(expectedFrame + kReach));
-    const auto window = samples.subspan(first, last - first);
-    const auto isQuieter = [](float one, float other) { return std::abs(one) < std::abs(other); };
-    return static_cast<double>(first) + double(std::max_element(window.begin(), window.end(), isQuieter) - window.begin());
-}
-
-// Short bursts of noise in silence, with their places.
-struct Clicks {
-    explicit Clicks(std::size_t apart)
-    {
-        const Samples burst = test::noise(0.002, 3);
-        samples.resize(apart * 10);
-        for (std::size_t place = apart; place + apart < samples.size(); place += apart + 317) {
-            places.push_back(place);
-            for (std::size_t i = 0; i < burst.size(); ++i)
-                samples[place + i] = burst[i] * std::exp(-static_cast<float>(i) / 30);
-        }
-    }
-    Samples samples;
-    std::vector<std::size_t> places;
-};
 
 } // namespace
 
@@ -105,11 +79,11 @@ TEST(TimePitch, KeepsThePitchAtEverySpeed)
 TEST(TimePitch, KeepsClicksInTheirPlace)
 {
     for (const double rate : {0.25, 0.3, 0.35, 0.5, 0.75, 0.9, 1.25, 1.5, 2.0, 3.0, 4.0}) {
-        const Clicks clicks(static_cast<std::size_t>(14'400 * std::max(1.0, rate)));
+        const test::Clicks clicks(static_cast<std::size_t>(14'400 * std::max(1.0, rate)));
         const AudioBuffer out = changed(test::stereo(clicks.samples), rate, 0);
         for (const std::size_t place : clicks.places) {
             const double expected = static_cast<double>(place) / rate;
-            EXPECT_NEAR(clickNear(out.channel(0), expected), expected, 240) << "at rate " << rate; // 5 ms
+            EXPECT_NEAR(test::clickNear(out.channel(0), expected), expected, 240) << "at rate " << rate; // 5 ms
         }
     }
 }
@@ -117,11 +91,11 @@ TEST(TimePitch, KeepsClicksInTheirPlace)
 TEST(TimePitch, KeepsClicksInTheirPlaceAtEveryPitch)
 {
     for (const double semitones : {-12.0, -9.0, -4.0, 3.0, 4.0, 7.0, 8.0, 12.0}) {
-        const Clicks clicks(14'400);
+        const test::Clicks clicks(14'400);
         const AudioBuffer out = changed(test::stereo(clicks.samples), 1, semitones);
         for (const std::size_t place : clicks.places) {
             const auto expected = static_cast<double>(place);
-            EXPECT_NEAR(clickNear(out.channel(0), expected), expected, 240) << "at pitch " << semitones; // 5 ms
+            EXPECT_NEAR(test::clickNear(out.channel(0), expected), expected, 240) << "at pitch " << semitones; // 5 ms
         }
     }
 }
@@ -183,6 +157,45 @@ TEST(TimePitch, KeepsTheMiddleInTheMiddle)
 {
     const AudioBuffer out = changed(test::stereo(test::noise(1, 1)), 1.3, -5);
     EXPECT_EQ(test::samplesOf(out, 0), test::samplesOf(out, 1));
+    // The same sound that is not quite the same on both sides takes the other road.
+    Samples other = test::noise(1, 1);
+    other[0] += 1e-7F;
+    const AudioBuffer apart = changed(test::bufferOf({test::noise(1, 1), other}), 1.3, -5);
+    EXPECT_GT(test::correlation(apart.channel(0), apart.channel(1)), 0.999999);
+    EXPECT_GT(test::correlation(apart.channel(0), out.channel(0)), 0.9999);
+}
+
+TEST(TimePitch, KeepsTheWidthOfAStereoSound)
+{
+    // A voice-like tone in the middle and a little noise of its own on each side.
+    // Treated one by one, the sides would drift apart by 7 dB.
+    const auto sideOverMiddle = [](std::span<const float> left, std::span<const float> right) {
+        double side = 0;
+        double middle = 0;
+        for (std::size_t n = 9'600; n + 9'600 < left.size(); ++n) {
+            side += std::pow(double(left[n]) - double(right[n]), 2);
+            middle += std::pow(double(left[n]) + double(right[n]), 2);
+        }
+        return 10 * std::log10(side / middle);
+    };
+    Samples left = test::noise(3, 1, 0.03F);
+    Samples right = test::noise(3, 2, 0.03F);
+    double phase = 0;
+    for (std::size_t n = 0; n < left.size(); ++n) {
+        phase += 2 * std::numbers::pi * (110 + 20 * std::sin(2 * std::numbers::pi * 5 * double(n) / 48'000)) / 48'000;
+        for (int partial = 1; partial < 30; ++partial) {
+            const auto sample = static_cast<float>(0.15 * std::sin(phase * partial) / partial);
+            left[n] += sample;
+            right[n] += sample;
+        }
+    }
+    const double before = sideOverMiddle(left, right);
+    for (const auto& [rate, semitones] : {std::pair{1.5, 0.0}, std::pair{0.5, 0.0}, std::pair{1.0, -4.0}}) {
+        const AudioBuffer out = changed(test::bufferOf({left, right}), rate, semitones);
+        const auto frames = static_cast<std::size_t>(double(left.size()) / rate);
+        EXPECT_NEAR(sideOverMiddle(out.channel(0).first(frames), out.channel(1).first(frames)), before, 4)
+            << rate << " " << semitones;
+    }
 }
 
 TEST(TimePitch, MovesFormantsWithThePitch)

@@ -84,10 +84,11 @@ TEST(MediaTracks, TakesNoCoverForAVideo)
     const QStringList withCover =
         kSound + QStringList{u"-i"_s, cover, u"-map"_s, u"0"_s, u"-map"_s, u"1"_s, u"-disposition:v"_s, u"attached_pic"_s};
     for (const QString& name : {u"cover.mp3"_s, u"cover.m4a"_s, u"cover.flac"_s}) {
-        const MediaTracks tracks = tracksOf(name, withCover + QStringList{u"-c:v"_s, u"mjpeg"_s});
+        const QString path = test::makeMedia(name, withCover + QStringList{u"-c:v"_s, u"mjpeg"_s});
+        const MediaTracks tracks = mediaTracks(path);
         EXPECT_EQ(tracks.audioCount, 1) << name.toStdString();
         EXPECT_EQ(tracks.videoCount, 0) << name.toStdString();
-        EXPECT_NEAR(AudioFile(test::scratchPath(name)).durationSeconds(), 2, 0.001) << name.toStdString();
+        EXPECT_NEAR(AudioFile(path).durationSeconds(), 2, 0.001) << name.toStdString();
     }
 }
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/LanguageModel.h"
+
+#include <QStringList>
+
+namespace tonequill::test {
+
+// A language model that is there or not and says what a test tells it to.
+class FakeLanguageModel final : public LanguageModel {
+public:
+    bool available = true;
+    std::optional<QJsonObject> answer; // none: it refuses
+    QString instructions;              // of the last question
+    QString prompt;
+    RecordSchema schema;
+    int questions = 0;
+
+    QCoro::Task<bool> isAvailable() override { co_return available; }
+
+    QCoro::Task<QJsonObject> respond(QString told, QString asked, RecordSchema wanted) override
+    {
+        ++questions;
+        instructions = told;
+        prompt = asked;
+        schema = wanted;
+        if (!answer)
+            throw LanguageModelError(LanguageModelError::Kind::refused);
+        co_return QJsonObject(*answer); // a copy: QCoro 0.8 moves out of variables
+    }
+};
+
+} // namespace tonequill::test
