@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <chrono>
 
 namespace tonequill {
@@ -29,11 +30,12 @@ public:
 
     qint64 takenFrames() const { return m_taken; }
 
-    // Never beyond what was taken. A little backwards where the trembling wants it.
-    double heardFrame(Time now) const
+    // Never beyond what was taken, and never backwards.
+    double heardFrame(Time now)
     {
-        const double heard = (seconds(now) - m_start) * m_rate;
-        return heard < static_cast<double>(m_taken) ? heard : static_cast<double>(m_taken);
+        const double heard = std::min((seconds(now) - m_start) * m_rate, static_cast<double>(m_taken));
+        m_heard = std::max(m_heard, heard);
+        return m_heard;
     }
 
 private:
@@ -42,6 +44,7 @@ private:
     double m_rate;
     double m_start = 0; // when frame 0 would have been heard
     qint64 m_taken = 0;
+    double m_heard = 0;
 };
 
 } // namespace tonequill

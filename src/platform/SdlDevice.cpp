@@ -28,7 +28,7 @@ class SdlDevice::Body {
 public:
     bool start(const std::shared_ptr<PlaybackVoice>& voice);
     void remove(const std::shared_ptr<PlaybackVoice>& voice);
-    double heardFrame() const;
+    double heardFrame();
     void keep();
     bool quit();
 
@@ -86,7 +86,7 @@ void SdlDevice::Body::remove(const std::shared_ptr<PlaybackVoice>& voice)
     std::erase(m_voices, voice);
 }
 
-double SdlDevice::Body::heardFrame() const
+double SdlDevice::Body::heardFrame()
 {
     const std::lock_guard sound(m_soundMutex);
     return m_clock.heardFrame(SteadyClock::now());

@@ -17,6 +17,8 @@
 #include <csignal>
 #include <cstring>
 #include <map>
+#include <set>
+#include <thread>
 #include <unistd.h>
 
 using namespace tonequill;
@@ -258,4 +260,264 @@ TEST(SdlAudioOutput, AddsItsPlayersUp)
     EXPECT_EQ(counts[0.25F], 12'000 - both);
     EXPECT_EQ(counts[0.125F], 24'000 - both);
     EXPECT_EQ(counts.size(), 3U);
+}
+
+TEST(SdlAudioOutput, GoesOnWhereItWasPaused)
+{
+    const QString path = noise(u"pause.wav"_s, 1, 11);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    for (const double until : {0.1, 0.3, 0.5}) {
+        EXPECT_TRUE(player->play());
+        EXPECT_TRUE(player->play()) << "it plays already";
+        EXPECT_TRUE(waitFor([&] { return player->currentTime() >= until; }));
+        if (until < 0.4)
+            player->pause();
+        else
+            player->stop();
+        EXPECT_FALSE(player->isPlaying());
+        EXPECT_GE(player->currentTime(), until);
+        EXPECT_EQ(player->averagePower(), std::vector{AudioPlayer::kSilenceDb});
+    }
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == framesOf(path));
+}
+
+TEST(SdlAudioOutput, JumpsWhileItPlays)
+{
+    const QString path = noise(u"jump.wav"_s, 2, 12);
+    const Frames whole = framesOf(path);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.05; }));
+    for (int i = 0; i < 200; ++i)
+        player->setCurrentTime(0.005 * i); // as a hand does that drags the playhead
+    player->setCurrentTime(1.5);
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_GE(player->currentTime(), 1.5);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    player.reset();
+    const Frames heard = recorder.heard();
+    const Frames tail = from(whole, 72'000);
+    ASSERT_GT(heard.size(), tail.size());
+    EXPECT_TRUE(from(heard, heard.size() - tail.size()) == tail);
+    EXPECT_TRUE(std::equal(heard.begin(), heard.begin() + 1'000, whole.begin()));
+}
+
+TEST(SdlAudioOutput, HoldsAJumpWithinTheFile)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"within.wav"_s, 0.5, 13));
+    EXPECT_EQ(player->duration(), 0.5);
+    for (const auto& [seconds, held] : {std::pair(-1.0, 0.0), {0.25, 0.25}, {1e300, 0.5}, {std::nan(""), 0.0}, {-1e300, 0.0}}) {
+        player->setCurrentTime(seconds);
+        EXPECT_EQ(player->currentTime(), held);
+    }
+    player->setCurrentTime(1);
+    EXPECT_TRUE(playToEnd(*player)) << "there is nothing left to play";
+    EXPECT_EQ(player->currentTime(), 0.5);
+}
+
+TEST(SdlAudioOutput, TellsATimeThatMovesSmoothly)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"time.wav"_s, 0.6, 14));
+    EXPECT_TRUE(player->play());
+    double last = 0;
+    std::set<double> times;
+    QElapsedTimer clock;
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0; }));
+    clock.start();
+    EXPECT_TRUE(waitFor([&] {
+        const double now = player->currentTime();
+        EXPECT_GE(now, last);
+        last = now;
+        times.insert(now);
+        return !player->isPlaying();
+    }));
+    EXPECT_EQ(last, player->duration());
+    // Between the device's 28 calls it moves too.
+    EXPECT_GT(times.size(), 60U);
+    // Real time; a machine with too much to do may take longer.
+    EXPECT_GT(clock.nsecsElapsed(), 500'000'000);
+}
+
+TEST(SdlAudioOutput, TellsThePowerOfWhatIsHeard)
+{
+    constexpr double kTolerance = 0.05; // of a window that holds no whole number of periods
+    test::Samples sides;
+    for (const float sample : test::sine(1'000, 1, 1)) {
+        sides.push_back(sample);
+        sides.push_back(sample / 10);
+    }
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(wav(u"power.wav"_s, sides, 2));
+    EXPECT_EQ(player->averagePower(), (std::vector{AudioPlayer::kSilenceDb, AudioPlayer::kSilenceDb}));
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.2; }));
+    const std::vector<double> powers = player->averagePower();
+    ASSERT_EQ(powers.size(), 2U);
+    EXPECT_NEAR(powers[0], -3.01, kTolerance); // the sine's mean square is a half
+    EXPECT_NEAR(powers[1], -23.01, kTolerance);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    EXPECT_EQ(player->averagePower()[0], AudioPlayer::kSilenceDb);
+}
+
+TEST(SdlAudioOutput, SaysThatThereIsNoDevice)
+{
+    const QString path = noise(u"silent.wav"_s, 0.1, 15);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    for (const char* driver : {"nonsense", "alsa"}) {
+        qputenv("SDL_AUDIODRIVER", driver);
+        qputenv("ALSA_CONFIG_PATH", "/dev/null"); // a machine without a card
+        QElapsedTimer time;
+        time.start();
+        EXPECT_FALSE(player->play()) << driver;
+        EXPECT_LT(time.elapsed(), 1'500);
+        EXPECT_FALSE(player->isPlaying());
+        EXPECT_EQ(player->currentTime(), 0);
+    }
+    qputenv("SDL_AUDIODRIVER", "disk");
+    EXPECT_TRUE(playToEnd(*player)) << "now there is one";
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == framesOf(path));
+}
+
+TEST(SdlAudioOutput, PausesWhenTheDeviceIsLost)
+{
+    const QString path = noise(u"lost.wav"_s, 20, 16);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    const QByteArray file = qgetenv("SDL_DISKAUDIOFILE");
+    qputenv("SDL_DISKAUDIOFILE", "/dev/full"); // takes nothing, which SDL tells as the loss of the device
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    const double time = player->currentTime();
+    EXPECT_LT(time, 19);
+    qputenv("SDL_DISKAUDIOFILE", file);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > time + 0.2; }));
+    player.reset();
+    EXPECT_GT(recorder.heard().size(), 9'000U);
+}
+
+TEST(SdlAudioOutput, LeavesTheSignalsAlone)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"signals.wav"_s, 0.1, 17));
+    EXPECT_TRUE(player->play());
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        EXPECT_EQ(action.sa_handler, SIG_DFL) << signal;
+    }
+}
+
+TEST(SdlAudioOutput, EndsWhereAFileIsCutOff)
+{
+    const QString whole = noise(u"whole.wav"_s, 2, 18);
+    const QString flac = test::makeMedia(u"cut.flac"_s, QStringList{u"-i"_s, whole, u"-c:a"_s, u"flac"_s});
+    QByteArray bytes = test::bytesOfFile(flac);
+    bytes.truncate(bytes.size() / 2);
+    const QString cut = test::makeFile(u"half.flac"_s, bytes);
+    Recorder recorder;
+    auto player = recorder.open(cut);
+    EXPECT_TRUE(playToEnd(*player));
+    Frames wanted = framesOf(cut);
+    EXPECT_EQ(player->currentTime(), static_cast<double>(wanted.size()) / 48'000);
+    player.reset();
+    std::erase(wanted, Frame());
+    EXPECT_TRUE(recorder.heard() == wanted);
+}
+
+TEST(SdlAudioOutput, EndsWhenItsFileIsTakenAway)
+{
+    const QString path = test::scratchPath(u"shrinks.wav"_s);
+    QFile::copy(noise(u"stays.wav"_s, 30, 19), path);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    player->setNumberOfLoops(AudioPlayer::kEndless);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.1; }));
+    QFile::resize(path, 0);
+    player->setCurrentTime(20);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    player.reset();
+    EXPECT_GT(recorder.heard().size(), 4'000U);
+}
+
+TEST(SdlAudioOutput, RefusesWhatIsNoSound)
+{
+    SdlAudioOutput output;
+    EXPECT_THROW(output.open(test::makeFile(u"text.wav"_s, "no sound")), AudioFileError);
+    EXPECT_THROW(output.open(u"/nowhere/at all.wav"_s), AudioFileError);
+}
+
+TEST(SdlAudioOutput, TakesNoMoreMemoryForALongFile)
+{
+    constexpr qint64 kTwoHours = 2LL * 3600 * 48'000 * 2 * 2; // bytes of 16-bit stereo
+    const QString path = test::makeFile(
+        u"long.wav"_s, test::WavBytes{.channels = 2, .toldBytes = static_cast<std::uint32_t>(kTwoHours)}.withSilence(1));
+    QFile::resize(path, 44 + kTwoHours); // holes
+    const auto pagesInMemory = [] {
+        long size = 0;
+        long resident = 0;
+        QFile file(u"/proc/self/statm"_s);
+        if (file.open(QIODevice::ReadOnly))
+            std::sscanf(file.readAll().constData(), "%ld %ld", &size, &resident);
+        return resident;
+    };
+    playTo("disk", u"/dev/null"_s, "1");
+    SdlAudioOutput output;
+    const long before = pagesInMemory();
+    auto player = output.open(path);
+    EXPECT_NEAR(player->duration(), 7'200, 1e-6);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 3; }));
+    player->setCurrentTime(7'199.5);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    EXPECT_LT((pagesInMemory() - before) * sysconf(_SC_PAGESIZE), 16'000'000);
+}
+
+TEST(SdlAudioOutput, LetsGoOfAPlayerAtOnce)
+{
+    const QString path = test::makeMedia(u"busy.m4a"_s, test::wandering(44'100, 2, 20) + QStringList{u"-c:a"_s, u"aac"_s});
+    playTo("dummy");
+    SdlAudioOutput output;
+    for (int i = 0; i < 30; ++i) {
+        auto player = output.open(path);
+        player->setCurrentTime(0.5 * i);
+        EXPECT_TRUE(player->play());
+        QThread::usleep(300 * static_cast<unsigned long>(i)); // while it is sought, read, heard
+        QElapsedTimer time;
+        time.start();
+        player.reset();
+        EXPECT_LT(time.elapsed(), 50);
+    }
+}
+
+TEST(SdlAudioOutput, IsOpenedOnOtherThreadsAndOutlivedByItsPlayers)
+{
+    const QString path = noise(u"threads.wav"_s, 0.3, 20);
+    playTo("dummy");
+    auto output = std::make_unique<SdlAudioOutput>();
+    std::vector<std::unique_ptr<AudioPlayer>> players(8);
+    std::vector<std::thread> threads;
+    for (auto& player : players)
+        threads.emplace_back([&] { player = output->open(path); });
+    for (auto& thread : threads)
+        thread.join();
+    for (const auto& player : players)
+        EXPECT_TRUE(player->play());
+    output.reset();
+    for (const auto& player : players)
+        EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
 }
