@@ -206,6 +206,7 @@ void SdlDevice::Body::keep()
     }
     dropLost();
     close(lock);
+    SDL_TLSCleanup(); // this thread isn't one of SDL's, which would do it by itself
     m_hasQuit = true;
     m_answer.notify_all();
 }
