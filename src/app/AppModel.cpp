@@ -25,9 +25,10 @@ qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
 
 } // namespace
 
-AppModel::AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library)
+AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, std::unique_ptr<LibraryStore> library)
     : m_defaults(defaults),
       m_clock(clock),
+      m_editor(work, clock),
       m_library(std::move(library)),
       m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
       m_shortOnlyByDefault(defaults.boolean(kShortOnlyByDefault).value_or(true)),
@@ -37,6 +38,7 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStor
 {
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
+    m_editor.setOnHeard([this](const SoundItem& item, const SoundHeard& heard) { applyHeard(item, heard); });
     // The newest sound starts to load before the window appears.
     if (!m_library->items().isEmpty())
         setSelection(m_library->items().first().id);

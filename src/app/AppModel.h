@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppSection.h"
+#include "audio/AudioExporter.h"
 #include "base/Progress.h"
 #include "editor/EditorModel.h"
 #include "library/LibraryStore.h"
@@ -46,7 +47,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
 
 public:
-    AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library);
+    // What is borrowed outlives it.
+    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, std::unique_ptr<LibraryStore> library);
     ~AppModel() override;
 
     LibraryStore& library() { return *m_library; }
@@ -112,6 +114,21 @@ public:
     // The files that are coming in, in their order.
     const QList<IncomingFile>& incoming() const { return m_incoming; }
 
+    // Names a sound by what was heard in it (NamingFlows.cpp): only where the
+    // name is still the program's to choose, and the ear is sure.
+    void applyHeard(const SoundItem& item, const SoundHeard& heard);
+
+    // Flows (ExportFlows.cpp). Each works from the open sound, its parts and its
+    // effects as they are when it starts.
+
+    // Makes library sounds of the editor's parts. A raw import is replaced by
+    // them; a sound that was itself cut stays.
+    enum class TheSource { isReplaced, stays };
+    QCoro::Task<> addToLibrary(TheSource theSource = TheSource::isReplaced);
+    // Writes the editor's parts, or whole sounds, to the save folder.
+    QCoro::Task<> saveToDesktop();
+    QCoro::Task<> saveToDesktop(QList<SoundItem> items);
+
 Q_SIGNALS:
     void sectionChanged();
     void selectionChanged();
@@ -136,6 +153,9 @@ private:
     };
 
     void openSelection();
+    EffectSettings effectsFor(const SoundItem& item) const;
+    QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
+    QCoro::Task<SoundItem> addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly, EffectSettings effects);
 
     Defaults& m_defaults;
     Clock& m_clock;

@@ -11,7 +11,6 @@ void SystemClock::after(std::chrono::milliseconds delay, std::function<void()> w
 
 double SystemClock::secondsSince2001() const
 {
-    constexpr double kUnixSecondsAt2001 = 978307200; // 2001-01-01 00:00:00 UTC
     const std::chrono::duration<double> unixSeconds = std::chrono::system_clock::now().time_since_epoch();
     return unixSeconds.count() - kUnixSecondsAt2001;
 }

@@ -16,6 +16,10 @@ public:
 
     // Seconds since 2001-01-01 00:00:00 UTC, the date number of the library.
     virtual double secondsSince2001() const = 0;
+    double secondsSince1970() const { return secondsSince2001() + kUnixSecondsAt2001; }
+
+protected:
+    static constexpr double kUnixSecondsAt2001 = 978307200; // 2001-01-01 00:00:00 UTC
 };
 
 // The machine's time, on the event loop of the thread that calls.

@@ -1,27 +1,17 @@
 #include "ui/DroppedFiles.h"
 
-#include <QDir>
-#include <QStandardPaths>
+#include "library/DragStaging.h"
 
-using namespace Qt::StringLiterals;
+#include <QDir>
 
 namespace tonequill {
 
-QString DroppedFiles::stagingRoot()
+QStringList DroppedFiles::wanted(const QList<QUrl>& urls)
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/Tonequill/Drag"_s;
-}
-
-QStringList DroppedFiles::wanted(const QList<QUrl>& urls, const QString& stagingRoot)
-{
-    const QString root = QDir::cleanPath(stagingRoot) + u'/';
     QStringList paths;
     for (const QUrl& url : urls) {
-        if (!url.isLocalFile())
-            continue;
-        const QString path = QDir::cleanPath(url.toLocalFile());
-        if (!path.startsWith(root))
-            paths << path;
+        if (url.isLocalFile() && !DragStaging::holds(url.toLocalFile()))
+            paths << QDir::cleanPath(url.toLocalFile());
     }
     return paths;
 }

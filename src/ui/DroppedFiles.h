@@ -6,12 +6,9 @@
 
 namespace tonequill::DroppedFiles {
 
-// Where sounds that are dragged out of the program are staged.
-QString stagingRoot();
-
 // The paths that a drop brings in: local files in their order, without those
-// under `stagingRoot`, so that a sound dragged out of the program's own list
-// never comes back as a second copy.
-QStringList wanted(const QList<QUrl>& urls, const QString& stagingRoot);
+// that were dragged out of the program's own list, so that none of its sounds
+// ever comes back as a second copy.
+QStringList wanted(const QList<QUrl>& urls);
 
 } // namespace tonequill::DroppedFiles

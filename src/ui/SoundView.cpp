@@ -8,6 +8,7 @@ SoundView::SoundView(const EditorModel& editor) : m_editor(editor)
 {
     connect(&editor, &EditorModel::itemChanged, this, &SoundView::changed);
     connect(&editor, &EditorModel::analysisChanged, this, &SoundView::takeAnalysis);
+    connect(&editor, &EditorModel::loadErrorChanged, this, &SoundView::changed);
     takeAnalysis();
 }
 

@@ -26,12 +26,12 @@ void WindowModel::addFiles(const QStringList& paths)
 
 bool WindowModel::acceptsDrop(const QList<QUrl>& urls) const
 {
-    return !DroppedFiles::wanted(urls, DroppedFiles::stagingRoot()).isEmpty();
+    return !DroppedFiles::wanted(urls).isEmpty();
 }
 
 void WindowModel::drop(const QList<QUrl>& urls)
 {
-    addFiles(DroppedFiles::wanted(urls, DroppedFiles::stagingRoot()));
+    addFiles(DroppedFiles::wanted(urls));
 }
 
 } // namespace tonequill

@@ -2,6 +2,7 @@
 #include "app/HandedOver.h"
 #include "base/Background.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
 #include "support/Await.h"
@@ -36,8 +37,9 @@ protected:
 
     QTemporaryDir folder;
     test::FakeClock clock;
+    test::FakeEditorWork work;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel model{defaults, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
+    AppModel model{defaults, clock, work, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
 };
 
 } // namespace

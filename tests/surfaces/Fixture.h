@@ -1,9 +1,11 @@
 #pragma once
 
+#include "fakes/FakeAudioOutput.h"
 #include "fakes/FakeClock.h"
 #include "support/LibraryFolder.h"
 #include "ui/ThemeStore.h"
 #include "ui/WindowModel.h"
+#include "understanding/SoundClassifier.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -67,6 +69,9 @@ Q_SIGNALS:
 
 private:
     FakeClock m_clock;
+    FakeAudioOutput m_output;
+    SoundClassifier m_classifier;
+    BackgroundEditorWork m_work{m_classifier, m_output};
     QTemporaryDir m_settings;
     Defaults m_defaults{m_settings.filePath(QStringLiteral("tonequill.ini"))};
     ThemeStore m_themes{m_defaults};

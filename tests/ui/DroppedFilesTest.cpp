@@ -1,5 +1,6 @@
 #include "ui/DroppedFiles.h"
 
+#include "library/DragStaging.h"
 #include "support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,12 @@ namespace {
 
 QString wanted(const QList<QUrl>& urls)
 {
-    return DroppedFiles::wanted(urls, u"/cache/Tonequill/Drag"_s).join(u' ');
+    return DroppedFiles::wanted(urls).join(u' ');
+}
+
+QUrl urlIn(const QString& folder, const QString& rest)
+{
+    return QUrl::fromLocalFile(folder + rest);
 }
 
 } // namespace
@@ -26,8 +32,9 @@ TEST(DroppedFiles, AreTheLocalOnesInTheirOrder)
 
 TEST(DroppedFiles, NeverComeFromTheProgramItself)
 {
-    EXPECT_EQ(wanted({QUrl(u"file:///cache/Tonequill/Drag/ID/Door.wav"_s)}), QString());
-    EXPECT_EQ(wanted({QUrl(u"file:///cache/other/../Tonequill/Drag/ID/Door.wav"_s)}), QString());
-    EXPECT_EQ(wanted({QUrl(u"file:///cache/Tonequill/Dragged.wav"_s)}), u"/cache/Tonequill/Dragged.wav"_s);
-    EXPECT_EQ(wanted({QUrl(u"file:///cache/Tonequill/Drag/ID/Door.wav"_s), QUrl(u"file:///Bell.wav"_s)}), u"/Bell.wav"_s);
+    const QString root = DragStaging::root();
+    EXPECT_EQ(wanted({urlIn(root, u"/ID/Door.wav"_s)}), QString());
+    EXPECT_EQ(wanted({urlIn(root, u"/../../other/../Tonequill/Drag/ID/Door.wav"_s)}), QString());
+    EXPECT_EQ(wanted({urlIn(root, u"ged.wav"_s)}), root + u"ged.wav"_s);
+    EXPECT_EQ(wanted({urlIn(root, u"/ID/Door.wav"_s), QUrl(u"file:///Bell.wav"_s)}), u"/Bell.wav"_s);
 }

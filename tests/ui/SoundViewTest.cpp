@@ -1,7 +1,10 @@
 #include "ui/SoundView.h"
 
+#include "fakes/FakeAudioOutput.h"
+#include "fakes/FakeClock.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "understanding/SoundClassifier.h"
 
 #include <QTest>
 
@@ -24,7 +27,11 @@ protected:
     }
 
     test::LibraryFolder folder;
-    EditorModel editor;
+    test::FakeClock clock;
+    test::FakeAudioOutput output;
+    SoundClassifier classifier;
+    BackgroundEditorWork work{classifier, output};
+    EditorModel editor{work, clock};
     SoundView view{editor};
 };
 

@@ -1,0 +1,125 @@
+// The flows that make finished files of the open sound's parts and of whole sounds.
+
+#include "app/AppModel.h"
+#include "app/PartExport.h"
+#include "base/Background.h"
+#include "library/FileNames.h"
+#include "platform/Files.h"
+#include "platform/ScratchFile.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill {
+
+namespace {
+
+const QString kExtension = u"wav"_s;
+
+QString freePathFor(const QString& folder, const QString& name)
+{
+    return Files::uniqueFreePath(folder, FileNames::safe(name), kExtension);
+}
+
+} // namespace
+
+// The effects of the editor belong to the sound that is open in it.
+EffectSettings AppModel::effectsFor(const SoundItem& item) const
+{
+    return m_editor.item() && m_editor.item()->id == item.id ? m_editor.effects() : EffectSettings();
+}
+
+QCoro::Task<ExportResult> AppModel::exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path)
+{
+    const auto work = [source = m_library->path(item), start, end, effects, path] {
+        return PartExport::exportWithEffects(source, start, end, effects, path);
+    };
+    return background(work);
+}
+
+QCoro::Task<SoundItem> AppModel::addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly,
+                                         EffectSettings effects)
+{
+    const ScratchFile file = ScratchFile::withExtension(kExtension);
+    co_await exportPart(source, part.start, part.end, effects, file.path());
+    const SoundItem added = co_await m_library->importFile(file.path(), SoundOrigin::cut, source.tags);
+    co_return m_library->update(added, [&](SoundItem& record) {
+        record.name = name;
+        record.nameIsAuto = isOnly ? source.nameIsAuto : std::optional(false);
+        record.sourceID = source.sourceID;
+        record.license = source.license;
+        record.credit = source.credit;
+        record.pageURL = source.pageURL;
+    });
+}
+
+QCoro::Task<> AppModel::addToLibrary(TheSource theSource)
+{
+    const std::vector<EditorModel::Part> parts = PartExport::usable(m_editor.parts());
+    if (!selectedItem() || parts.empty())
+        co_return;
+    const Working working(*this);
+    const SoundItem source = *selectedItem();
+    const EffectSettings effects = effectsFor(source);
+    const QStringList names = PartExport::names(source, parts);
+    QList<SoundItem> added;
+    try {
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            added << co_await addPart(source, parts[i], names[qsizetype(i)], parts.size() == 1, effects);
+    } catch (const std::exception& error) {
+        say(messageOf(error), Tone::error);
+        co_return; // what was finished stays, and so does the source
+    }
+    if (theSource == TheSource::isReplaced && source.origin != SoundOrigin::cut)
+        m_library->deleteItems({source});
+    QSet<QUuid> ids;
+    for (const SoundItem& item : std::as_const(added))
+        ids.insert(item.id);
+    setMulti(ids); // before the selection, which would replace it
+    setSelection(added.first().id);
+    say(added.size() == 1 ? u"Added “%1” to your library."_s.arg(added.first().name)
+                          : u"Added %1 sounds to your library."_s.arg(added.size()));
+}
+
+QCoro::Task<> AppModel::saveToDesktop()
+{
+    const std::vector<EditorModel::Part> parts = PartExport::usable(m_editor.parts());
+    if (!selectedItem() || parts.empty())
+        co_return;
+    const Working working(*this);
+    const SoundItem item = *selectedItem();
+    const EffectSettings effects = effectsFor(item);
+    const QStringList names = PartExport::names(item, parts);
+    const QString folder = saveFolder();
+    try {
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            const QString path = freePathFor(folder, names[qsizetype(i)]);
+            co_await exportPart(item, parts[i].start, parts[i].end, effects, path);
+        }
+    } catch (const std::exception& error) {
+        say(messageOf(error), Tone::error);
+        co_return; // the files that are written stay
+    }
+    const QString folderName = QFileInfo(folder).fileName();
+    say(parts.size() == 1 ? u"Saved “%1.wav” to %2."_s.arg(names.first(), folderName)
+                          : u"Saved %1 sounds to %2."_s.arg(parts.size()).arg(folderName));
+}
+
+QCoro::Task<> AppModel::saveToDesktop(QList<SoundItem> items)
+{
+    if (items.isEmpty())
+        co_return;
+    const Working working(*this);
+    const QString folder = saveFolder();
+    try {
+        for (const SoundItem& item : std::as_const(items))
+            co_await exportPart(item, 0, item.duration, effectsFor(item), freePathFor(folder, item.name));
+    } catch (const std::exception& error) {
+        say(messageOf(error), Tone::error);
+        co_return;
+    }
+    say(u"Saved %1 sounds to %2."_s.arg(items.size()).arg(QFileInfo(folder).fileName()));
+}
+
+} // namespace tonequill

@@ -1,0 +1,523 @@
+#include "platform/SdlAudioOutput.h"
+
+#include "platform/AudioFile.h"
+#include "support/MediaFactory.h"
+#include "support/Printing.h"
+#include "support/Signal.h"
+#include "support/Sound.h"
+#include "support/WavBytes.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <cstring>
+#include <map>
+#include <set>
+#include <thread>
+#include <unistd.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Frame {
+    float left = 0;
+    float right = 0;
+    bool operator==(const Frame&) const = default;
+};
+using Frames = std::vector<Frame>;
+
+// Where outputs that are made from now on are heard. SDL asks the environment
+// each time it is started, which an output does with its first sound.
+void playTo(const char* driver, const QString& file = {}, const char* delayMs = "1")
+{
+    qputenv("SDL_AUDIODRIVER", driver);
+    qputenv("SDL_DISKAUDIOFILE", QFile::encodeName(file));
+    // Each block of 21 ms takes so long: about twenty times as fast as real time,
+    // which takes no longer and still lets a decoder keep up.
+    qputenv("SDL_DISKAUDIODELAY", delayMs);
+}
+
+// An output whose sound is written down.
+class Recorder {
+public:
+    explicit Recorder(const char* delayMs = "1")
+    {
+        playTo("disk", path(), delayMs);
+        m_output = std::make_unique<SdlAudioOutput>();
+    }
+
+    std::unique_ptr<AudioPlayer> open(const QString& file) { return m_output->open(file); }
+
+    // Everything that was heard, silences included. REQUIRES: the players are gone.
+    Frames all()
+    {
+        m_output.reset();
+        const QByteArray bytes = test::bytesOfFile(path());
+        Frames frames(static_cast<std::size_t>(bytes.size()) / sizeof(Frame));
+        std::memcpy(frames.data(), bytes.constData(), frames.size() * sizeof(Frame));
+        return frames;
+    }
+
+    // What was heard without the silences: a sound of noise has none of its own,
+    // and how long the device waits for a sound is not what is tested.
+    Frames heard()
+    {
+        Frames frames = all();
+        std::erase(frames, Frame());
+        return frames;
+    }
+
+private:
+    QString path() const { return m_folder.filePath(u"heard.raw"_s); }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<SdlAudioOutput> m_output;
+};
+
+template <typename Condition>
+bool waitFor(Condition&& condition, int milliseconds = 10'000)
+{
+    QElapsedTimer time;
+    time.start();
+    while (!condition()) {
+        if (time.elapsed() > milliseconds)
+            return false;
+        QThread::usleep(500);
+    }
+    return true;
+}
+
+bool playToEnd(AudioPlayer& player)
+{
+    return player.play() && waitFor([&] { return !player.isPlaying(); });
+}
+
+QString wav(const QString& name, const test::Samples& interleaved, std::uint16_t channels, std::uint32_t rate = 48'000)
+{
+    return test::makeFile(name, test::WavBytes{.kind = 3, .channels = channels, .sampleRate = rate, .bits = 32}.with(
+                                    std::span<const float>(interleaved)));
+}
+
+QString noise(const QString& name, double seconds, std::uint32_t seed)
+{
+    return wav(name, test::noise(seconds, seed), 1);
+}
+
+Frames framesOf(const QString& path)
+{
+    const AudioBuffer whole = test::readAll(path);
+    Frames frames(static_cast<std::size_t>(whole.frameLength()));
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        frames[i] = {whole.channel(0)[i], whole.channel(whole.channelCount() - 1)[i]};
+    return frames;
+}
+
+Frames from(const Frames& frames, std::size_t first)
+{
+    return {frames.begin() + static_cast<std::ptrdiff_t>(first), frames.end()};
+}
+
+Frames times(const Frames& frames, float gain)
+{
+    Frames result;
+    for (const Frame& frame : frames)
+        result.push_back({frame.left * gain, frame.right * gain});
+    return result;
+}
+
+} // namespace
+
+TEST(SdlAudioOutput, PlaysTheSamplesOfTheFile)
+{
+    const QString stereo = wav(u"stereo.wav"_s, test::noise(1, 4), 2); // half a second
+    const QString flac =
+        test::makeMedia(u"heard.flac"_s, QStringList{u"-i"_s, stereo, u"-c:a"_s, u"flac"_s, u"-sample_fmt"_s, u"s16"_s});
+    const QString aac = test::makeMedia(u"heard.m4a"_s, QStringList{u"-i"_s, stereo, u"-c:a"_s, u"aac"_s});
+    for (const QString& path : {stereo, noise(u"mono.wav"_s, 0.5, 5), flac, aac}) {
+        SCOPED_TRACE(qPrintable(path));
+        Frames whole = framesOf(path);
+        std::erase(whole, Frame());
+        Recorder recorder;
+        auto player = recorder.open(path);
+        EXPECT_FALSE(player->isPlaying());
+        EXPECT_EQ(player->currentTime(), 0);
+        EXPECT_TRUE(playToEnd(*player));
+        EXPECT_EQ(player->currentTime(), player->duration());
+        player.reset();
+        EXPECT_TRUE(recorder.heard() == whole);
+    }
+}
+
+TEST(SdlAudioOutput, PlaysFromTheFrameThatWasChosen)
+{
+    const QString path = noise(u"seek.wav"_s, 0.5, 6);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    player->setCurrentTime(10'001 / 48'000.0);
+    EXPECT_NEAR(player->currentTime(), 10'001 / 48'000.0, 1e-9);
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == from(framesOf(path), 10'001));
+}
+
+TEST(SdlAudioOutput, StartsAnewAfterTheEnd)
+{
+    const QString path = noise(u"again.wav"_s, 0.2, 7);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    EXPECT_TRUE(playToEnd(*player));
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    Frames twice = framesOf(path);
+    const Frames once = twice;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_TRUE(recorder.heard() == twice);
+}
+
+TEST(SdlAudioOutput, RepeatsWithoutASeam)
+{
+    const QString path = noise(u"loop.wav"_s, 0.07, 8);
+    const Frames once = framesOf(path);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    player->setNumberOfLoops(3);
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    Frames all = recorder.all();
+    Frames wanted;
+    for (int i = 0; i < 4; ++i)
+        wanted.insert(wanted.end(), once.begin(), once.end());
+    // Here a silence would be a seam. Four rounds are read ahead at once.
+    const auto first = std::ranges::find_if(all, [](const Frame& frame) { return frame != Frame(); });
+    ASSERT_GE(all.end() - first, std::ptrdiff_t(wanted.size()));
+    EXPECT_TRUE(std::equal(wanted.begin(), wanted.end(), first));
+}
+
+TEST(SdlAudioOutput, RepeatsForEverUntilItIsToldNotTo)
+{
+    const QString path = noise(u"ever.wav"_s, 0.1, 9);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    player->setNumberOfLoops(AudioPlayer::kEndless);
+    EXPECT_TRUE(player->play());
+    double last = 0;
+    int rounds = 0;
+    EXPECT_TRUE(waitFor([&] {
+        const double now = player->currentTime();
+        rounds += now < last;
+        last = now;
+        return rounds == 3;
+    }));
+    EXPECT_TRUE(player->isPlaying());
+    player->setNumberOfLoops(0); // the round that is played is the last, though more is read ahead
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    player.reset();
+    const Frames once = framesOf(path);
+    const Frames heard = recorder.heard();
+    ASSERT_GE(heard.size(), 4 * once.size());
+    EXPECT_EQ(heard.size() % once.size(), 0U);
+    for (std::size_t i = 0; i < heard.size(); ++i)
+        ASSERT_EQ(heard[i], once[i % once.size()]) << i;
+}
+
+TEST(SdlAudioOutput, HasItsVolume)
+{
+    const QString path = noise(u"volume.wav"_s, 0.2, 10);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    player->setVolume(0.25);
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == times(framesOf(path), 0.25F));
+}
+
+TEST(SdlAudioOutput, AddsItsPlayersUp)
+{
+    const QString one = wav(u"sum1.wav"_s, test::Samples(12'000, 0.25F), 1);
+    const QString other = wav(u"sum2.wav"_s, test::Samples(24'000, 0.125F), 1);
+    Recorder recorder("21"); // real time, so that one still sounds when the other starts
+    auto first = recorder.open(one);
+    auto second = recorder.open(other);
+    EXPECT_TRUE(first->play());
+    EXPECT_TRUE(playToEnd(*second));
+    EXPECT_FALSE(first->isPlaying());
+    first.reset();
+    second.reset();
+    std::map<float, int> counts;
+    for (const Frame& frame : recorder.heard()) {
+        EXPECT_EQ(frame.left, frame.right);
+        ++counts[frame.left];
+    }
+    const int both = counts[0.375F];
+    EXPECT_GT(both, 0);
+    EXPECT_EQ(counts[0.25F], 12'000 - both);
+    EXPECT_EQ(counts[0.125F], 24'000 - both);
+    EXPECT_EQ(counts.size(), 3U);
+}
+
+TEST(SdlAudioOutput, GoesOnWhereItWasPaused)
+{
+    const QString path = noise(u"pause.wav"_s, 1, 11);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    for (const double until : {0.1, 0.3, 0.5}) {
+        EXPECT_TRUE(player->play());
+        EXPECT_TRUE(player->play()) << "it plays already";
+        EXPECT_TRUE(waitFor([&] { return player->currentTime() >= until; }));
+        if (until < 0.4)
+            player->pause();
+        else
+            player->stop();
+        EXPECT_FALSE(player->isPlaying());
+        EXPECT_GE(player->currentTime(), until);
+        EXPECT_EQ(player->averagePower(), std::vector{AudioPlayer::kSilenceDb});
+    }
+    EXPECT_TRUE(playToEnd(*player));
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == framesOf(path));
+}
+
+TEST(SdlAudioOutput, JumpsWhileItPlays)
+{
+    const QString path = noise(u"jump.wav"_s, 2, 12);
+    const Frames whole = framesOf(path);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.05; }));
+    for (int i = 0; i < 200; ++i)
+        player->setCurrentTime(0.005 * i); // as a hand does that drags the playhead
+    player->setCurrentTime(1.5);
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_GE(player->currentTime(), 1.5);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    player.reset();
+    const Frames heard = recorder.heard();
+    const Frames tail = from(whole, 72'000);
+    ASSERT_GT(heard.size(), tail.size());
+    EXPECT_TRUE(from(heard, heard.size() - tail.size()) == tail);
+    EXPECT_TRUE(std::equal(heard.begin(), heard.begin() + 1'000, whole.begin()));
+}
+
+TEST(SdlAudioOutput, HoldsAJumpWithinTheFile)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"within.wav"_s, 0.5, 13));
+    EXPECT_EQ(player->duration(), 0.5);
+    for (const auto& [seconds, held] : {std::pair(-1.0, 0.0), {0.25, 0.25}, {1e300, 0.5}, {std::nan(""), 0.0}, {-1e300, 0.0}}) {
+        player->setCurrentTime(seconds);
+        EXPECT_EQ(player->currentTime(), held);
+    }
+    player->setCurrentTime(1);
+    EXPECT_TRUE(playToEnd(*player)) << "there is nothing left to play";
+    EXPECT_EQ(player->currentTime(), 0.5);
+}
+
+TEST(SdlAudioOutput, TellsATimeThatMovesSmoothly)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"time.wav"_s, 0.6, 14));
+    EXPECT_TRUE(player->play());
+    double last = 0;
+    std::set<double> times;
+    QElapsedTimer clock;
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0; }));
+    clock.start();
+    EXPECT_TRUE(waitFor([&] {
+        const double now = player->currentTime();
+        EXPECT_GE(now, last);
+        last = now;
+        times.insert(now);
+        return !player->isPlaying();
+    }));
+    EXPECT_EQ(last, player->duration());
+    // Between the device's 28 calls it moves too.
+    EXPECT_GT(times.size(), 60U);
+    // Real time; a machine with too much to do may take longer.
+    EXPECT_GT(clock.nsecsElapsed(), 500'000'000);
+}
+
+TEST(SdlAudioOutput, TellsThePowerOfWhatIsHeard)
+{
+    constexpr double kTolerance = 0.05; // of a window that holds no whole number of periods
+    test::Samples sides;
+    for (const float sample : test::sine(1'000, 1, 1)) {
+        sides.push_back(sample);
+        sides.push_back(sample / 10);
+    }
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(wav(u"power.wav"_s, sides, 2));
+    EXPECT_EQ(player->averagePower(), (std::vector{AudioPlayer::kSilenceDb, AudioPlayer::kSilenceDb}));
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.2; }));
+    const std::vector<double> powers = player->averagePower();
+    ASSERT_EQ(powers.size(), 2U);
+    EXPECT_NEAR(powers[0], -3.01, kTolerance); // the sine's mean square is a half
+    EXPECT_NEAR(powers[1], -23.01, kTolerance);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    EXPECT_EQ(player->averagePower()[0], AudioPlayer::kSilenceDb);
+}
+
+TEST(SdlAudioOutput, SaysThatThereIsNoDevice)
+{
+    const QString path = noise(u"silent.wav"_s, 0.1, 15);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    for (const char* driver : {"nonsense", "alsa"}) {
+        qputenv("SDL_AUDIODRIVER", driver);
+        qputenv("ALSA_CONFIG_PATH", "/dev/null"); // a machine without a card
+        QElapsedTimer time;
+        time.start();
+        EXPECT_FALSE(player->play()) << driver;
+        EXPECT_LT(time.elapsed(), 1'500);
+        EXPECT_FALSE(player->isPlaying());
+        EXPECT_EQ(player->currentTime(), 0);
+    }
+    qputenv("SDL_AUDIODRIVER", "disk");
+    EXPECT_TRUE(playToEnd(*player)) << "now there is one";
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == framesOf(path));
+}
+
+TEST(SdlAudioOutput, PausesWhenTheDeviceIsLost)
+{
+    const QString path = noise(u"lost.wav"_s, 20, 16);
+    Recorder recorder;
+    auto player = recorder.open(path);
+    const QByteArray file = qgetenv("SDL_DISKAUDIOFILE");
+    qputenv("SDL_DISKAUDIOFILE", "/dev/full"); // takes nothing, which SDL tells as the loss of the device
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    const double time = player->currentTime();
+    EXPECT_LT(time, 19);
+    qputenv("SDL_DISKAUDIOFILE", file);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > time + 0.2; }));
+    player.reset();
+    EXPECT_GT(recorder.heard().size(), 9'000U);
+}
+
+TEST(SdlAudioOutput, LeavesTheSignalsAlone)
+{
+    playTo("dummy");
+    SdlAudioOutput output;
+    auto player = output.open(noise(u"signals.wav"_s, 0.1, 17));
+    EXPECT_TRUE(player->play());
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        EXPECT_EQ(action.sa_handler, SIG_DFL) << signal;
+    }
+}
+
+TEST(SdlAudioOutput, EndsWhereAFileIsCutOff)
+{
+    const QString whole = noise(u"whole.wav"_s, 2, 18);
+    const QString flac = test::makeMedia(u"cut.flac"_s, QStringList{u"-i"_s, whole, u"-c:a"_s, u"flac"_s});
+    QByteArray bytes = test::bytesOfFile(flac);
+    bytes.truncate(bytes.size() / 2);
+    const QString cut = test::makeFile(u"half.flac"_s, bytes);
+    Recorder recorder;
+    auto player = recorder.open(cut);
+    EXPECT_TRUE(playToEnd(*player));
+    Frames wanted = framesOf(cut);
+    EXPECT_EQ(player->currentTime(), static_cast<double>(wanted.size()) / 48'000);
+    player.reset();
+    std::erase(wanted, Frame());
+    EXPECT_TRUE(recorder.heard() == wanted);
+}
+
+TEST(SdlAudioOutput, EndsWhenItsFileIsTakenAway)
+{
+    const QString path = test::scratchPath(u"shrinks.wav"_s);
+    QFile::copy(noise(u"stays.wav"_s, 30, 19), path);
+    Recorder recorder("5");
+    auto player = recorder.open(path);
+    player->setNumberOfLoops(AudioPlayer::kEndless);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 0.1; }));
+    QFile::resize(path, 0);
+    player->setCurrentTime(20);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    player.reset();
+    EXPECT_GT(recorder.heard().size(), 4'000U);
+}
+
+TEST(SdlAudioOutput, RefusesWhatIsNoSound)
+{
+    SdlAudioOutput output;
+    EXPECT_THROW(output.open(test::makeFile(u"text.wav"_s, "no sound")), AudioFileError);
+    EXPECT_THROW(output.open(u"/nowhere/at all.wav"_s), AudioFileError);
+}
+
+TEST(SdlAudioOutput, TakesNoMoreMemoryForALongFile)
+{
+    constexpr qint64 kTwoHours = 2LL * 3600 * 48'000 * 2 * 2; // bytes of 16-bit stereo
+    const QString path = test::makeFile(
+        u"long.wav"_s, test::WavBytes{.channels = 2, .toldBytes = static_cast<std::uint32_t>(kTwoHours)}.withSilence(1));
+    QFile::resize(path, 44 + kTwoHours); // holes
+    const auto pagesInMemory = [] {
+        long size = 0;
+        long resident = 0;
+        QFile file(u"/proc/self/statm"_s);
+        if (file.open(QIODevice::ReadOnly))
+            std::sscanf(file.readAll().constData(), "%ld %ld", &size, &resident);
+        return resident;
+    };
+    playTo("disk", u"/dev/null"_s, "1");
+    SdlAudioOutput output;
+    const long before = pagesInMemory();
+    auto player = output.open(path);
+    EXPECT_NEAR(player->duration(), 7'200, 1e-6);
+    EXPECT_TRUE(player->play());
+    EXPECT_TRUE(waitFor([&] { return player->currentTime() > 3; }));
+    player->setCurrentTime(7'199.5);
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+    EXPECT_LT((pagesInMemory() - before) * sysconf(_SC_PAGESIZE), 16'000'000);
+}
+
+TEST(SdlAudioOutput, LetsGoOfAPlayerAtOnce)
+{
+    const QString path = test::makeMedia(u"busy.m4a"_s, test::wandering(44'100, 2, 20) + QStringList{u"-c:a"_s, u"aac"_s});
+    playTo("dummy");
+    SdlAudioOutput output;
+    for (int i = 0; i < 30; ++i) {
+        auto player = output.open(path);
+        player->setCurrentTime(0.5 * i);
+        EXPECT_TRUE(player->play());
+        QThread::usleep(300 * static_cast<unsigned long>(i)); // while it is sought, read, heard
+        QElapsedTimer time;
+        time.start();
+        player.reset();
+        EXPECT_LT(time.elapsed(), 50);
+    }
+}
+
+TEST(SdlAudioOutput, IsOpenedOnOtherThreadsAndOutlivedByItsPlayers)
+{
+    const QString path = noise(u"threads.wav"_s, 0.3, 20);
+    playTo("dummy");
+    auto output = std::make_unique<SdlAudioOutput>();
+    std::vector<std::unique_ptr<AudioPlayer>> players(8);
+    std::vector<std::thread> threads;
+    for (auto& player : players)
+        threads.emplace_back([&] { player = output->open(path); });
+    for (auto& thread : threads)
+        thread.join();
+    for (const auto& player : players)
+        EXPECT_TRUE(player->play());
+    output.reset();
+    for (const auto& player : players)
+        EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
+}
