@@ -15,6 +15,8 @@ struct WaveZoom {
     double zoom = 1;     // 1 shows the whole sound
     double scrollX = 0;  // the position in the content of the view's left edge
 
+    bool operator==(const WaveZoom&) const = default;
+
     double span() const; // the duration, at least a millisecond
     double contentWidth() const { return viewport * zoom; }
     double contentX(double seconds) const; // of a time in the content
