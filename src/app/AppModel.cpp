@@ -1,5 +1,7 @@
 #include "app/AppModel.h"
 
+#include "library/DragStaging.h"
+
 #include <QFileInfo>
 #include <QPointer>
 #include <QStandardPaths>
@@ -25,9 +27,10 @@ qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
 
 } // namespace
 
-AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, std::unique_ptr<LibraryStore> library)
+AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library)
     : m_defaults(defaults),
       m_clock(clock),
+      m_apps(apps),
       m_editor(work, clock),
       m_library(std::move(library)),
       m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
@@ -39,6 +42,7 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, std::uniq
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
     m_editor.setOnHeard([this](const SoundItem& item, const SoundHeard& heard) { applyHeard(item, heard); });
+    DragStaging::clean();
     // The newest sound starts to load before the window appears.
     if (!m_library->items().isEmpty())
         setSelection(m_library->items().first().id);

@@ -4,6 +4,7 @@
 #include "audio/AudioExporter.h"
 #include "base/Progress.h"
 #include "editor/EditorModel.h"
+#include "library/FinalCut.h"
 #include "library/LibraryStore.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -48,7 +49,7 @@ class AppModel : public QObject {
 
 public:
     // What is borrowed outlives it.
-    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, std::unique_ptr<LibraryStore> library);
+    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library);
     ~AppModel() override;
 
     LibraryStore& library() { return *m_library; }
@@ -128,6 +129,28 @@ public:
     // Writes the editor's parts, or whole sounds, to the save folder.
     QCoro::Task<> saveToDesktop();
     QCoro::Task<> saveToDesktop(QList<SoundItem> items);
+    // Exports whole sounds beside the library and hands them over. Nothing happens
+    // where the application isn't installed.
+    QCoro::Task<> sendToFinalCut(QList<SoundItem> items);
+    bool canSendToFinalCut() const { return FinalCut::isInstalled(m_apps); }
+
+    // Files under readable names for a drag, complete when these return
+    // (StagingFlows.cpp). What can't be staged is left out.
+    struct StagedFiles {
+        QStringList paths;
+        QString label; // of the drag
+        bool operator==(const StagedFiles&) const = default;
+    };
+    // The parts of the editor, rendered. It blocks, because a drag can't wait.
+    StagedFiles stageSelectionFiles() const;
+    StagedFiles stageFiles(const QList<SoundItem>& items) const;
+    // One sound; the library's own file where it can't be staged.
+    struct DragFile {
+        QString path;
+        QString suggestedName; // without an extension
+        bool operator==(const DragFile&) const = default;
+    };
+    DragFile dragProvider(const SoundItem& item) const;
 
 Q_SIGNALS:
     void sectionChanged();
@@ -152,13 +175,19 @@ private:
         AppModel& m_model;
     };
 
+    struct AddedPart {
+        SoundItem item;
+        FinalCut::Clip clip;
+    };
+
     void openSelection();
     EffectSettings effectsFor(const SoundItem& item) const;
     QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
-    QCoro::Task<SoundItem> addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly, EffectSettings effects);
+    QCoro::Task<AddedPart> addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly, EffectSettings effects);
 
     Defaults& m_defaults;
     Clock& m_clock;
+    OtherApps& m_apps;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
     AppSection m_section = AppSection::library;

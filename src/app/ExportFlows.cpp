@@ -7,7 +7,10 @@
 #include "platform/Files.h"
 #include "platform/ScratchFile.h"
 
+#include <QDir>
 #include <QFileInfo>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -16,10 +19,16 @@ namespace tonequill {
 namespace {
 
 const QString kExtension = u"wav"_s;
+const QString kEventName = u"Tonequill"_s;
 
 QString freePathFor(const QString& folder, const QString& name)
 {
     return Files::uniqueFreePath(folder, FileNames::safe(name), kExtension);
+}
+
+FinalCut::Clip clipOf(const QString& name, const QString& path, const ExportResult& result)
+{
+    return FinalCut::Clip::make(name, path, result.frames, result.sampleRate, result.channels);
 }
 
 } // namespace
@@ -38,13 +47,13 @@ QCoro::Task<ExportResult> AppModel::exportPart(SoundItem item, double start, dou
     return background(work);
 }
 
-QCoro::Task<SoundItem> AppModel::addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly,
-                                         EffectSettings effects)
+QCoro::Task<AppModel::AddedPart> AppModel::addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly,
+                                                   EffectSettings effects)
 {
     const ScratchFile file = ScratchFile::withExtension(kExtension);
-    co_await exportPart(source, part.start, part.end, effects, file.path());
+    const ExportResult result = co_await exportPart(source, part.start, part.end, effects, file.path());
     const SoundItem added = co_await m_library->importFile(file.path(), SoundOrigin::cut, source.tags);
-    co_return m_library->update(added, [&](SoundItem& record) {
+    const SoundItem item = m_library->update(added, [&](SoundItem& record) {
         record.name = name;
         record.nameIsAuto = isOnly ? source.nameIsAuto : std::optional(false);
         record.sourceID = source.sourceID;
@@ -52,6 +61,7 @@ QCoro::Task<SoundItem> AppModel::addPart(SoundItem source, EditorModel::Part par
         record.credit = source.credit;
         record.pageURL = source.pageURL;
     });
+    co_return AddedPart{item, clipOf(name, m_library->path(item), result)};
 }
 
 QCoro::Task<> AppModel::addToLibrary(TheSource theSource)
@@ -63,23 +73,37 @@ QCoro::Task<> AppModel::addToLibrary(TheSource theSource)
     const SoundItem source = *selectedItem();
     const EffectSettings effects = effectsFor(source);
     const QStringList names = PartExport::names(source, parts);
-    QList<SoundItem> added;
+    QList<FinalCut::Clip> clips;
+    QSet<QUuid> ids;
+    QUuid first;
     try {
-        for (std::size_t i = 0; i < parts.size(); ++i)
-            added << co_await addPart(source, parts[i], names[qsizetype(i)], parts.size() == 1, effects);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            const AddedPart added = co_await addPart(source, parts[i], names[qsizetype(i)], parts.size() == 1, effects);
+            clips << added.clip;
+            ids << added.item.id;
+            if (i == 0)
+                first = added.item.id;
+        }
     } catch (const std::exception& error) {
         say(messageOf(error), Tone::error);
         co_return; // what was finished stays, and so does the source
     }
     if (theSource == TheSource::isReplaced && source.origin != SoundOrigin::cut)
         m_library->deleteItems({source});
-    QSet<QUuid> ids;
-    for (const SoundItem& item : std::as_const(added))
-        ids.insert(item.id);
     setMulti(ids); // before the selection, which would replace it
-    setSelection(added.first().id);
-    say(added.size() == 1 ? u"Added “%1” to your library."_s.arg(added.first().name)
-                          : u"Added %1 sounds to your library."_s.arg(added.size()));
+    setSelection(first);
+    QString text = parts.size() == 1 ? u"Added “%1” to your library."_s.arg(names.first())
+                                     : u"Added %1 sounds to your library."_s.arg(parts.size());
+    if (m_alsoFinalCut && canSendToFinalCut()) {
+        try {
+            FinalCut::send(clips, m_library->folder(), kEventName, m_apps, m_clock);
+            text += u" They're also in Final Cut Pro."_s;
+        } catch (const std::exception& error) {
+            say(messageOf(error), Tone::error);
+            co_return;
+        }
+    }
+    say(text);
 }
 
 QCoro::Task<> AppModel::saveToDesktop()
@@ -120,6 +144,30 @@ QCoro::Task<> AppModel::saveToDesktop(QList<SoundItem> items)
         co_return;
     }
     say(u"Saved %1 sounds to %2."_s.arg(items.size()).arg(QFileInfo(folder).fileName()));
+}
+
+QCoro::Task<> AppModel::sendToFinalCut(QList<SoundItem> items)
+{
+    if (items.isEmpty() || !canSendToFinalCut())
+        co_return;
+    const Working working(*this);
+    // The files stay for ever: the application refers to them where they lie.
+    const QString folder = m_library->folder() + u"/FinalCut"_s;
+    try {
+        if (!QDir().mkpath(folder))
+            throw FileError(FileError::Action::write, folder, errno);
+        QList<FinalCut::Clip> clips;
+        for (const SoundItem& item : std::as_const(items)) {
+            const QString path = freePathFor(folder, item.name);
+            const ExportResult result = co_await exportPart(item, 0, item.duration, effectsFor(item), path);
+            clips << clipOf(item.name, path, result);
+        }
+        FinalCut::send(clips, folder, kEventName, m_apps, m_clock);
+    } catch (const std::exception& error) {
+        say(messageOf(error), Tone::error);
+        co_return;
+    }
+    say(u"Sent %1 sounds to Final Cut Pro."_s.arg(items.size()));
 }
 
 } // namespace tonequill

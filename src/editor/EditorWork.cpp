@@ -5,6 +5,8 @@
 #include "editor/CandidateLabels.h"
 #include "understanding/SoundClassifier.h"
 
+#include <QThreadPool>
+
 namespace tonequill {
 
 namespace {
@@ -12,10 +14,13 @@ namespace {
 constexpr int kLabelsToTell = 6;
 
 // A range that can't be listened to is one that nothing was heard in.
-std::vector<HeardLabel> heardIn(const SoundClassifier& classifier, const QString& path, double start, double end, int top)
+std::vector<HeardLabel> heardIn(const SoundClassifier& classifier, const QString& path, double start, double end, int top,
+                                const ProgressPtr& progress)
 {
     try {
-        return classifier.classify(path, start, end, top);
+        return classifier.classify(path, start, end, top, progress.get());
+    } catch (const Cancelled&) {
+        return {};
     } catch (const std::exception&) {
         return {};
     }
@@ -28,6 +33,12 @@ BackgroundEditorWork::BackgroundEditorWork(const SoundClassifier& classifier, Au
       m_output(output)
 {}
 
+BackgroundEditorWork::~BackgroundEditorWork()
+{
+    m_listening->cancel();
+    QThreadPool::globalInstance()->waitForDone();
+}
+
 QCoro::Task<AudioAnalysis> BackgroundEditorWork::analyze(QString path, ProgressPtr progress)
 {
     const auto work = [path, progress] { return AudioAnalyzer::analyze(path, progress.get()); };
@@ -36,9 +47,9 @@ QCoro::Task<AudioAnalysis> BackgroundEditorWork::analyze(QString path, ProgressP
 
 QCoro::Task<std::vector<CutCandidate>> BackgroundEditorWork::label(std::vector<CutCandidate> candidates, QString path)
 {
-    const auto work = [&classifier = m_classifier, candidates, path] {
+    const auto work = [&classifier = m_classifier, progress = m_listening, candidates, path] {
         const auto strongest = [&](double start, double end) -> std::optional<HeardLabel> {
-            const auto labels = heardIn(classifier, path, start, end, 1);
+            const auto labels = heardIn(classifier, path, start, end, 1, progress);
             return labels.empty() ? std::nullopt : std::optional(labels.front());
         };
         return CandidateLabels::label(candidates, strongest);
@@ -48,8 +59,8 @@ QCoro::Task<std::vector<CutCandidate>> BackgroundEditorWork::label(std::vector<C
 
 QCoro::Task<std::vector<HeardLabel>> BackgroundEditorWork::classify(QString path, double start, double end)
 {
-    const auto work = [&classifier = m_classifier, path, start, end] {
-        return heardIn(classifier, path, start, end, kLabelsToTell);
+    const auto work = [&classifier = m_classifier, progress = m_listening, path, start, end] {
+        return heardIn(classifier, path, start, end, kLabelsToTell, progress);
     };
     return background(work);
 }

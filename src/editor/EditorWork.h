@@ -39,10 +39,12 @@ public:
     virtual QCoro::Task<std::shared_ptr<AudioPlayer>> open(QString path) = 0;
 };
 
-// The real one, on the thread pool. Both outlive it and what it was asked for.
+// The real one, on the thread pool. The others outlive it; when it goes, what was
+// asked for is cancelled and waited for.
 class BackgroundEditorWork final : public EditorWork {
 public:
     BackgroundEditorWork(const SoundClassifier& classifier, AudioOutput& output);
+    ~BackgroundEditorWork() override;
 
     QCoro::Task<AudioAnalysis> analyze(QString path, ProgressPtr progress) override;
     QCoro::Task<std::vector<CutCandidate>> label(std::vector<CutCandidate> candidates, QString path) override;
@@ -53,6 +55,7 @@ public:
 private:
     const SoundClassifier& m_classifier;
     AudioOutput& m_output;
+    ProgressPtr m_listening = std::make_shared<Progress>(); // cancelled at the end
 };
 
 } // namespace tonequill

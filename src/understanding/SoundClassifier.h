@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Progress.h"
 #include "understanding/HeardLabel.h"
 #include "understanding/SoundEventModel.h"
 
@@ -46,7 +47,8 @@ public:
     // of about one second. A file of any length is read in blocks.
     // Throws AudioFileError, and SoundModelError for a broken network of the
     // user's unless the choice is to fall back.
-    std::vector<HeardLabel> classify(const QString& path, double start, double end, int top) const;
+    std::vector<HeardLabel> classify(const QString& path, double start, double end, int top,
+                                     const Progress* progress = nullptr) const;
 
 private:
     std::shared_ptr<const SoundEventModel> model() const;

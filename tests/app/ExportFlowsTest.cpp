@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeOtherApps.h"
 #include "platform/AudioFile.h"
 #include "support/Await.h"
 #include "support/Printing.h"
@@ -24,6 +25,7 @@ protected:
     {
         QDir().mkpath(saved());
         model.setSaveFolderPath(saved());
+        apps.isThere = false;
     }
 
     QString saved() const { return folder.filePath(u"Sounds"_s); }
@@ -81,8 +83,9 @@ protected:
     QTemporaryDir folder;
     test::FakeClock clock;
     test::FakeEditorWork work;
+    test::FakeOtherApps apps;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel model{defaults, clock, work, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
+    AppModel model{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
 };
 
 } // namespace
@@ -269,4 +272,81 @@ TEST_F(ExportFlowsTest, ALongOrForeignNameIsSavedAsFarAsItFits)
         EXPECT_FALSE(model.noticeIsError()) << name.toStdString() << ": " << model.noticeText().toStdString();
     }
     EXPECT_EQ(savedFiles().size(), 4);
+}
+
+// Final Cut Pro
+
+TEST_F(ExportFlowsTest, WithoutTheApplicationNothingIsSent)
+{
+    const SoundItem door = open();
+    const QString said = model.noticeText();
+    EXPECT_FALSE(model.canSendToFinalCut());
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_EQ(model.noticeText(), said);
+    EXPECT_FALSE(QFile::exists(model.library().folder() + u"/FinalCut"_s));
+}
+
+TEST_F(ExportFlowsTest, AddedPartsGoToFinalCutAsWell)
+{
+    apps.isThere = true;
+    open();
+    model.editor().setRange(0, 1);
+    test::await(model.addToLibrary());
+    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library. They're also in Final Cut Pro."_s);
+    ASSERT_EQ(apps.opened.size(), 1);
+    EXPECT_TRUE(apps.opened.first().startsWith(model.library().folder() + u"/Tonequill "_s));
+    QFile document(apps.opened.first());
+    ASSERT_TRUE(document.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(document.readAll());
+    EXPECT_TRUE(text.contains(u"name=\"Door\""_s));
+    EXPECT_TRUE(text.contains(u"duration=\"48000/48000s\""_s));
+    EXPECT_TRUE(text.contains(model.selectedItem()->fileName)); // the file in the library
+
+    model.setAlsoFinalCut(false);
+    test::await(model.addToLibrary());
+    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library."_s);
+    EXPECT_EQ(apps.opened.size(), 1);
+}
+
+TEST_F(ExportFlowsTest, SendingMakesAFileForEachHandOff)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    test::await(model.sendToFinalCut({}));
+    EXPECT_EQ(working.count(), 0);
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_EQ(model.noticeText(), u"Sent 1 sounds to Final Cut Pro."_s);
+    EXPECT_FALSE(model.noticeIsError());
+    test::await(model.sendToFinalCut({door, door}));
+    EXPECT_EQ(model.noticeText(), u"Sent 2 sounds to Final Cut Pro."_s);
+    const QDir sent(model.library().folder() + u"/FinalCut"_s);
+    EXPECT_EQ(sent.entryList({u"*.wav"_s}, QDir::Files, QDir::Name),
+              (QStringList{u"Door 2.wav"_s, u"Door 3.wav"_s, u"Door.wav"_s}));
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ExportFlowsTest, AnExportThatFailsMakesNoDocument)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    SoundItem gone = door;
+    gone.fileName = u"gone.wav"_s;
+    test::await(model.sendToFinalCut({door, gone}));
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_TRUE(apps.opened.isEmpty());
+    EXPECT_FALSE(model.isWorking());
+    const QDir sent(model.library().folder() + u"/FinalCut"_s);
+    EXPECT_EQ(sent.entryList(QDir::Files), QStringList{u"Door.wav"_s});
+}
+
+TEST_F(ExportFlowsTest, AFolderThatCannotBeMadeIsSaid)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    test::writeBytes(model.library().folder() + u"/FinalCut"_s, "in the way");
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_TRUE(model.noticeText().contains(u"FinalCut"_s)) << model.noticeText().toStdString();
+    EXPECT_FALSE(model.isWorking());
 }

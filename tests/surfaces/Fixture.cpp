@@ -63,7 +63,8 @@ void Fixture::start(int count)
     for (int i = 1; i <= count; ++i)
         m_folder->add(u"Sound %1"_s.arg(i)).descriptors = {u"short"_s, u"hit"_s};
     m_folder->write();
-    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, std::make_unique<LibraryStore>(m_clock, m_folder->path()));
+    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, m_apps,
+                                       std::make_unique<LibraryStore>(m_clock, m_folder->path()));
     m_model = std::make_unique<WindowModel>(*m_app, [this] {
         ++m_filesAskedFor;
         Q_EMIT filesAskedForChanged();

@@ -2,6 +2,7 @@
 
 #include "fakes/FakeAudioOutput.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "ui/ThemeStore.h"
 #include "ui/WindowModel.h"
@@ -70,6 +71,7 @@ Q_SIGNALS:
 private:
     FakeClock m_clock;
     FakeAudioOutput m_output;
+    FakeOtherApps m_apps;
     SoundClassifier m_classifier;
     BackgroundEditorWork m_work{m_classifier, m_output};
     QTemporaryDir m_settings;
