@@ -2,12 +2,13 @@
 _tonequill_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-}
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "add list show delete analyze peaks parts export render mix --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "add list show delete analyze peaks listen parts export render mix --help --version" -- "$word")
     elif [[ $word == -* ]]; then
         local options="--help --json"
         case $command in
         add | list | show | delete) options+=" --library" ;;
         peaks) options+=" --bins" ;;
+        listen) options+=" --start --end --top" ;;
         parts) options+=" --max" ;;
         export) options+=" --start --end --preset --fade-in --fade-out" ;;
         render) options+=" --start --end --preset --effects" ;;

@@ -31,6 +31,7 @@ int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
 int analyze(const QStringList& arguments);
 int peaks(const QStringList& arguments);
+int listen(const QStringList& arguments);
 int parts(const QStringList& arguments);
 int exportPart(const QStringList& arguments);
 int render(const QStringList& arguments);

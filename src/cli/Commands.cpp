@@ -13,6 +13,7 @@ std::span<const Command> commands()
         Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
         Command{"analyze", "FILE", "Analyse a file without taking it in.", analyze},
         Command{"peaks", "FILE", "Print the waveform of a file.", peaks},
+        Command{"listen", "FILE", "Tell what a recording sounds like.", listen},
         Command{"parts", "FILE", "Find the best parts of a recording.", parts},
         Command{"export", "FILE OUTPUT", "Write a range as a finished file.", exportPart},
         Command{"render", "FILE OUTPUT", "Write a range with effects.", render},
