@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
@@ -19,6 +18,7 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <optional>
 
 using namespace tonequill;
@@ -107,10 +107,12 @@ public:
 
     explicit FileManager(Answer answer) : m_answer(answer)
     {
-        m_daemon.start(u"/usr/bin/dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
-        if (!m_daemon.waitForReadyRead(10'000))
-            return;
-        const QByteArray address = m_daemon.readLine().trimmed();
+        const QString told = test::makeFile(u"dbus"_s, {});
+        const QString line = u"dbus-daemon --session --fork --print-address=1 --print-pid=1 >'"_s + told + u'\'';
+        EXPECT_EQ(test::run(u"/bin/sh"_s, {u"-c"_s, u"PATH=/usr/bin "_s + line}), 0);
+        const QByteArrayList lines = test::bytesOfFile(told).split('\n');
+        const QByteArray& address = lines.value(0);
+        m_daemon = lines.value(1).toInt();
         m_address.emplace("DBUS_SESSION_BUS_ADDRESS", address);
         QDBusConnection bus = QDBusConnection::connectToBus(QString::fromUtf8(address), kConnection);
         isThere = bus.registerService(u"org.freedesktop.FileManager1"_s) &&
@@ -119,8 +121,8 @@ public:
     ~FileManager() override
     {
         QDBusConnection::disconnectFromBus(kConnection);
-        m_daemon.kill();
-        m_daemon.waitForFinished(5'000);
+        if (m_daemon > 0)
+            kill(m_daemon, SIGTERM);
     }
 
     QString introspect(const QString&) const override { return {}; }
@@ -142,7 +144,7 @@ public:
 private:
     const QString kConnection = u"file manager"_s;
     Answer m_answer;
-    QProcess m_daemon;
+    pid_t m_daemon = 0;
     std::optional<test::Environment> m_address;
 };
 
