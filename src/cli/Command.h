@@ -36,5 +36,7 @@ int parts(const QStringList& arguments);
 int exportPart(const QStringList& arguments);
 int render(const QStringList& arguments);
 int mix(const QStringList& arguments);
+int save(const QStringList& arguments);
+int fcpxml(const QStringList& arguments);
 
 } // namespace tonequill::cli

@@ -10,8 +10,8 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "platform/AudioFile.h"
+#include "platform/ScratchFile.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <cmath>
@@ -26,12 +26,6 @@ namespace {
 // Cuts get these ramps against clicks; who wants none says 0.
 constexpr double kFadeInSeconds = 0.004;
 constexpr double kFadeOutSeconds = 0.03;
-
-// A temporary file that is removed on every way out.
-struct Temporary {
-    QString path;
-    ~Temporary() { QFile::remove(path); }
-};
 
 void addPreset(Options& options, const QString& standard)
 {
@@ -195,8 +189,8 @@ int render(const QStringList& arguments)
     return reporting([&] {
         const auto progress = std::make_shared<Progress>();
         const terminal::ProgressLine line(QFileInfo(source).fileName(), progress);
-        const Temporary rendered{EffectRenderer::render(source, range->start, range->end, *effects, progress.get())};
-        return tellWritten(options, output, AudioExporter::exportRange({rendered.path, 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile rendered(EffectRenderer::render(source, range->start, range->end, *effects, progress.get()));
+        return tellWritten(options, output, AudioExporter::exportRange({rendered.path(), 0, kToTheEnd, *preset, 0, 0}, output));
     });
 }
 
@@ -235,8 +229,8 @@ int mix(const QStringList& arguments)
         const auto sum = Mixer::mix(pieces);
         if (!sum)
             throw RenderError::memory();
-        const Temporary mixed{EffectRenderer::writeTemp(*sum)};
-        return tellWritten(options, output, AudioExporter::exportRange({mixed.path, 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile mixed(EffectRenderer::writeTemp(*sum));
+        return tellWritten(options, output, AudioExporter::exportRange({mixed.path(), 0, kToTheEnd, *preset, 0, 0}, output));
     });
 }
 
