@@ -12,11 +12,29 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
     : m_app(app),
       m_askForFiles(std::move(askForFiles)),
       m_library(app),
-      m_sound(app.editor())
+      m_sound(app)
 {
     connect(&app, &AppModel::sectionChanged, this, &WindowModel::sectionChanged);
     connect(&app, &AppModel::noticeChanged, this, &WindowModel::noticeChanged);
+    connect(&app, &AppModel::isWorkingChanged, this, [this] {
+        m_isAdding = m_isAdding && isWorking();
+        Q_EMIT isWorkingChanged();
+    });
 }
+
+void WindowModel::addToLibrary()
+{
+    m_isAdding = true;
+    startFlow(m_app.addToLibrary());
+}
+
+void WindowModel::saveToDesktop()
+{
+    startFlow(m_app.saveToDesktop());
+}
+
+void WindowModel::dragParts(QQuickItem*)
+{}
 
 void WindowModel::addFiles(const QStringList& paths)
 {

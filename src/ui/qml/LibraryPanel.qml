@@ -7,6 +7,10 @@ Panel {
 
     required property WindowModel model
 
+    function takeFocus() {
+        list.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     padding: Metrics.spaceS
 
     LibraryList {

@@ -1,0 +1,15 @@
+import QtQuick
+import Tonequill
+
+// Where a row goes on beyond the edge of what is shown. It darkens towards its
+// right; the panel's colour is translucent, so that its ground is mixed in.
+Rectangle {
+    readonly property color ground: Qt.tint(Theme.windowBase, Theme.panel)
+
+    width: Metrics.spaceXl * 2
+    gradient: Gradient {
+        orientation: Gradient.Horizontal
+        GradientStop { position: 0; color: Qt.rgba(ground.r, ground.g, ground.b, 0) }
+        GradientStop { position: 1; color: ground }
+    }
+}
