@@ -215,8 +215,14 @@ void AppModel::setSaveFolderPath(std::optional<QString> path)
 
 QString AppModel::saveFolder() const
 {
-    if (m_saveFolderPath && QFileInfo::exists(*m_saveFolderPath))
-        return *m_saveFolderPath;
+    return saveFolder(m_defaults);
+}
+
+QString AppModel::saveFolder(const Defaults& defaults)
+{
+    const auto chosen = defaults.text(kSaveFolderPath);
+    if (chosen && QFileInfo::exists(*chosen))
+        return *chosen;
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }
 

@@ -105,6 +105,7 @@ public:
     void setSaveFolderPath(std::optional<QString> path);
     // The chosen folder while it exists, else the desktop.
     QString saveFolder() const;
+    static QString saveFolder(const Defaults& defaults); // as it is stored
 
     // Flows (ImportFlows.cpp).
 

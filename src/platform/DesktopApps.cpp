@@ -73,12 +73,13 @@ bool start(QStringList command)
 bool showInFileManager(const QString& path, std::chrono::milliseconds patience)
 {
     // Without an address the library would start a bus of its own.
-    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS"))
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (address.isEmpty())
         return false;
     const QString name = QUuid::createUuid().toString();
     bool isShown = false;
     {
-        const QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, name);
+        const QDBusConnection bus = QDBusConnection::connectToBus(address, name);
         auto call = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
                                                    u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
         call << QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)} << QString();

@@ -38,6 +38,10 @@ public:
     // Labels that count as voice or music and not as a sound effect.
     static const QSet<QString>& voiceAndMusic();
 
+    // Loads the network now instead of with the first question. Throws
+    // SoundModelError as classify() does.
+    void prepare() const { model(); }
+
     // The labels above 0.05 other than "silence", strongest first, at most `top`;
     // of equals the earlier one first. REQUIRES: best.size() == labels.size().
     static std::vector<HeardLabel> strongest(const QStringList& labels, const std::vector<double>& best, int top);
