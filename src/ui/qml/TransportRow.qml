@@ -10,6 +10,22 @@ Item {
 
     height: Metrics.play
 
+    Shortcut {
+        sequence: "Ctrl+-"
+        onActivated: transport.stage.zoomOut()
+    }
+    Shortcut {
+        sequences: ["Ctrl++", "Ctrl+="]
+        onActivated: transport.stage.zoomIn()
+    }
+    Shortcut {
+        sequence: "Ctrl+9"
+        onActivated: transport.stage.zoomToSelection()
+    }
+    Shortcut {
+        sequence: "Ctrl+0"
+        onActivated: transport.stage.showWhole()
+    }
     PlayButton {
         id: play
         objectName: "playButton"
@@ -109,6 +125,7 @@ Item {
             enabled: transport.stage.zoom > 1
             iconName: "zoom-out"
             text: "Zoom out"
+            keys: "Ctrl+-"
             onClicked: transport.stage.zoomOut()
         }
         IconButton {
@@ -116,18 +133,21 @@ Item {
             enabled: transport.stage.canZoomIn
             iconName: "zoom-in"
             text: "Zoom in (or pinch)"
+            keys: "Ctrl++"
             onClicked: transport.stage.zoomIn()
         }
         IconButton {
             objectName: "zoomSelectionButton"
             iconName: "zoom-selection"
             text: "Zoom to the selected part"
+            keys: "Ctrl+9"
             onClicked: transport.stage.zoomToSelection()
         }
         IconButton {
             objectName: "showWholeButton"
             iconName: "zoom-fit"
             text: "Show the whole sound"
+            keys: "Ctrl+0"
             onClicked: transport.stage.showWhole()
         }
     }
