@@ -25,7 +25,7 @@ int VoicesModel::rowCount(const QModelIndex& parent) const
 
 QHash<int, QByteArray> VoicesModel::roleNames() const
 {
-    return {{LabelRole, "label"}, {IconRole, "iconName"}, {HintRole, "hint"}, {ChosenRole, "chosen"}};
+    return {{LabelRole, "label"}, {IconRole, "glyph"}, {HintRole, "hint"}, {ChosenRole, "chosen"}};
 }
 
 QVariant VoicesModel::data(const QModelIndex& index, int role) const

@@ -29,12 +29,14 @@ Column {
             Chip {
                 required property int index
                 required property string label
+                required property string glyph
                 required property string hint
                 required property bool chosen
 
                 width: Math.round((grid.width - 2 * grid.spacing) * grid.shares[index % 3])
                 isCompact: control.isCompact
                 isLeftAligned: true
+                iconName: glyph
                 text: label
                 tip: control.isCompact ? label + ". " + hint : hint
                 isPicked: chosen
