@@ -49,7 +49,11 @@ void WindowModel::dragParts(QQuickItem* from)
 
 void WindowModel::dragRow(int row, QQuickItem* from)
 {
-    dragOut(from, m_app.stageFiles(m_library.meantBy(row)));
+    const QList<SoundItem> sounds = m_library.meantBy(row);
+    if (sounds.size() == 1) // one that can't be staged goes out under the library's own name
+        dragOut(from, {{m_app.dragProvider(sounds.first()).path}, sounds.first().name});
+    else
+        dragOut(from, m_app.stageFiles(sounds));
 }
 
 void WindowModel::dragOut(QQuickItem* from, const AppModel::StagedFiles& files)

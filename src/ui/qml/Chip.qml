@@ -53,7 +53,7 @@ T.AbstractButton {
             id: row
             anchors.verticalCenter: parent.verticalCenter
             anchors.horizontalCenter: control.isLeftAligned && !control.isCompact ? undefined : parent.horizontalCenter
-            spacing: Metrics.spaceS
+            spacing: control.isLeftAligned ? Metrics.spaceXs : Metrics.spaceS
 
             Icon {
                 visible: control.iconName !== ""
@@ -82,7 +82,10 @@ T.AbstractButton {
     }
 
     TapHandler { // a button's own click doesn't tell
-        onPressedChanged: control.held = pressed ? point.modifiers : control.held
+        onPressedChanged: {
+            if (pressed)
+                control.held = point.modifiers | Qt.NoModifier;
+        }
     }
     Tip {
         control: control

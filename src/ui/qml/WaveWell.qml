@@ -118,6 +118,12 @@ Card {
                 color: Theme.cursor
                 opacity: Metrics.mutedRegion
             }
+            HoverTime {
+                visible: stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
+                x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
+                y: Metrics.spaceXs
+                text: stage.hoverText
+            }
             Rectangle {
                 visible: stage.cursorX >= 0
                 x: Math.round(stage.cursorX)
@@ -142,6 +148,7 @@ Card {
             }
             Rectangle {
                 objectName: "lengthPill"
+                visible: stage.endX > 0 && stage.startX < stage.width
                 x: Math.round(stage.pillX(width, stage.startX, stage.endX))
                 y: parent.height - height - Metrics.spaceL - Metrics.focusGap / 2
                 width: lengthLabel.width + 2 * Metrics.spaceS - 1
@@ -197,11 +204,5 @@ Card {
         width: Metrics.handle
         height: Metrics.spaceS
         color: Theme.playhead
-    }
-    HoverTime {
-        visible: stage.isHovered && well.sound.isReady
-        x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, stage.x + Math.round(stage.hoverX - width / 2)))
-        y: Metrics.hairline + (Metrics.ruler - height) / 2
-        text: stage.hoverText
     }
 }
