@@ -17,7 +17,7 @@ constexpr int kBlockFrames = 1'024; // 21 ms
 constexpr auto kPatience = 1s;      // with a sound server that doesn't answer
 constexpr auto kLookEvery = 200ms;  // at a device that is open
 constexpr auto kIdleTime = 5s;      // until a device that is silent is closed
-constexpr auto kStallTime = 2s;     // without a call until a device is taken for lost
+constexpr auto kStallTime = 5s;     // without a call until a device is taken for lost: wireless ones wake slowly
 
 static_assert(sizeof(StereoFrame) == 2 * sizeof(float));
 
