@@ -15,16 +15,16 @@ T.AbstractButton {
 
     property int held: Qt.NoModifier // while it was pressed
 
-    signal chosen(modifiers: int)
+    signal picked(modifiers: int)
 
     implicitWidth: isCompact ? Metrics.chip : row.implicitWidth + leftPadding + rightPadding
     implicitHeight: Metrics.chip
     horizontalPadding: Metrics.spaceS
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    onClicked: chosen(held)
-    Keys.onReturnPressed: event => chosen(event.modifiers)
-    Keys.onEnterPressed: event => chosen(event.modifiers)
+    onClicked: picked(held)
+    Keys.onReturnPressed: event => picked(event.modifiers)
+    Keys.onEnterPressed: event => picked(event.modifiers)
 
     Accessible.role: Accessible.Button
     Accessible.name: detail === "" ? text : text + ", " + detail

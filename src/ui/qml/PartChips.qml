@@ -72,7 +72,7 @@ Item {
                     text: chip.title
                     detail: chip.length
                     isPicked: marked
-                    onChosen: modifiers => section.sound.parts.choose(index, modifiers)
+                    onPicked: modifiers => section.sound.parts.choose(index, modifiers)
                     onActiveFocusChanged: {
                         if (activeFocus)
                             scroller.show(chip);
@@ -85,7 +85,7 @@ Item {
                 enabled: section.sound.isReady
                 text: "Whole file"
                 detail: section.sound.lengthText
-                onChosen: section.sound.playback.selectAll()
+                onPicked: section.sound.playback.selectAll()
                 onActiveFocusChanged: {
                     if (activeFocus)
                         scroller.show(whole);

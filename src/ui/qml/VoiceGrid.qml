@@ -40,7 +40,7 @@ Column {
                 text: label
                 tip: control.isCompact ? label + ". " + hint : hint
                 isPicked: chosen
-                onChosen: control.voices.choose(index)
+                onPicked: control.voices.choose(index)
             }
         }
     }

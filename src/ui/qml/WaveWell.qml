@@ -103,7 +103,7 @@ Card {
 
                     visible: !whole || marked
                     x: start * stage.pixelsPerSecond - stage.scrollX
-                    y: parent.height - height - Metrics.ribbon
+                    y: stage.height - height - Metrics.ribbon
                     width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
                     height: Metrics.ribbon
                     radius: height / 2
