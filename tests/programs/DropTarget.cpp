@@ -1,9 +1,11 @@
-// A window that takes drops, as a video editor would, and prints what it got:
-// the formats and the proposed action, then the path and the size of each file.
+// A window that files can be dropped on, as another editing program's: it prints
+// the formats of each drop and then the paths, a line each.
+//
+//     drop_target
 
 #include <QApplication>
+#include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QMimeData>
 #include <QUrl>
 #include <QWidget>
@@ -24,15 +26,18 @@ public:
     }
 
 private:
-    void dragEnterEvent(QDragEnterEvent* event) override { event->acceptProposedAction(); }
-
+    void dragEnterEvent(QDragEnterEvent* event) override
+    {
+        if (event->mimeData()->hasUrls() && event->possibleActions() & Qt::CopyAction) {
+            event->setDropAction(Qt::CopyAction);
+            event->accept();
+        }
+    }
     void dropEvent(QDropEvent* event) override
     {
-        const QMimeData& files = *event->mimeData();
-        std::printf("%s %s\n", event->possibleActions() == Qt::CopyAction ? "copy" : "other",
-                    qPrintable(files.formats().join(u' ')));
-        for (const QUrl& url : files.urls())
-            std::printf("%lld %s\n", QFileInfo(url.toLocalFile()).size(), qPrintable(url.toLocalFile()));
+        std::printf("formats %s\n", qPrintable(event->mimeData()->formats().join(u' ')));
+        for (const QUrl& url : event->mimeData()->urls())
+            std::printf("file %s\n", qPrintable(url.toLocalFile()));
         std::fflush(stdout);
         event->acceptProposedAction();
     }

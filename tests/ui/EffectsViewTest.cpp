@@ -115,13 +115,13 @@ TEST_F(EffectsViewTest, TheVoicesAreListedAndOneIsChosen)
     EXPECT_EQ(voices.data(voices.index(0), VoicesModel::LabelRole), u"Natural"_s);
     EXPECT_EQ(voices.data(voices.index(8), VoicesModel::LabelRole), u"Megaphone"_s);
     EXPECT_EQ(voices.data(voices.index(7), VoicesModel::IconRole), u"phone"_s);
-    EXPECT_TRUE(voices.data(voices.index(0), VoicesModel::ChosenRole).toBool());
+    EXPECT_TRUE(voices.data(voices.index(0), VoicesModel::CurrentRole).toBool());
     EXPECT_EQ(voices.hint(), u"The voice as it was recorded."_s);
     voices.choose(5);
     EXPECT_EQ(now().voice, VoiceStyle::robot);
     EXPECT_EQ(voices.hint(), u"Metallic and buzzing."_s);
-    EXPECT_TRUE(voices.data(voices.index(5), VoicesModel::ChosenRole).toBool());
-    EXPECT_FALSE(voices.data(voices.index(0), VoicesModel::ChosenRole).toBool());
+    EXPECT_TRUE(voices.data(voices.index(5), VoicesModel::CurrentRole).toBool());
+    EXPECT_FALSE(voices.data(voices.index(0), VoicesModel::CurrentRole).toBool());
     voices.choose(-1);
     EXPECT_EQ(now().voice, VoiceStyle::robot);
 }

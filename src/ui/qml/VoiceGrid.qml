@@ -31,7 +31,7 @@ Column {
                 required property string label
                 required property string glyph
                 required property string hint
-                required property bool chosen
+                required property bool isCurrent
 
                 width: Math.round((grid.width - 2 * grid.spacing) * grid.shares[index % 3])
                 isCompact: control.isCompact
@@ -39,7 +39,7 @@ Column {
                 iconName: glyph
                 text: label
                 tip: control.isCompact ? label + ". " + hint : hint
-                isPicked: chosen
+                isPicked: isCurrent
                 onPicked: control.voices.choose(index)
             }
         }
