@@ -8,7 +8,9 @@ Item {
 
     required property SoundView sound
 
-    implicitHeight: Metrics.heading.line + Metrics.spaceM + Metrics.chip - Metrics.spaceXs / 2
+    required property bool isNarrow
+
+    implicitHeight: Metrics.label.line + (isNarrow ? Metrics.spaceS : Metrics.spaceM) + Metrics.chip
 
     Label {
         id: head

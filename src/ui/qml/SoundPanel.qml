@@ -52,6 +52,7 @@ Item {
         y: line.y - height - (panel.isNarrow ? Metrics.spaceS : Metrics.spaceM)
         width: parent.width
         height: implicitHeight
+        isNarrow: panel.isNarrow
         sound: panel.sound
     }
     Hairline {
