@@ -17,9 +17,13 @@ constexpr int kBlockFrames = 1'024; // 21 ms
 constexpr auto kPatience = 1s;      // with a sound server that doesn't answer
 constexpr auto kLookEvery = 200ms;  // at a device that is open
 constexpr auto kIdleTime = 5s;      // until a device that is silent is closed
-constexpr auto kStallTime = 2s;     // without a call until a device is taken for lost
+constexpr auto kStallTime = 5s;     // without a call until a device is taken for lost: wireless ones wake slowly
 
 static_assert(sizeof(StereoFrame) == 2 * sizeof(float));
+
+// SDL is started and ended by one thread at a time, even if one of them hangs in
+// a sound server and its device has been given up.
+std::mutex sdlMutex;
 
 } // namespace
 
@@ -120,6 +124,7 @@ void SdlDevice::Body::open(std::unique_lock<std::mutex>& lock)
 {
     m_state = State::busy;
     lock.unlock();
+    std::unique_lock sdl(sdlMutex);
     SDL_SetMainReady();
     // The program's signals are not SDL's business.
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
@@ -143,6 +148,7 @@ void SdlDevice::Body::open(std::unique_lock<std::mutex>& lock)
     }
     if (id != 0)
         SDL_PauseAudioDevice(id, 0);
+    sdl.unlock();
     lock.lock();
     m_id = id;
     m_state = id != 0 ? State::open : State::closed;
@@ -155,8 +161,11 @@ void SdlDevice::Body::close(std::unique_lock<std::mutex>& lock)
         return;
     m_state = State::busy;
     lock.unlock();
-    SDL_CloseAudioDevice(m_id);
-    SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    {
+        const std::lock_guard sdl(sdlMutex);
+        SDL_CloseAudioDevice(m_id);
+        SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    }
     lock.lock();
     m_state = State::closed;
 }

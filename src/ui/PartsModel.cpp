@@ -40,7 +40,7 @@ void PartsModel::follow()
 
 QHash<int, QByteArray> PartsModel::roleNames() const
 {
-    return {{TitleRole, "title"},     {LengthRole, "length"}, {MarkedRole, "marked"}, {BestRole, "best"},
+    return {{TitleRole, "title"}, {LengthRole, "length"}, {MarkedRole, "marked"}, {BestRole, "best"},
             {WholeRole, "whole"}, {StartRole, "start"},   {EndRole, "end"}};
 }
 

@@ -1,5 +1,6 @@
 #include "ui/SoundView.h"
 
+#include "base/Background.h"
 #include "ui/LibraryListModel.h"
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,11 @@ SoundView::SoundView(AppModel& app) : m_app(app), m_parts(app.editor()), m_playb
     takeAnalysis();
 }
 
+SoundView::~SoundView()
+{
+    stopRefining();
+}
+
 void SoundView::takeItem()
 {
     const QUuid id = editor().item() ? editor().item()->id : QUuid();
@@ -37,16 +43,46 @@ void SoundView::takeItem()
 
 void SoundView::takeAnalysis()
 {
+    stopRefining();
     m_envelope = {};
     if (isReady()) {
         const AudioAnalysis& analysis = editor().analysis();
         m_envelope.data = std::make_shared<const Envelope::Data>(
-            Envelope::Data{analysis.peak, analysis.rms, std::max(analysis.hopSeconds, 1e-6)});
+            Envelope::Data{analysis.peak, analysis.rms, std::max(analysis.hopSeconds, 1e-6), {}});
+        if (analysis.peak.size() < FinePeaks::kMost) // a longer sound has enough of them
+            startFlow(refine(editor().path(), m_refinements.begin()));
     }
     isLoading() ? m_look.start() : m_look.stop();
     Q_EMIT envelopeChanged();
     Q_EMIT progressChanged();
     Q_EMIT changed();
+}
+
+QCoro::Task<> SoundView::refine(QString path, Ticket ticket)
+{
+    const auto progress = m_refining = std::make_shared<Progress>();
+    FinePeaks fine;
+    try {
+        const auto work = [path, progress] { return FinePeaks::read(path, *progress); };
+        fine = co_await background(work);
+    } catch (const Cancelled&) {
+        co_return;
+    } catch (const std::exception&) {
+        co_return; // the wave stays as it was analysed
+    }
+    if (!ticket.isCurrent())
+        co_return;
+    auto data = std::make_shared<Envelope::Data>(*m_envelope.data);
+    data->fine = std::move(fine);
+    m_envelope.data = std::move(data);
+    Q_EMIT envelopeChanged();
+}
+
+void SoundView::stopRefining()
+{
+    m_refinements.cancel();
+    if (m_refining)
+        m_refining->cancel();
 }
 
 QString SoundView::name() const

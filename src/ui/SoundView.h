@@ -40,6 +40,7 @@ class SoundView : public QObject {
 
 public:
     explicit SoundView(AppModel& app);
+    ~SoundView() override;
 
     EditorModel& editor() const { return m_app.editor(); }
 
@@ -80,6 +81,8 @@ Q_SIGNALS:
 private:
     void takeItem();
     void takeAnalysis();
+    QCoro::Task<> refine(QString path, Ticket ticket);
+    void stopRefining();
     void update(const std::function<void(SoundItem&)>& change);
 
     AppModel& m_app;
@@ -89,6 +92,8 @@ private:
     PlaybackView m_playback;
     EffectsView m_effects;
     QTimer m_look; // while the analysis runs
+    Tickets m_refinements;
+    ProgressPtr m_refining;
 };
 
 } // namespace tonequill

@@ -25,7 +25,7 @@ int VoicesModel::rowCount(const QModelIndex& parent) const
 
 QHash<int, QByteArray> VoicesModel::roleNames() const
 {
-    return {{LabelRole, "label"}, {IconRole, "iconName"}, {HintRole, "hint"}, {ChosenRole, "chosen"}};
+    return {{LabelRole, "label"}, {IconRole, "glyph"}, {HintRole, "hint"}, {CurrentRole, "isCurrent"}};
 }
 
 QVariant VoicesModel::data(const QModelIndex& index, int role) const
@@ -40,7 +40,7 @@ QVariant VoicesModel::data(const QModelIndex& index, int role) const
         return QString::fromUtf16(kIcons[std::size_t(index.row())]);
     case HintRole:
         return hintOf(style);
-    case ChosenRole:
+    case CurrentRole:
         return style == m_shown;
     default:
         return {};
@@ -61,7 +61,7 @@ void VoicesModel::follow()
     if (m_editor.effects().voice == m_shown)
         return;
     m_shown = m_editor.effects().voice;
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {ChosenRole});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {CurrentRole});
     Q_EMIT chosenChanged();
 }
 

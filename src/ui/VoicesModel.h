@@ -15,7 +15,7 @@ class VoicesModel : public QAbstractListModel {
     Q_PROPERTY(QString hint READ hint NOTIFY chosenChanged FINAL)
 
 public:
-    enum Role { LabelRole = Qt::DisplayRole, IconRole = Qt::UserRole, HintRole, ChosenRole };
+    enum Role { LabelRole = Qt::DisplayRole, IconRole = Qt::UserRole, HintRole, CurrentRole };
     Q_ENUM(Role)
 
     explicit VoicesModel(EditorModel& editor);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/FinePeaks.h"
 #include "ui/ImageItem.h"
 
 #include <QColor>
@@ -29,6 +30,7 @@ public:
         std::vector<float> peak;
         std::vector<float> rms; // as long as peak
         double hopSeconds = 0.01;
+        FinePeaks fine; // for a close look; empty until they have been read
     };
     std::shared_ptr<const Data> data; // null for none
     bool operator==(const Envelope&) const = default;

@@ -12,9 +12,9 @@ namespace tonequill {
 
 namespace {
 
-constexpr double kHit = 32;          // how wide a handle can be hit
-constexpr double kPillGap = 9;       // between the pill and the range's edge
-constexpr double kWheelPixels = 0.5; // of a wheel's eighths of a degree: 60 pixels a notch
+constexpr double kHit = 32;              // how wide a handle can be hit
+constexpr double kPillGap = 9;           // between the pill and the range's edge
+constexpr double kWheelPixels = 0.5;     // of a wheel's eighths of a degree: 60 pixels a notch
 constexpr double kWheelZoom = 1.0 / 480; // a notch of the wheel zooms by 2^(1/4)
 
 double sidewaysOf(const QWheelEvent& wheel)
@@ -192,10 +192,10 @@ void WaveStage::hover(double x)
     m_isHovered = true;
     m_hoverX = x;
     const auto edge = WaveGeometry::edgeAt(x, startX(), endX(), kHit);
-    m_hoveredGrip = m_grip != NoGrip                     ? m_grip
-                    : edge == WaveGeometry::Edge::start  ? StartGrip
-                    : edge == WaveGeometry::Edge::end    ? EndGrip
-                                                         : NoGrip;
+    m_hoveredGrip = m_grip != NoGrip                    ? m_grip
+                    : edge == WaveGeometry::Edge::start ? StartGrip
+                    : edge == WaveGeometry::Edge::end   ? EndGrip
+                                                        : NoGrip;
     setCursor(m_hoveredGrip == NoGrip ? Qt::ArrowCursor : Qt::SizeHorCursor);
     Q_EMIT hoverChanged();
 }

@@ -8,10 +8,10 @@ namespace tonequill {
 namespace {
 
 constexpr double kNoDifference = 0.001;
-constexpr double kShortestPart = 0.05;  // seconds that a zoom shows of a shorter part
+constexpr double kShortestPart = 0.05;   // seconds that a zoom shows of a shorter part
 constexpr double kRoomAroundPart = 1.25; // so that the part fills 80 % of the view
-constexpr double kPageEnd = 30;         // pixels before the edge at which the page turns
-constexpr double kPageStart = 0.15;     // of the view, where the playhead then runs on
+constexpr double kPageEnd = 30;          // pixels before the edge at which the page turns
+constexpr double kPageStart = 0.15;      // of the view, where the playhead then runs on
 
 } // namespace
 

@@ -40,7 +40,8 @@ QImage WaveformView::render(const QSize& pixels, double scale)
     const double from = view.xOf(m_rangeStart);
     const double to = view.xOf(m_rangeEnd);
     const auto isInside = [from, to](std::size_t column) { return double(column) + 0.5 >= from && double(column) + 0.5 < to; };
-    const auto peaks = WaveGeometry::columns(data.peak, data.hopSeconds, view);
+    const auto peaks = data.fine.values.empty() ? WaveGeometry::columns(data.peak, data.hopSeconds, view)
+                                                : WaveGeometry::columns(data.fine.values, data.fine.hopSeconds, view);
     if (m_endColor.isValid()) {
         const double length = std::max(to - from, 1.0);
         drawColumns(image, peaks, scale, [&](std::size_t column) {
@@ -50,8 +51,10 @@ QImage WaveformView::render(const QSize& pixels, double scale)
         return image;
     }
     drawColumns(image, peaks, scale, [&](std::size_t column) { return isInside(column) ? m_rangePeakColor : m_peakColor; });
-    drawColumns(image, WaveGeometry::columns(data.rms, data.hopSeconds, view), scale,
-                [&](std::size_t column) { return isInside(column) ? m_rangeRmsColor : m_rmsColor; });
+    auto rms = WaveGeometry::columns(data.rms, data.hopSeconds, view);
+    for (std::size_t column = 0; column < rms.size(); ++column)
+        rms[column] = std::min(rms[column], peaks[column]); // it is of longer stretches
+    drawColumns(image, rms, scale, [&](std::size_t column) { return isInside(column) ? m_rangeRmsColor : m_rmsColor; });
     return image;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/SdlAudioOutput.h"
 
 #include "platform/AudioFile.h"
+#include "support/Environment.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Signal.h"
@@ -9,6 +10,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QLocalServer>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -375,7 +377,7 @@ TEST(SdlAudioOutput, SaysThatThereIsNoDevice)
     auto player = recorder.open(path);
     for (const char* driver : {"nonsense", "alsa"}) {
         qputenv("SDL_AUDIODRIVER", driver);
-        qputenv("ALSA_CONFIG_PATH", "/dev/null"); // a machine without a card
+        const test::Environment cards("ALSA_CONFIG_PATH", "/dev/null"); // none
         QElapsedTimer time;
         time.start();
         EXPECT_FALSE(player->play()) << driver;
@@ -385,6 +387,36 @@ TEST(SdlAudioOutput, SaysThatThereIsNoDevice)
     }
     qputenv("SDL_AUDIODRIVER", "disk");
     EXPECT_TRUE(playToEnd(*player)) << "now there is one";
+    player.reset();
+    EXPECT_TRUE(recorder.heard() == framesOf(path));
+}
+
+TEST(SdlAudioOutput, WaitsForNoSoundServerThatHangs)
+{
+    const QString path = noise(u"hangs.wav"_s, 0.1, 21);
+    {
+        QTemporaryDir folder;
+        QLocalServer server; // takes every call and never answers
+        ASSERT_TRUE(server.listen(folder.filePath(u"pulse"_s)));
+        const test::Environment address("PULSE_SERVER", QFile::encodeName(u"unix:"_s + server.fullServerName()));
+        playTo("pulseaudio");
+        auto output = std::make_unique<SdlAudioOutput>();
+        auto player = output->open(path);
+        QElapsedTimer time;
+        time.start();
+        EXPECT_FALSE(player->play());
+        EXPECT_GT(time.elapsed(), 900) << "SDL hangs in it";
+        EXPECT_LT(time.restart(), 2'000);
+        EXPECT_FALSE(player->play());
+        EXPECT_LT(time.restart(), 100) << "nobody asks twice";
+        player.reset();
+        output.reset();
+        EXPECT_LT(time.restart(), 2'000);
+    }
+    Recorder recorder;
+    auto player = recorder.open(path);
+    EXPECT_TRUE(waitFor([&] { return player->play(); }));
+    EXPECT_TRUE(waitFor([&] { return !player->isPlaying(); }));
     player.reset();
     EXPECT_TRUE(recorder.heard() == framesOf(path));
 }

@@ -2,61 +2,67 @@ import QtQuick
 import Tonequill
 import QtQuick.Templates as T
 
-// A small plus that becomes a field for one tag after the other.
-T.TextField {
+// A plus that becomes a field for a tag: Enter and a click elsewhere add it,
+// Escape doesn't.
+Item {
     id: control
+
+    readonly property bool isTyping: field.activeFocus
 
     signal added(tag: string)
     signal editingEnded
 
-    implicitWidth: activeFocus ? Metrics.meterWidth : Metrics.hitTarget
+    implicitWidth: isTyping ? Metrics.meterWidth : Metrics.hitTarget
     implicitHeight: Metrics.hitTarget
-    topInset: (Metrics.hitTarget - Metrics.tag) / 2
-    bottomInset: topInset
-    horizontalPadding: Metrics.spaceS
-    verticalAlignment: TextInput.AlignVCenter
-    color: Theme.textPrimary
-    selectionColor: Theme.accent
-    selectedTextColor: Theme.accentText
-    font.family: Metrics.bodyFont.family
-    font.pixelSize: Metrics.caption.px
-    selectByMouse: true
-    hoverEnabled: true
-    maximumLength: 40
 
-    Accessible.role: Accessible.EditableText
-    Accessible.name: "Add a tag"
-
-    onEditingFinished: {
-        added(text);
-        clear();
+    IconButton {
+        objectName: "addTagButton"
+        visible: !control.isTyping
+        iconName: "plus"
+        text: "Add a tag"
+        onClicked: field.forceActiveFocus(Qt.MouseFocusReason)
     }
-    Keys.onEscapePressed: {
-        clear();
-        editingEnded();
-    }
+    T.TextField {
+        id: field
+        objectName: "tagField"
+        anchors.fill: parent
+        topInset: (Metrics.hitTarget - Metrics.tag) / 2
+        bottomInset: topInset
+        leftPadding: Metrics.spaceS
+        rightPadding: Metrics.spaceS
+        z: -1 // the plus gets the clicks until it is typed in
+        opacity: activeFocus ? 1 : 0
+        activeFocusOnTab: false
+        verticalAlignment: TextInput.AlignVCenter
+        color: Theme.textPrimary
+        selectionColor: Theme.accent
+        selectedTextColor: Theme.accentText
+        font.family: Metrics.bodyFont.family
+        font.pixelSize: Metrics.caption.px
+        selectByMouse: true
+        maximumLength: 40
 
-    background: Rectangle {
-        radius: Metrics.radiusInner
-        color: control.activeFocus ? Theme.fieldFill : control.hovered ? Theme.buttonFill : "transparent"
+        Accessible.role: Accessible.EditableText
+        Accessible.name: "New tag"
 
-        FocusRing {
-            visible: control.activeFocus
-            inside: true
-            around: parent.radius
+        onEditingFinished: {
+            control.added(text);
+            clear();
         }
-    }
+        onAccepted: control.editingEnded()
+        Keys.onEscapePressed: {
+            clear();
+            control.editingEnded();
+        }
 
-    Icon {
-        visible: !control.activeFocus
-        anchors.centerIn: parent
-        width: Metrics.spaceM
-        height: Metrics.spaceM
-        name: "plus"
-        color: Theme.textSecondary
-    }
-    Tip {
-        control: control
-        text: control.activeFocus ? "" : "Add a tag"
+        background: Rectangle {
+            radius: Metrics.radiusInner
+            color: Theme.fieldFill
+
+            FocusRing {
+                inside: true
+                around: parent.radius
+            }
+        }
     }
 }

@@ -15,16 +15,16 @@ T.AbstractButton {
 
     property int held: Qt.NoModifier // while it was pressed
 
-    signal chosen(modifiers: int)
+    signal picked(modifiers: int)
 
     implicitWidth: isCompact ? Metrics.chip : row.implicitWidth + leftPadding + rightPadding
     implicitHeight: Metrics.chip
     horizontalPadding: Metrics.spaceS
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    onClicked: chosen(held)
-    Keys.onReturnPressed: event => chosen(event.modifiers)
-    Keys.onEnterPressed: event => chosen(event.modifiers)
+    onClicked: picked(held)
+    Keys.onReturnPressed: event => picked(event.modifiers)
+    Keys.onEnterPressed: event => picked(event.modifiers)
 
     Accessible.role: Accessible.Button
     Accessible.name: detail === "" ? text : text + ", " + detail
@@ -53,7 +53,7 @@ T.AbstractButton {
             id: row
             anchors.verticalCenter: parent.verticalCenter
             anchors.horizontalCenter: control.isLeftAligned && !control.isCompact ? undefined : parent.horizontalCenter
-            spacing: Metrics.spaceS
+            spacing: control.isLeftAligned ? Metrics.spaceXs : Metrics.spaceS
 
             Icon {
                 visible: control.iconName !== ""
@@ -82,7 +82,10 @@ T.AbstractButton {
     }
 
     TapHandler { // a button's own click doesn't tell
-        onPressedChanged: control.held = pressed ? point.modifiers : control.held
+        onPressedChanged: {
+            if (pressed)
+                control.held = point.modifiers | Qt.NoModifier;
+        }
     }
     Tip {
         control: control

@@ -10,7 +10,10 @@ Item {
     readonly property real gap: isNarrow ? Metrics.spaceL : Metrics.spaceXl
     readonly property real columns: width - voices.width - 2 * gap
 
-    implicitHeight: Metrics.hitTarget * 5 + Metrics.spaceXs
+    readonly property real head: Metrics.buttonSmall + Metrics.focusGap
+
+    // The hint has two lines where the grid is narrow.
+    implicitHeight: head + (isNarrow ? Metrics.sliderRow * 4 + Metrics.spaceL : Metrics.sliderRow * 4)
 
     Label {
         height: Metrics.buttonSmall
@@ -58,8 +61,8 @@ Item {
     }
     Column {
         id: first
-        y: Metrics.hitTarget
-        width: Math.round(panel.columns * 0.567)
+        y: panel.head
+        width: Math.round(panel.columns * (panel.isNarrow ? 0.53 : 0.567))
 
         ValueSlider {
             objectName: "speedSlider"
@@ -112,13 +115,14 @@ Item {
     Column {
         anchors.left: first.right
         anchors.leftMargin: panel.gap
-        y: Metrics.hitTarget
+        y: panel.head
         width: panel.columns - first.width
 
         ValueSlider {
             objectName: "fadeInSlider"
             width: parent.width
             valueWidth: Metrics.valueWidthShort
+            nameWidth: Metrics.spaceL * 4 + Metrics.spaceXs
             name: "Fade in"
             to: panel.effects.maxFade
             stepSize: 0.01
@@ -131,6 +135,7 @@ Item {
             objectName: "fadeOutSlider"
             width: parent.width
             valueWidth: Metrics.valueWidthShort
+            nameWidth: Metrics.spaceL * 4 + Metrics.spaceXs
             name: "Fade out"
             to: panel.effects.maxFade
             stepSize: 0.01
@@ -143,6 +148,7 @@ Item {
             objectName: "echoSlider"
             width: parent.width
             valueWidth: Metrics.valueWidthShort
+            nameWidth: Metrics.spaceL * 4 + Metrics.spaceXs
             name: "Echo"
             to: 1
             stepSize: 0.01
@@ -155,6 +161,7 @@ Item {
             objectName: "reverbSlider"
             width: parent.width
             valueWidth: Metrics.valueWidthShort
+            nameWidth: Metrics.spaceL * 4 + Metrics.spaceXs
             name: "Reverb"
             to: 1
             stepSize: 0.01
@@ -168,7 +175,7 @@ Item {
         id: voices
         objectName: "voices"
         anchors.right: parent.right
-        y: Metrics.hitTarget
+        y: panel.head
         width: panel.isNarrow ? Metrics.voiceWidthCompact : Metrics.voiceWidth
         isCompact: panel.isNarrow
         voices: panel.effects.voices

@@ -17,7 +17,8 @@ T.TextField {
 
     implicitWidth: Math.ceil(measure.implicitWidth) + leftPadding + rightPadding + Metrics.focus
     implicitHeight: Metrics.button
-    horizontalPadding: Metrics.spaceXs
+    leftPadding: Metrics.spaceXs
+    rightPadding: Metrics.spaceXs
     verticalAlignment: TextInput.AlignVCenter
     horizontalAlignment: TextInput.AlignLeft
     color: activeFocus ? Theme.textPrimary : "transparent"

@@ -11,14 +11,14 @@ Item {
     implicitHeight: Metrics.heading.line + Metrics.spaceM + Metrics.chip - Metrics.spaceXs / 2
 
     Label {
-        id: title
+        id: head
         type: Metrics.label
         text: "Found in this file"
     }
     Label {
-        anchors.left: title.right
+        anchors.left: head.right
         anchors.leftMargin: Metrics.spaceS
-        anchors.baseline: title.baseline
+        anchors.baseline: head.baseline
         type: Metrics.caption
         color: Theme.textTertiary
         text: "⌘-click to pick several"
@@ -69,10 +69,10 @@ Item {
                     required property bool best
 
                     iconName: best ? "sparkle" : ""
-                    text: title
-                    detail: length
+                    text: chip.title
+                    detail: chip.length
                     isPicked: marked
-                    onChosen: modifiers => section.sound.parts.choose(index, modifiers)
+                    onPicked: modifiers => section.sound.parts.choose(index, modifiers)
                     onActiveFocusChanged: {
                         if (activeFocus)
                             scroller.show(chip);
@@ -85,7 +85,7 @@ Item {
                 enabled: section.sound.isReady
                 text: "Whole file"
                 detail: section.sound.lengthText
-                onChosen: section.sound.playback.selectAll()
+                onPicked: section.sound.playback.selectAll()
                 onActiveFocusChanged: {
                     if (activeFocus)
                         scroller.show(whole);

@@ -28,14 +28,19 @@ KeyboardItem {
     Keys.onLeftPressed: event => step(-0.01, event)
     Keys.onRightPressed: event => step(0.01, event)
 
+    visible: x + width > 0 && parent && x < parent.width
+
     Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         width: Metrics.strokePlayhead
         height: parent.height
         color: Theme.handle
     }
-    Rectangle {
-        anchors.centerIn: parent
+    Rectangle { // it stays whole where the line is at the wave's edge
+        readonly property real room: handle.parent ? handle.parent.width - handle.x - width : 0
+
+        x: Math.max(-handle.x, Math.min(room, (handle.width - width) / 2))
+        anchors.verticalCenter: parent.verticalCenter
         width: Metrics.handle
         height: Metrics.grip
         radius: Metrics.spaceXs

@@ -26,12 +26,13 @@ Item {
         spacing: Metrics.spaceS
 
         DragButton {
+            id: drag
             objectName: "dragButton"
             enabled: header.sound.isReady
             isCompact: header.isNarrow
             text: "Drag"
             tip: "Drag the marked part into another program"
-            onDragged: header.model.dragParts(this)
+            onDragged: header.model.dragParts(drag)
         }
         ActionButton {
             objectName: "saveButton"
@@ -39,8 +40,16 @@ Item {
             isCompact: header.isNarrow
             iconName: "download"
             text: "Save to Desktop"
-            tip: header.isNarrow ? text : ""
             onClicked: header.model.saveToDesktop()
+        }
+        ActionButton {
+            objectName: "finalCutButton"
+            visible: header.model.canSendToFinalCut
+            enabled: !header.model.isWorking
+            isCompact: header.isNarrow
+            iconName: "film"
+            text: "Send to Final Cut Pro"
+            onClicked: header.model.sendToFinalCut()
         }
         ActionButton {
             objectName: "addButton"

@@ -57,13 +57,13 @@ Item {
     Hairline {
         id: line
         visible: well.visible
-        y: effects.y - Metrics.spaceS
+        y: effects.y - Metrics.spaceS - Metrics.focusGap
         width: parent.width
     }
     EffectsPanel {
         id: effects
         visible: well.visible
-        y: parent.height - implicitHeight
+        y: parent.height - implicitHeight - (panel.isNarrow ? 0 : Metrics.spaceXs)
         width: parent.width
         height: implicitHeight
         isNarrow: panel.isNarrow

@@ -18,10 +18,9 @@ SegmentedSwitch {
             required property int index
             required property string modelData
 
-            // What the five leave of the switch's width is shared between them.
-            width: implicitWidth + Math.floor((control.width - control.implicitWidth) / 5)
+            width: Math.floor((control.width - (control.effects.presetTexts.length + 1) * Metrics.focusGap) / control.effects.presetTexts.length)
             inset: control.inset
-            horizontalPadding: Metrics.spaceXs
+            horizontalPadding: 0
             text: modelData
             checked: control.effects.preset === index
             onClicked: control.effects.choosePreset(index)

@@ -43,14 +43,25 @@ Item {
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         onMoved: control.moved()
+        onPressedChanged: {
+            if (!pressed && isSecond && position === pressedAt)
+                afterwards.start();
+            isSecond = pressed && again.running;
+            pressedAt = position;
+            again.restart();
+        }
+
+        property bool isSecond: false
+        property real pressedAt: 0
 
         Keys.onPressed: event => {
             event.accepted = event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace;
             if (event.accepted)
                 control.resetAsked();
         }
-        TapHandler {
-            onDoubleTapped: afterwards.start()
+        Timer {
+            id: again // runs while a second press makes a double click
+            interval: Application.styleHints.mouseDoubleClickInterval
         }
         Timer { // the slider takes its place from the click first
             id: afterwards

@@ -21,7 +21,7 @@ Column {
         spacing: Metrics.spaceXs
 
         // Columns as wide as their longest names ask for.
-        readonly property list<real> shares: control.isCompact ? [1 / 3, 1 / 3, 1 / 3] : [0.293, 0.336, 0.371]
+        readonly property list<real> shares: control.isCompact ? [1 / 3, 1 / 3, 1 / 3] : [0.295, 0.336, 0.369]
 
         Repeater {
             model: control.voices
@@ -29,16 +29,18 @@ Column {
             Chip {
                 required property int index
                 required property string label
+                required property string glyph
                 required property string hint
-                required property bool chosen
+                required property bool isCurrent
 
                 width: Math.round((grid.width - 2 * grid.spacing) * grid.shares[index % 3])
                 isCompact: control.isCompact
                 isLeftAligned: true
+                iconName: glyph
                 text: label
                 tip: control.isCompact ? label + ". " + hint : hint
-                isPicked: chosen
-                onChosen: control.voices.choose(index)
+                isPicked: isCurrent
+                onPicked: control.voices.choose(index)
             }
         }
     }

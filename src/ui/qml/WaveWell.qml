@@ -103,7 +103,7 @@ Card {
 
                     visible: !whole || marked
                     x: start * stage.pixelsPerSecond - stage.scrollX
-                    y: parent.height - height - Metrics.ribbon
+                    y: stage.height - height - Metrics.ribbon
                     width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
                     height: Metrics.ribbon
                     radius: height / 2
@@ -117,6 +117,12 @@ Card {
                 height: parent.height
                 color: Theme.cursor
                 opacity: Metrics.mutedRegion
+            }
+            HoverTime {
+                visible: stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
+                x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
+                y: Metrics.spaceXs
+                text: stage.hoverText
             }
             Rectangle {
                 visible: stage.cursorX >= 0
@@ -142,6 +148,7 @@ Card {
             }
             Rectangle {
                 objectName: "lengthPill"
+                visible: stage.endX > 0 && stage.startX < stage.width
                 x: Math.round(stage.pillX(width, stage.startX, stage.endX))
                 y: parent.height - height - Metrics.spaceL - Metrics.focusGap / 2
                 width: lengthLabel.width + 2 * Metrics.spaceS - 1
@@ -197,11 +204,5 @@ Card {
         width: Metrics.handle
         height: Metrics.spaceS
         color: Theme.playhead
-    }
-    HoverTime {
-        visible: stage.isHovered && well.sound.isReady
-        x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, stage.x + Math.round(stage.hoverX - width / 2)))
-        y: Metrics.hairline + (Metrics.ruler - height) / 2
-        text: stage.hoverText
     }
 }
