@@ -47,6 +47,33 @@ qsizetype characterCount(QStringView text)
     return countIf(text, [](char32_t) { return true; });
 }
 
+QList<QStringView> characters(QStringView text)
+{
+    QList<QStringView> result;
+    result.reserve(text.size());
+    forEachCharacter(text, [&](QStringView character) {
+        result << character;
+        return true;
+    });
+    return result;
+}
+
+QStringList words(QStringView text)
+{
+    QStringList result;
+    bool isInWord = false;
+    forEachCharacter(text, [&](QStringView character) {
+        const bool belongs = QChar::isLetterOrNumber(firstCodePoint(character));
+        if (belongs && !isInWord)
+            result << QString();
+        if (belongs)
+            result.last() += character;
+        isInWord = belongs;
+        return true;
+    });
+    return result;
+}
+
 qsizetype letterCount(QStringView text)
 {
     return countIf(text, [](char32_t c) { return QChar::isLetter(c); });

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 namespace tonequill::text {
@@ -11,6 +13,12 @@ namespace tonequill::text {
 
 // Characters (grapheme clusters) in `text`.
 qsizetype characterCount(QStringView text);
+
+// The characters, as views into `text`.
+QList<QStringView> characters(QStringView text);
+
+// The runs of letters and numbers, in order: every other character separates.
+QStringList words(QStringView text);
 
 // Characters that are letters (Unicode general category L*).
 qsizetype letterCount(QStringView text);

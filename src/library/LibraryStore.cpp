@@ -127,6 +127,7 @@ void LibraryStore::load()
             m_items.append(std::move(item));
     }
     m_encoded.resize(m_items.size());
+    m_search.reset(m_items.size());
 }
 
 void LibraryStore::save()
@@ -221,6 +222,7 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
 
     m_items.prepend(item);
     m_encoded.prepend({});
+    m_search.inserted(0);
     m_unconfirmedImports.append(item.fileName);
     save();
     Q_EMIT itemInserted(0);
@@ -249,6 +251,7 @@ SoundItem LibraryStore::update(const SoundItem& item, const std::function<void(S
         return item;
     change(m_items[index]);
     m_encoded[index].clear();
+    m_search.changed(index);
     save();
     Q_EMIT itemChanged(int(index));
     return m_items[index];
@@ -276,6 +279,7 @@ void LibraryStore::deleteItems(const QList<SoundItem>& items)
             continue;
         m_items.removeAt(index);
         m_encoded.removeAt(index);
+        m_search.removed(index);
         Q_EMIT itemRemoved(int(index));
     }
     save();

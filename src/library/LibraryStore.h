@@ -2,6 +2,7 @@
 
 #include "base/Progress.h"
 #include "library/ImportError.h"
+#include "library/LibrarySearch.h"
 #include "library/SoundItem.h"
 #include "platform/Clock.h"
 
@@ -38,6 +39,11 @@ public:
     QString path(const SoundItem& item) const;
     const SoundItem* find(const QUuid& id) const;
     bool contains(const QString& sourceID) const;
+
+    // The sounds that a query means, best first (LibrarySearch).
+    QList<SoundItem> search(const QString& query) const { return m_search.search(m_items, query); }
+    // The sounds that contain one of the words in their name or a tag, newest first.
+    QList<SoundItem> containing(const QStringList& words) const { return m_search.containing(m_items, words); }
 
     // Copies a sound, or extracts the sound of a video, into the library,
     // analyses it, and puts its record in front. Throws ImportError, what the
@@ -80,6 +86,7 @@ private:
     QString m_folder;
     QList<SoundItem> m_items;
     QList<QByteArray> m_encoded;      // each record's bytes in the index; empty until they are needed
+    mutable LibrarySearch m_search;   // with a cache of its own
     QStringList m_unconfirmedImports; // file names whose index isn't on the disk yet
     bool m_indexWasReadable = true;
     bool m_isSaved = true;

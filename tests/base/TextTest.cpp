@@ -27,6 +27,21 @@ TEST(Text, CountsLettersAndNumbersOfAnyScript)
     EXPECT_EQ(text::letterCount(u"- _ ."), 0);
 }
 
+TEST(Text, TakesCharactersOneByOne)
+{
+    EXPECT_EQ(text::characters(u""), QList<QStringView>());
+    EXPECT_EQ(text::characters(u"ae\u0301🇸🇦"), (QList<QStringView>{u"a", u"e\u0301", u"🇸🇦"}));
+}
+
+TEST(Text, WordsAreRunsOfLettersAndNumbers)
+{
+    EXPECT_EQ(text::words(u""), QStringList());
+    EXPECT_EQ(text::words(u" .-_!👍 "), QStringList());
+    EXPECT_EQ(text::words(u"Door-slam_2, big"), (QStringList{u"Door"_s, u"slam"_s, u"2"_s, u"big"_s}));
+    EXPECT_EQ(text::words(u"شَدّ٣ élan"), (QStringList{u"شَدّ٣"_s, u"élan"_s})); // marks belong to their letters
+    EXPECT_EQ(text::words(u"\u064E\u064E"), QStringList());                  // marks alone are no letters
+}
+
 TEST(Text, NeverCutsACharacterApart)
 {
     EXPECT_EQ(text::firstCharacters(u"👩‍👩‍👧ab", 2), u"👩‍👩‍👧a"_s);
