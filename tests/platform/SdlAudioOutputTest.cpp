@@ -442,15 +442,21 @@ TEST(SdlAudioOutput, PausesWhenTheDeviceIsLost)
 
 TEST(SdlAudioOutput, LeavesTheSignalsAlone)
 {
+    const auto handlers = [] {
+        std::vector<void (*)(int)> all;
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
+            struct sigaction action = {};
+            sigaction(signal, nullptr, &action);
+            all.push_back(action.sa_handler);
+        }
+        return all;
+    };
     playTo("dummy");
     SdlAudioOutput output;
     auto player = output.open(noise(u"signals.wav"_s, 0.1, 17));
+    const auto before = handlers();
     EXPECT_TRUE(player->play());
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
-        struct sigaction action = {};
-        sigaction(signal, nullptr, &action);
-        EXPECT_EQ(action.sa_handler, SIG_DFL) << signal;
-    }
+    EXPECT_EQ(handlers(), before);
 }
 
 TEST(SdlAudioOutput, EndsWhereAFileIsCutOff)
