@@ -45,7 +45,8 @@ QCoro::Task<> addAll(LibraryStore& store, QStringList files, bool isQuiet, Outco
                 terminal::complain(*failure);
         }
     }
-    QCoreApplication::quit();
+    // Queued: files that are refused at once come here before the loop runs.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
 int handFiles(const Options& options, const QStringList& files)
