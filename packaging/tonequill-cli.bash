@@ -2,19 +2,22 @@
 _tonequill_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-}
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "add list show delete analyze peaks parts export render mix --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "add list show delete analyze peaks listen parts export render save fcpxml mix --help --version" -- "$word")
     elif [[ $word == -* ]]; then
         local options="--help --json"
         case $command in
-        add | list | show | delete) options+=" --library" ;;
+        add) options+=" --all-parts --max --effects --keep-source --raw --library" ;;
+        list | show | delete) options+=" --library" ;;
+        save | fcpxml) options+=" --to --library" ;;
         peaks) options+=" --bins" ;;
+        listen) options+=" --start --end --top" ;;
         parts) options+=" --max" ;;
         export) options+=" --start --end --preset --fade-in --fade-out" ;;
         render) options+=" --start --end --preset --effects" ;;
         mix) options+=" --preset" ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-    elif [ "$command" = show ] || [ "$command" = delete ]; then
+    elif [[ $command =~ ^(show|delete|save|fcpxml)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$(tonequill-cli list 2>/dev/null | cut -d' ' -f1)" -- "$word")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

@@ -4,9 +4,12 @@
 #include "app/HandedOver.h"
 #include "audio/EffectRenderer.h"
 #include "base/Background.h"
+#include "platform/DesktopApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
+#include "platform/SdlAudioOutput.h"
 #include "ui/MainWindow.h"
+#include "understanding/SoundClassifier.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -51,7 +54,11 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     auto library = std::make_unique<LibraryStore>(clock);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
-    AppModel model(defaults, clock, std::move(library));
+    const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
+    SdlAudioOutput output;
+    BackgroundEditorWork work(classifier, output);
+    DesktopApps apps;
+    AppModel model(defaults, clock, work, apps, std::move(library));
     MainWindow window(model, defaults);
 
     HandOver server([&](const QJsonObject& message) {

@@ -1,5 +1,7 @@
 #include "app/AppModel.h"
 
+#include "library/DragStaging.h"
+
 #include <QFileInfo>
 #include <QPointer>
 #include <QStandardPaths>
@@ -25,9 +27,11 @@ qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
 
 } // namespace
 
-AppModel::AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library)
+AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library)
     : m_defaults(defaults),
       m_clock(clock),
+      m_apps(apps),
+      m_editor(work, clock),
       m_library(std::move(library)),
       m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
       m_shortOnlyByDefault(defaults.boolean(kShortOnlyByDefault).value_or(true)),
@@ -37,6 +41,8 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStor
 {
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
+    m_editor.setOnHeard([this](const SoundItem& item, const SoundHeard& heard) { applyHeard(item, heard); });
+    DragStaging::clean();
     // The newest sound starts to load before the window appears.
     if (!m_library->items().isEmpty())
         setSelection(m_library->items().first().id);
@@ -209,8 +215,14 @@ void AppModel::setSaveFolderPath(std::optional<QString> path)
 
 QString AppModel::saveFolder() const
 {
-    if (m_saveFolderPath && QFileInfo::exists(*m_saveFolderPath))
-        return *m_saveFolderPath;
+    return saveFolder(m_defaults);
+}
+
+QString AppModel::saveFolder(const Defaults& defaults)
+{
+    const auto chosen = defaults.text(kSaveFolderPath);
+    if (chosen && QFileInfo::exists(*chosen))
+        return *chosen;
     return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/AppSection.h"
+#include "audio/AudioExporter.h"
 #include "base/Progress.h"
 #include "editor/EditorModel.h"
+#include "library/FinalCut.h"
 #include "library/LibraryStore.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
@@ -46,7 +48,8 @@ class AppModel : public QObject {
     Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
 
 public:
-    AppModel(Defaults& defaults, Clock& clock, std::unique_ptr<LibraryStore> library);
+    // What is borrowed outlives it.
+    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library);
     ~AppModel() override;
 
     LibraryStore& library() { return *m_library; }
@@ -102,6 +105,7 @@ public:
     void setSaveFolderPath(std::optional<QString> path);
     // The chosen folder while it exists, else the desktop.
     QString saveFolder() const;
+    static QString saveFolder(const Defaults& defaults); // as it is stored
 
     // Flows (ImportFlows.cpp).
 
@@ -111,6 +115,43 @@ public:
     void deleteItems(const QList<SoundItem>& items);
     // The files that are coming in, in their order.
     const QList<IncomingFile>& incoming() const { return m_incoming; }
+
+    // Names a sound by what was heard in it (NamingFlows.cpp): only where the
+    // name is still the program's to choose, and the ear is sure.
+    void applyHeard(const SoundItem& item, const SoundHeard& heard);
+
+    // Flows (ExportFlows.cpp). Each works from the open sound, its parts and its
+    // effects as they are when it starts.
+
+    // Makes library sounds of the editor's parts. A raw import is replaced by
+    // them; a sound that was itself cut stays.
+    enum class TheSource { isReplaced, stays };
+    QCoro::Task<> addToLibrary(TheSource theSource = TheSource::isReplaced);
+    // Writes the editor's parts, or whole sounds, to the save folder.
+    QCoro::Task<> saveToDesktop();
+    QCoro::Task<> saveToDesktop(QList<SoundItem> items);
+    // Exports whole sounds beside the library and hands them over. Nothing happens
+    // where the application isn't installed.
+    QCoro::Task<> sendToFinalCut(QList<SoundItem> items);
+    bool canSendToFinalCut() const { return FinalCut::isInstalled(m_apps); }
+
+    // Files under readable names for a drag, complete when these return
+    // (StagingFlows.cpp). What can't be staged is left out.
+    struct StagedFiles {
+        QStringList paths;
+        QString label; // of the drag
+        bool operator==(const StagedFiles&) const = default;
+    };
+    // The parts of the editor, rendered. It blocks, because a drag can't wait.
+    StagedFiles stageSelectionFiles() const;
+    StagedFiles stageFiles(const QList<SoundItem>& items) const;
+    // One sound; the library's own file where it can't be staged.
+    struct DragFile {
+        QString path;
+        QString suggestedName; // without an extension
+        bool operator==(const DragFile&) const = default;
+    };
+    DragFile dragProvider(const SoundItem& item) const;
 
 Q_SIGNALS:
     void sectionChanged();
@@ -135,10 +176,19 @@ private:
         AppModel& m_model;
     };
 
+    struct AddedPart {
+        SoundItem item;
+        FinalCut::Clip clip;
+    };
+
     void openSelection();
+    EffectSettings effectsFor(const SoundItem& item) const;
+    QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
+    QCoro::Task<AddedPart> addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly, EffectSettings effects);
 
     Defaults& m_defaults;
     Clock& m_clock;
+    OtherApps& m_apps;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
     AppSection m_section = AppSection::library;

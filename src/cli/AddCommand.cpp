@@ -1,3 +1,6 @@
+// add: the whole road of a file, from the import to the finished cuts.
+
+#include "app/AppModel.h"
 #include "base/Background.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
@@ -5,6 +8,11 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "library/LibraryIndex.h"
+#include "platform/AudioFile.h"
+#include "platform/DesktopApps.h"
+#include "understanding/SoundClassifier.h"
+
+#include <QCoroSignal>
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -18,36 +26,134 @@ namespace tonequill::cli {
 
 namespace {
 
-struct Outcome {
-    JsonWriter added;
-    JsonWriter failed;
-    int failures = 0;
+constexpr int kEvery = std::numeric_limits<int>::max();
+
+// What is done with each file.
+struct Road {
+    bool isRaw = false; // only taken in
+    AppModel::TheSource source = AppModel::TheSource::isReplaced;
+    int mostParts = 1;
+    EffectSettings effects;
 };
 
-QCoro::Task<> addAll(LibraryStore& store, QStringList files, bool isQuiet, Outcome& outcome)
-{
-    for (const QString& file : files) {
-        const auto progress = std::make_shared<Progress>();
-        std::optional<QString> failure;
-        try {
-            const terminal::ProgressLine line(QFileInfo(file).fileName(), progress);
-            const SoundItem item = co_await store.importFile(file, SoundOrigin::imported, {}, {}, progress);
-            outcome.added.json(LibraryIndex::encode(item));
-            if (!isQuiet)
-                terminal::print(terminal::harmless(u"Added “%1”, %2"_s.arg(item.name, terminal::lengthText(item.duration))));
-        } catch (const std::exception& error) {
-            failure = messageOf(error);
-        }
-        if (failure) {
-            ++outcome.failures;
-            outcome.failed.beginObject().key("file").text(file).key("error").text(*failure).endObject();
-            if (!isQuiet)
-                terminal::complain(*failure);
-        }
+// Here nothing is ever heard.
+class NoOutput final : public AudioOutput {
+public:
+    std::unique_ptr<AudioPlayer> open(const QString& path) override { throw AudioFileError(AudioFileError::Kind::open, path); }
+};
+
+// Tells what came of each file.
+class Report {
+public:
+    explicit Report(bool isJson) : m_isJson(isJson)
+    {
+        m_added.beginArray();
+        m_failed.beginArray();
     }
-    // Queued: files that are refused at once come here before the loop runs.
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-}
+
+    void tellAdded(const SoundItem& item)
+    {
+        m_added.json(LibraryIndex::encode(item));
+        if (!m_isJson)
+            terminal::print(terminal::harmless(u"Added “%1”, %2"_s.arg(item.name, terminal::lengthText(item.duration))));
+    }
+    void tellFailed(const QString& file, const QString& sentence)
+    {
+        m_hasFailures = true;
+        m_failed.beginObject().key("file").text(file).key("error").text(sentence).endObject();
+        if (!m_isJson)
+            terminal::complain(sentence);
+    }
+    int finish(const LibraryStore& library)
+    {
+        m_added.endArray();
+        m_failed.endArray();
+        if (m_isJson) {
+            JsonWriter json;
+            json.beginObject().key("added").json(m_added.bytes()).key("failed").json(m_failed.bytes());
+            terminal::printJson(json.key("library").text(library.folder()).endObject().bytes());
+        } else {
+            terminal::print(u"The library is in %1"_s.arg(library.folder()));
+        }
+        if (!library.isSaved()) {
+            terminal::complain(u"The library could not be written: the disk may be full or read-only."_s);
+            return kFailed;
+        }
+        return m_hasFailures ? kFailed : kDone;
+    }
+
+private:
+    bool m_isJson;
+    bool m_hasFailures = false;
+    JsonWriter m_added;
+    JsonWriter m_failed;
+};
+
+// Walks the road as the window does, with the same flows.
+class Walker {
+public:
+    Walker(AppModel& model, const Road& road, Report& report) : m_model(model), m_road(road), m_report(report) {}
+
+    QCoro::Task<> walk(QStringList files)
+    {
+        for (const QString& file : std::as_const(files))
+            co_await addFile(file);
+        // Queued: files that are refused at once come here before the loop runs.
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    }
+
+private:
+    QCoro::Task<> addFile(QString file)
+    {
+        auto flow = m_model.importURLs({file});
+        {
+            const auto progress =
+                m_model.incoming().isEmpty() ? std::make_shared<Progress>() : m_model.incoming().first().progress;
+            const terminal::ProgressLine line(QFileInfo(file).fileName(), progress);
+            co_await flow;
+        }
+        if (m_model.noticeIsError())
+            co_return m_report.tellFailed(file, m_model.noticeText());
+        if (!m_road.isRaw) {
+            co_await settle();
+            choose();
+            co_await m_model.addToLibrary(m_road.source);
+            if (m_model.noticeIsError())
+                co_return m_report.tellFailed(file, m_model.noticeText());
+            co_await settle(); // what is heard in the cut may name it
+        }
+        QList<SoundItem> added = m_model.selectedItems();
+        std::reverse(added.begin(), added.end()); // the library has the newest first
+        for (const SoundItem& item : std::as_const(added))
+            m_report.tellAdded(item);
+    }
+
+    QCoro::Task<> settle()
+    {
+        EditorModel* editor = &m_model.editor();
+        while (!editor->isSettled())
+            co_await qCoro(editor, &EditorModel::settled);
+    }
+
+    // The best parts, and the effects on them.
+    void choose()
+    {
+        EditorModel& editor = m_model.editor();
+        int chosen = 0;
+        for (const CutCandidate& candidate : std::vector(editor.candidates())) {
+            if (chosen == m_road.mostParts)
+                break;
+            if (candidate.isWhole && editor.candidates().size() > 1 && m_road.mostParts > 1)
+                continue; // it would only repeat the events
+            editor.choose(candidate, chosen++ == 0 ? EditorModel::Extend::no : EditorModel::Extend::yes);
+        }
+        editor.setEffects(m_road.effects);
+    }
+
+    AppModel& m_model;
+    Road m_road;
+    Report& m_report;
+};
 
 int handFiles(const Options& options, const QStringList& files)
 {
@@ -60,46 +166,73 @@ int handFiles(const Options& options, const QStringList& files)
     return kDone;
 }
 
+int walkRoad(OwnLibrary& own, const Road& road, const QStringList& files, bool isJson)
+{
+    Defaults defaults;
+    const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::fail));
+    try {
+        if (!road.isRaw)
+            classifier.prepare();
+    } catch (const SoundModelError& error) {
+        terminal::complain(error.message());
+        return kFailed;
+    }
+    NoOutput output;
+    BackgroundEditorWork work(classifier, output);
+    DesktopApps apps;
+    AppModel model(defaults, own.clock, work, apps, std::move(own.store));
+    Report report(isJson);
+    Walker walker(model, road, report);
+    startFlow(walker.walk(files));
+    QCoreApplication::exec();
+    return report.finish(model.library());
+}
+
 } // namespace
 
 int add(const QStringList& arguments)
 {
     Options options(
         "add", "FILE…",
-        "Takes sounds, and the sound of videos, into the library. While the window is open, the files are handed to it.\n"
+        "Takes sounds, and the sound of videos, into the library: finds the best part of each, listens to it, names it, and "
+        "adds it as a clean cut in place of the file. While the window is open, the files are handed to it as they are.\n"
         "JSON: {\"added\": [records], \"failed\": [{\"file\", \"error\"}], \"library\": folder}, or {\"handedOver\": [files]}.\n"
         "Exit status: 0 all added, 1 some could not be, 2 wrong use, 3 the library is busy.");
+    options.addFlag(u"all-parts"_s, u"Add every part that is found."_s);
+    options.addValue(u"max"_s, u"Add at most so many parts, the best ones."_s, u"number"_s);
+    options.addValue(u"effects"_s, u"Effects on the parts, such as '{\"voice\": \"robot\", \"echo\": 0.3}'."_s, u"json"_s,
+                     u"{}"_s);
+    options.addFlag(u"keep-source"_s, u"Keep the whole file in the library as well."_s);
+    options.addFlag(u"raw"_s, u"Only take the whole files in."_s);
     options.addJson();
     options.addLibrary();
     if (const auto end = options.parse(arguments, 1, std::numeric_limits<qsizetype>::max()))
         return *end;
+
+    Road road;
+    road.isRaw = options.has(u"raw"_s);
+    if (options.has(u"keep-source"_s))
+        road.source = AppModel::TheSource::stays;
+    if (options.has(u"all-parts"_s))
+        road.mostParts = kEvery;
+    if (options.has(u"max"_s)) {
+        bool isNumber = false;
+        road.mostParts = options.value(u"max"_s).toInt(&isNumber);
+        if (!isNumber || road.mostParts < 1)
+            return options.mistake(u"--max takes a number from 1 on."_s);
+    }
+    const auto effects = EffectSettings::fromJson(options.value(u"effects"_s).toUtf8());
+    if (!effects)
+        return options.mistake(u"The effects are not a JSON object with known values."_s);
+    road.effects = *effects;
+
     QStringList files;
     for (const QString& file : options.positional())
         files << QFileInfo(file).absoluteFilePath();
-
     const auto own = ownLibrary(options.libraryFolder());
     if (!own)
         return handFiles(options, files);
-
-    Outcome outcome;
-    outcome.added.beginArray();
-    outcome.failed.beginArray();
-    startFlow(addAll(*own->store, files, options.json(), outcome));
-    QCoreApplication::exec();
-    outcome.added.endArray();
-    outcome.failed.endArray();
-    if (options.json()) {
-        JsonWriter json;
-        json.beginObject().key("added").json(outcome.added.bytes()).key("failed").json(outcome.failed.bytes());
-        terminal::printJson(json.key("library").text(own->store->folder()).endObject().bytes());
-    } else {
-        terminal::print(u"The library is in %1"_s.arg(own->store->folder()));
-    }
-    if (!own->store->isSaved()) {
-        terminal::complain(u"The library could not be written: the disk may be full or read-only."_s);
-        return kFailed;
-    }
-    return outcome.failures > 0 ? kFailed : kDone;
+    return walkRoad(*own, road, files, options.json());
 }
 
 } // namespace tonequill::cli

@@ -31,9 +31,12 @@ int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
 int analyze(const QStringList& arguments);
 int peaks(const QStringList& arguments);
+int listen(const QStringList& arguments);
 int parts(const QStringList& arguments);
 int exportPart(const QStringList& arguments);
 int render(const QStringList& arguments);
 int mix(const QStringList& arguments);
+int save(const QStringList& arguments);
+int fcpxml(const QStringList& arguments);
 
 } // namespace tonequill::cli

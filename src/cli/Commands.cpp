@@ -7,15 +7,18 @@ namespace tonequill::cli {
 std::span<const Command> commands()
 {
     static constexpr std::array kCommands{
-        Command{"add", "FILE…", "Take sounds and the sound of videos into the library.", add},
+        Command{"add", "FILE…", "Add the best part of sounds and videos to the library.", add},
         Command{"list", "", "List the library, newest first.", list},
         Command{"show", "SOUND", "Tell everything about one sound.", show},
         Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
         Command{"analyze", "FILE", "Analyse a file without taking it in.", analyze},
         Command{"peaks", "FILE", "Print the waveform of a file.", peaks},
+        Command{"listen", "FILE", "Tell what a recording sounds like.", listen},
         Command{"parts", "FILE", "Find the best parts of a recording.", parts},
         Command{"export", "FILE OUTPUT", "Write a range as a finished file.", exportPart},
         Command{"render", "FILE OUTPUT", "Write a range with effects.", render},
+        Command{"save", "SOUND…", "Write sounds as finished files to a folder.", save},
+        Command{"fcpxml", "SOUND…", "Write sounds and an FCPXML event that lists them.", fcpxml},
         Command{"mix", "OUTPUT PIECE…", "Sum files on one timeline.", mix},
     };
     return kCommands;

@@ -10,8 +10,8 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "platform/AudioFile.h"
+#include "platform/ScratchFile.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <cmath>
@@ -26,19 +26,6 @@ namespace {
 // Cuts get these ramps against clicks; who wants none says 0.
 constexpr double kFadeInSeconds = 0.004;
 constexpr double kFadeOutSeconds = 0.03;
-constexpr double kToTheEnd = 1e9; // seconds; a range is cut to its file
-
-// A temporary file that is removed on every way out.
-struct Temporary {
-    QString path;
-    ~Temporary() { QFile::remove(path); }
-};
-
-void addRange(Options& options)
-{
-    options.addValue(u"start"_s, u"Where the part starts (0)."_s, u"seconds"_s);
-    options.addValue(u"end"_s, u"Where the part ends (the end of the file)."_s, u"seconds"_s);
-}
 
 void addPreset(Options& options, const QString& standard)
 {
@@ -46,30 +33,6 @@ void addPreset(Options& options, const QString& standard)
     for (const ExportPreset preset : kExportPresets)
         names << idOf(preset);
     options.addValue(u"preset"_s, u"What the file is: %1 (%2)."_s.arg(names.join(u", "_s), standard), u"name"_s, standard);
-}
-
-// The number of an option; the standard where it isn't given; none for what is no number.
-std::optional<double> numberOf(const Options& options, const QString& name, double standard)
-{
-    if (!options.has(name))
-        return standard;
-    bool isNumber = false;
-    const double number = options.value(name).toDouble(&isNumber);
-    return isNumber && std::isfinite(number) && std::abs(number) <= kToTheEnd ? std::optional(number) : std::nullopt;
-}
-
-struct Range {
-    double start = 0;
-    double end = kToTheEnd;
-};
-
-std::optional<Range> rangeOf(const Options& options)
-{
-    const auto start = numberOf(options, u"start"_s, 0);
-    const auto end = numberOf(options, u"end"_s, kToTheEnd);
-    if (!start || !end)
-        return std::nullopt;
-    return Range{*start, *end};
 }
 
 // Tells what was written, as text or as {"file", "frames", "sampleRate", "channels"}.
@@ -179,16 +142,16 @@ int exportPart(const QStringList& arguments)
         "Writes a range of a sound as a finished file: 48 kHz, at most two channels. An existing OUTPUT is replaced.\n"
         "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
     options.addJson();
-    addRange(options);
+    options.addRange();
     addPreset(options, idOf(ExportPreset::anyEditor));
     options.addValue(u"fade-in"_s, u"Length of the ramp at the start (0.004)."_s, u"seconds"_s);
     options.addValue(u"fade-out"_s, u"Length of the ramp at the end (0.03)."_s, u"seconds"_s);
     if (const auto end = options.parse(arguments, 2, 2))
         return *end;
-    const auto range = rangeOf(options);
+    const auto range = options.range();
     const auto preset = exportPresetFromId(options.value(u"preset"_s));
-    const auto fadeIn = numberOf(options, u"fade-in"_s, kFadeInSeconds);
-    const auto fadeOut = numberOf(options, u"fade-out"_s, kFadeOutSeconds);
+    const auto fadeIn = options.seconds(u"fade-in"_s, kFadeInSeconds);
+    const auto fadeOut = options.seconds(u"fade-out"_s, kFadeOutSeconds);
     if (!range || !fadeIn || !fadeOut || *fadeIn < 0 || *fadeOut < 0)
         return options.mistake(u"Times are seconds, such as 1.25."_s);
     if (!preset)
@@ -207,12 +170,12 @@ int render(const QStringList& arguments)
                     "\"gainDb\", \"fadeIn\", \"fadeOut\", \"reverse\", \"echo\", \"reverb\" and \"voice\".\n"
                     "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
     options.addJson();
-    addRange(options);
+    options.addRange();
     addPreset(options, idOf(ExportPreset::studio));
     options.addValue(u"effects"_s, u"The effects, such as '{\"reverb\": 0.4}'."_s, u"json"_s, u"{}"_s);
     if (const auto end = options.parse(arguments, 2, 2))
         return *end;
-    const auto range = rangeOf(options);
+    const auto range = options.range();
     const auto preset = exportPresetFromId(options.value(u"preset"_s));
     const auto effects = EffectSettings::fromJson(options.value(u"effects"_s).toUtf8());
     if (!range)
@@ -226,8 +189,8 @@ int render(const QStringList& arguments)
     return reporting([&] {
         const auto progress = std::make_shared<Progress>();
         const terminal::ProgressLine line(QFileInfo(source).fileName(), progress);
-        const Temporary rendered{EffectRenderer::render(source, range->start, range->end, *effects, progress.get())};
-        return tellWritten(options, output, AudioExporter::exportRange({rendered.path, 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile rendered(EffectRenderer::render(source, range->start, range->end, *effects, progress.get()));
+        return tellWritten(options, output, AudioExporter::exportRange({rendered.path(), 0, kToTheEnd, *preset, 0, 0}, output));
     });
 }
 
@@ -266,8 +229,8 @@ int mix(const QStringList& arguments)
         const auto sum = Mixer::mix(pieces);
         if (!sum)
             throw RenderError::memory();
-        const Temporary mixed{EffectRenderer::writeTemp(*sum)};
-        return tellWritten(options, output, AudioExporter::exportRange({mixed.path, 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile mixed(EffectRenderer::writeTemp(*sum));
+        return tellWritten(options, output, AudioExporter::exportRange({mixed.path(), 0, kToTheEnd, *preset, 0, 0}, output));
     });
 }
 

@@ -4,6 +4,8 @@
 #include "cli/Terminal.h"
 #include "library/LibraryStore.h"
 
+#include <cmath>
+
 using namespace Qt::StringLiterals;
 
 namespace tonequill::cli {
@@ -38,9 +40,33 @@ void Options::addLibrary()
     addValue(u"library"_s, u"The library folder, if it isn't the standard one."_s, u"folder"_s);
 }
 
+void Options::addRange()
+{
+    addValue(u"start"_s, u"Where the part starts (0)."_s, u"seconds"_s);
+    addValue(u"end"_s, u"Where the part ends (the end of the file)."_s, u"seconds"_s);
+}
+
 QString Options::libraryFolder() const
 {
     return has(u"library"_s) ? value(u"library"_s) : LibraryStore::defaultFolder();
+}
+
+std::optional<double> Options::seconds(const QString& name, double standard) const
+{
+    if (!has(name))
+        return standard;
+    bool isNumber = false;
+    const double number = value(name).toDouble(&isNumber);
+    return isNumber && std::isfinite(number) && std::abs(number) <= kToTheEnd ? std::optional(number) : std::nullopt;
+}
+
+std::optional<Range> Options::range() const
+{
+    const auto start = seconds(u"start"_s, 0);
+    const auto end = seconds(u"end"_s, kToTheEnd);
+    if (!start || !end)
+        return std::nullopt;
+    return Range{*start, *end};
 }
 
 int Options::mistake(const QString& sentence) const

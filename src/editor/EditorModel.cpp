@@ -1,15 +1,40 @@
 #include "editor/EditorModel.h"
 
 #include "base/Background.h"
+#include "understanding/SoundNamer.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace tonequill {
 
-EditorModel::EditorModel() = default;
+namespace {
+
+constexpr int kMostEvents = 6;
+constexpr double kUntouched = 0.001; // seconds; a range this near to a proposal is still the proposal
+constexpr double kDragDelay = 0.4;   // so that moving a handle doesn't start a classification for each step
+
+std::chrono::milliseconds inMilliseconds(double seconds)
+{
+    return std::chrono::milliseconds(std::llround(seconds * 1000));
+}
+
+} // namespace
+
+EditorModel::EditorModel(EditorWork& work, Clock& clock) : m_work(work), m_clock(clock)
+{}
 
 EditorModel::~EditorModel()
 {
     if (m_progress)
         m_progress->cancel();
+    if (m_rendering)
+        m_rendering->cancel();
+}
+
+double EditorModel::analysisProgress() const
+{
+    return m_state == AnalysisState::loading && m_progress ? m_progress->fraction() : 0;
 }
 
 double EditorModel::duration() const
@@ -19,19 +44,56 @@ double EditorModel::duration() const
     return m_item ? m_item->duration : 0;
 }
 
+std::vector<EditorModel::Part> EditorModel::parts() const
+{
+    std::vector<Part> parts;
+    for (const CutCandidate& candidate : m_candidates) {
+        if (m_marked.contains(candidate.id))
+            parts.push_back({candidate.start, candidate.end, candidate.label});
+    }
+    std::ranges::stable_sort(parts, {}, &Part::start);
+    if (parts.empty())
+        parts.push_back({m_start, m_end, {}});
+    return parts;
+}
+
+// Loading
+
 void EditorModel::load(std::optional<SoundItem> item, const QString& path)
 {
+    stop();
     if (m_progress)
         m_progress->cancel(); // nobody waits for the earlier sound any more
     m_loads.cancel();
+    m_listens.cancel();
+    m_effects = {};
     m_item = std::move(item);
+    m_path = path;
+    const bool hasSound = m_item && !m_path.isEmpty();
+    m_state = hasSound ? AnalysisState::loading : AnalysisState::idle;
     m_analysis.reset();
+    m_progress.reset();
+    m_player.reset();
+    m_candidates.clear();
+    m_marked.clear();
+    m_cursor.reset();
+    m_smartSuggestion.reset();
+    m_heard.reset();
     m_loadError.reset();
-    m_state = m_item ? AnalysisState::loading : AnalysisState::idle;
-    Q_EMIT itemChanged();
-    Q_EMIT analysisChanged();
-    if (m_item)
-        startFlow(analyse(path, m_loads.begin()));
+    m_isThinking = false;
+    m_isLabelling = false;
+    m_isListening = false;
+    m_start = 0;
+    m_end = duration();
+    for (const auto signal : {&EditorModel::itemChanged, &EditorModel::analysisChanged, &EditorModel::loadErrorChanged,
+                              &EditorModel::candidatesChanged, &EditorModel::rangeChanged, &EditorModel::heardChanged,
+                              &EditorModel::smartChanged, &EditorModel::effectsChanged, &EditorModel::cursorChanged})
+        Q_EMIT(this->*signal)();
+    if (!hasSound)
+        return;
+    const Ticket load = m_loads.begin();
+    startFlow(openPlayer(m_path, load));
+    startFlow(analyse(m_path, load));
 }
 
 void EditorModel::refresh(const SoundItem& item)
@@ -42,14 +104,25 @@ void EditorModel::refresh(const SoundItem& item)
     Q_EMIT itemChanged();
 }
 
+QCoro::Task<> EditorModel::openPlayer(QString path, Ticket load)
+{
+    std::shared_ptr<AudioPlayer> player;
+    try {
+        player = co_await m_work.open(path);
+    } catch (const std::exception&) {
+        // Without a player there is nothing to hear; the analysis tells what is wrong with the file.
+    }
+    if (load.isCurrent())
+        m_player = std::move(player);
+}
+
 QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
 {
     const auto progress = m_progress = std::make_shared<Progress>();
     std::optional<AudioAnalysis> analysis;
     std::optional<QString> loadError;
     try {
-        const auto work = [path, progress] { return AudioAnalyzer::analyze(path, progress.get()); };
-        analysis = co_await background(work);
+        analysis = co_await m_work.analyze(path, progress);
     } catch (const Cancelled&) {
         co_return;
     } catch (const std::exception& error) {
@@ -57,10 +130,173 @@ QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
     }
     if (!load.isCurrent())
         co_return;
+    m_state = analysis ? AnalysisState::ready : AnalysisState::idle;
     m_analysis = std::move(analysis);
-    m_loadError = std::move(loadError);
-    m_state = m_analysis ? AnalysisState::ready : AnalysisState::idle;
     Q_EMIT analysisChanged();
+    if (loadError) {
+        setLoadError(loadError);
+        tellIfSettled();
+        co_return;
+    }
+    m_candidates = SmartCutter::candidates(*m_analysis, kMostEvents);
+    Q_EMIT candidatesChanged();
+    if (!m_candidates.empty())
+        follow(m_candidates.front());
+    startFlow(labelCandidates(path, load));
+}
+
+QCoro::Task<> EditorModel::labelCandidates(QString path, Ticket load)
+{
+    m_isLabelling = true;
+    std::vector<CutCandidate> labelled = co_await m_work.label(m_candidates, path);
+    if (!load.isCurrent())
+        co_return;
+    const auto oldBest = m_candidates.empty() ? std::nullopt : std::optional(m_candidates.front());
+    m_candidates = std::move(labelled);
+    Q_EMIT candidatesChanged();
+    const bool isUntouched =
+        oldBest && std::abs(m_start - oldBest->start) < kUntouched && std::abs(m_end - oldBest->end) < kUntouched;
+    if (isUntouched && !m_candidates.empty() && m_candidates.front().id != oldBest->id)
+        follow(m_candidates.front());
+    m_isLabelling = false;
+    tellIfSettled();
+}
+
+// The range and the proposals
+
+void EditorModel::follow(const CutCandidate& candidate)
+{
+    m_marked = {candidate.id};
+    Q_EMIT candidatesChanged();
+    assignRange(candidate.start, candidate.end);
+    listen(0);
+}
+
+void EditorModel::choose(const CutCandidate& candidate, Extend extend)
+{
+    if (extend == Extend::no)
+        m_marked = {candidate.id};
+    else if (m_marked.contains(candidate.id) && m_marked.size() > 1)
+        m_marked.remove(candidate.id); // the last one can't be unmarked
+    else
+        m_marked.insert(candidate.id);
+    Q_EMIT candidatesChanged();
+    assignRange(candidate.start, candidate.end);
+    listen(0);
+}
+
+void EditorModel::setRange(std::optional<double> start, std::optional<double> end)
+{
+    if (!(duration() > 0))
+        return;
+    unmark();
+    double newStart = m_start;
+    double newEnd = m_end;
+    if (start && std::isfinite(*start))
+        newStart = std::min(std::max(*start, 0.0), newEnd - kMinLength);
+    if (end && std::isfinite(*end))
+        newEnd = std::max(std::min(*end, duration()), newStart + kMinLength);
+    assignRange(newStart, newEnd);
+    listen(kDragDelay);
+}
+
+void EditorModel::selectAll()
+{
+    unmark();
+    assignRange(0, duration());
+    listen(0);
+}
+
+void EditorModel::dragStart(double seconds)
+{
+    unmark();
+    assignRange(std::min(std::clamp(seconds, 0.0, duration()), m_end - kMinLength), m_end);
+}
+
+void EditorModel::dragEnd(double seconds)
+{
+    unmark();
+    assignRange(m_start, std::max(std::clamp(seconds, 0.0, duration()), m_start + kMinLength));
+}
+
+void EditorModel::endDrag()
+{
+    listen(kDragDelay);
+}
+
+void EditorModel::unmark()
+{
+    if (m_marked.isEmpty())
+        return;
+    m_marked.clear();
+    Q_EMIT candidatesChanged();
+}
+
+void EditorModel::assignRange(double start, double end)
+{
+    if (start == m_start && end == m_end)
+        return;
+    m_start = start;
+    m_end = end;
+    Q_EMIT rangeChanged();
+}
+
+// Listening
+
+void EditorModel::listen(double delay)
+{
+    m_listens.cancel();
+    if (!m_item || m_path.isEmpty() || !(m_start < m_end))
+        return;
+    m_isListening = true;
+    Q_EMIT heardChanged();
+    const Ticket ticket = m_listens.begin();
+    const auto start = [this, ticket, path = m_path, item = *m_item,
+                        descriptors = m_analysis ? m_analysis->descriptors : m_item->descriptors, from = m_start, to = m_end] {
+        if (ticket.isCurrent())
+            startFlow(hear(path, item, descriptors, from, to, ticket));
+    };
+    if (delay > 0)
+        m_clock.after(inMilliseconds(delay), start);
+    else
+        start();
+}
+
+QCoro::Task<> EditorModel::hear(QString path, SoundItem item, QStringList descriptors, double start, double end, Ticket ticket)
+{
+    const std::vector<HeardLabel> labels = co_await m_work.classify(path, start, end);
+    if (!ticket.isCurrent())
+        co_return;
+    m_heard = SoundNamer::ruleBased(labels, descriptors, end - start);
+    m_isListening = false;
+    Q_EMIT heardChanged();
+    if (m_onHeard)
+        m_onHeard(item, SoundHeard(*m_heard)); // a copy: what is called may load another sound
+    tellIfSettled();
+}
+
+void EditorModel::setSmartSuggestion(std::optional<SmartSuggestion> suggestion)
+{
+    m_smartSuggestion = std::move(suggestion);
+    Q_EMIT smartChanged();
+}
+
+void EditorModel::setThinking(bool isThinking)
+{
+    m_isThinking = isThinking;
+    Q_EMIT smartChanged();
+}
+
+void EditorModel::tellIfSettled()
+{
+    if (isSettled())
+        Q_EMIT settled();
+}
+
+void EditorModel::setLoadError(std::optional<QString> error)
+{
+    m_loadError = std::move(error);
+    Q_EMIT loadErrorChanged();
 }
 
 } // namespace tonequill

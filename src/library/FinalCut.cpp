@@ -92,12 +92,18 @@ QString fcpxml(const QList<Clip>& clips, const QString& eventName)
     return text;
 }
 
-bool send(const QList<Clip>& clips, const QString& folder, const QString& eventName, OtherApps& apps, const Clock& clock)
+QString write(const QList<Clip>& clips, const QString& folder, const QString& eventName, const Clock& clock)
 {
     const QString path =
         folder + u"/Tonequill "_s + QString::number(static_cast<qint64>(clock.secondsSince1970())) + u".fcpxml"_s;
     const std::array document = {fcpxml(clips, eventName).toUtf8()};
     Files::writeDurably(path, document);
+    return path;
+}
+
+bool send(const QList<Clip>& clips, const QString& folder, const QString& eventName, OtherApps& apps, const Clock& clock)
+{
+    const QString path = write(clips, folder, eventName, clock);
     if (apps.open(path, kBundle))
         return true;
     apps.reveal(path);

@@ -28,10 +28,13 @@ bool isInstalled(const OtherApps& apps);
 // REQUIRES: the names come from Clip::make(), and eventName can stand in XML.
 QString fcpxml(const QList<Clip>& clips, const QString& eventName);
 
-// Writes the document into `folder`, named by the second, and opens it with the
-// application; true then. Where the application isn't there, or not any more, the
-// document is shown to the user and the result is false. Throws FileError if it
-// cannot be written; nothing is opened then.
+// Writes the document into `folder`, named by the second, and gives its path.
+// Throws FileError.
+QString write(const QList<Clip>& clips, const QString& folder, const QString& eventName, const Clock& clock);
+
+// Writes the document and opens it with the application; true then. Where the
+// application isn't there, or not any more, the document is shown to the user and
+// the result is false. Throws FileError as write() does; nothing is opened then.
 bool send(const QList<Clip>& clips, const QString& folder, const QString& eventName, OtherApps& apps, const Clock& clock);
 
 } // namespace tonequill::FinalCut

@@ -37,7 +37,10 @@
     X(narrowBelow, size, narrowBelow) X(thumbnailWidth, size, thumbnailWidth) \
     X(thumbnailHeight, size, thumbnailHeight) X(tag, size, tag) X(noticeWidth, size, noticeWidth) \
     X(noticePadding, size, noticePadding) X(textWidth, size, textWidth) X(bar, size, bar) \
-    X(barPitch, size, barPitch) X(barHeight, size, barHeight) X(menuWidth, size, menuWidth) X(hairline, stroke, hairline) \
+    X(barPitch, size, barPitch) X(barHeight, size, barHeight) X(menuWidth, size, menuWidth) X(play, size, play) \
+    X(grip, size, grip) X(ribbon, size, ribbon) X(waveMinHeight, size, waveMinHeight) X(meterWidth, size, meterWidth) \
+    X(valueWidth, size, valueWidth) X(valueWidthShort, size, valueWidthShort) X(voiceWidth, size, voiceWidth) \
+    X(voiceWidthCompact, size, voiceWidthCompact) X(hairline, stroke, hairline) \
     X(strokeControl, stroke, control) X(focus, stroke, focus) X(focusGap, stroke, focusGap) \
     X(strokePlayhead, stroke, playhead) X(motionPress, motion, press) X(motionHover, motion, hover) \
     X(motionStandard, motion, standard) X(motionPanel, motion, panel) X(noticeIn, motion, noticeIn) \

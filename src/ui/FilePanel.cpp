@@ -1,13 +1,16 @@
 #include "ui/FilePanel.h"
 
 #include <QFileDialog>
+#include <QStandardPaths>
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
 
 namespace tonequill {
 
-FilePanel::FilePanel(std::function<void(const QStringList&)> chosen) : m_chosen(std::move(chosen))
+FilePanel::FilePanel(std::function<void(const QStringList&)> chosen)
+    : m_chosen(std::move(chosen)),
+      m_folder(QStandardPaths::writableLocation(QStandardPaths::HomeLocation))
 {}
 
 FilePanel::~FilePanel()
@@ -24,6 +27,7 @@ void FilePanel::open(QWindow* over)
     }
     m_dialog = new QFileDialog(nullptr, u"Add Files"_s, m_folder);
     m_dialog->setAttribute(Qt::WA_DeleteOnClose);
+    m_dialog->setOption(QFileDialog::HideNameFilterDetails);
     m_dialog->setFileMode(QFileDialog::ExistingFiles);
     m_dialog->setLabelText(QFileDialog::Accept, u"Add"_s);
     m_dialog->setNameFilters({u"Sounds and videos (*.wav *.mp3 *.m4a *.aac *.aif *.aiff *.caf *.flac *.ogg *.opus *.wma "

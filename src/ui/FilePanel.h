@@ -25,7 +25,7 @@ public:
 private:
     std::function<void(const QStringList&)> m_chosen;
     QPointer<QFileDialog> m_dialog;
-    QString m_folder; // of the last choice
+    QString m_folder; // of the last choice; at first the user's home
 };
 
 } // namespace tonequill

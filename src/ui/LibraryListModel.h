@@ -56,6 +56,10 @@ public:
     Q_INVOKABLE QString deleteLabel(int row) const;
     Q_INVOKABLE void deleteFrom(int row);
 
+    // What an action on a row means: all that are selected if it is one of
+    // several, else it alone.
+    QList<SoundItem> meantBy(int row) const;
+
 Q_SIGNALS:
     void countChanged();
     void currentRowChanged();
@@ -64,7 +68,6 @@ private:
     int incomingCount() const { return int(m_incoming.size()); }
     const SoundItem* soundAt(int row) const;
     QVariant incomingData(qsizetype row, int role) const;
-    QList<SoundItem> meantBy(int row) const;
     void takeIncoming();
     void lookAtProgress();
     void setCurrent(const QUuid& id);

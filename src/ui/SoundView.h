@@ -1,10 +1,14 @@
 #pragma once
 
-#include "editor/EditorModel.h"
+#include "app/AppModel.h"
+#include "ui/EffectsView.h"
+#include "ui/PartsModel.h"
+#include "ui/PlaybackView.h"
 #include "ui/WaveItems.h"
 
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 
 namespace tonequill {
 
@@ -16,39 +20,80 @@ class SoundView : public QObject {
     Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed FINAL)
     Q_PROPERTY(QString name READ name NOTIFY changed FINAL)
     Q_PROPERTY(QString durationText READ durationText NOTIFY changed FINAL)
-    Q_PROPERTY(QStringList words READ words NOTIFY changed FINAL)
+    Q_PROPERTY(QString lengthText READ lengthText NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList tags READ tags NOTIFY changed FINAL)
+    Q_PROPERTY(QStringList traits READ traits NOTIFY changed FINAL)
     Q_PROPERTY(QString license READ license NOTIFY changed FINAL)
     Q_PROPERTY(QString creditLine READ creditLine NOTIFY changed FINAL)
     Q_PROPERTY(bool needsCredit READ needsCredit NOTIFY changed FINAL)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY changed FINAL)
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged FINAL) // of the analysis, 0…1
+    Q_PROPERTY(bool isReady READ isReady NOTIFY changed FINAL)
     Q_PROPERTY(QString errorText READ errorText NOTIFY changed FINAL)
     Q_PROPERTY(double duration READ duration NOTIFY changed FINAL)
     Q_PROPERTY(tonequill::Envelope envelope READ envelope NOTIFY envelopeChanged FINAL)
+    Q_PROPERTY(QString headline READ headline NOTIFY heardChanged FINAL)
+    Q_PROPERTY(QString summary READ summary NOTIFY heardChanged FINAL)
+    Q_PROPERTY(tonequill::PartsModel* parts READ parts CONSTANT FINAL)
+    Q_PROPERTY(tonequill::PlaybackView* playback READ playback CONSTANT FINAL)
+    Q_PROPERTY(tonequill::EffectsView* effects READ effects CONSTANT FINAL)
 
 public:
-    explicit SoundView(const EditorModel& editor);
+    explicit SoundView(AppModel& app);
+    ~SoundView() override;
 
-    bool isOpen() const { return m_editor.item().has_value(); }
+    EditorModel& editor() const { return m_app.editor(); }
+
+    bool isOpen() const { return editor().item().has_value(); }
     QString name() const;
     QString durationText() const; // "6.98 s"
-    QStringList words() const;    // tags, then descriptors, each once
+    QString lengthText() const;   // "6.98s", as the chips have it
+    QStringList tags() const;     // each once
+    QStringList traits() const;   // the descriptors that are no tags
     QString license() const;
     QString creditLine() const; // empty while no credit is due
     bool needsCredit() const;
-    bool isLoading() const { return m_editor.analysisState() == EditorModel::AnalysisState::loading; }
-    QString errorText() const { return m_editor.loadError().value_or(QString()); }
-    double duration() const { return m_editor.duration(); }
+    bool isLoading() const { return editor().analysisState() == EditorModel::AnalysisState::loading; }
+    bool isReady() const { return editor().analysisState() == EditorModel::AnalysisState::ready; }
+    double progress() const { return editor().analysisProgress(); }
+    QString errorText() const { return editor().loadError().value_or(QString()); }
+    double duration() const { return editor().duration(); }
     const Envelope& envelope() const { return m_envelope; }
+    QString headline() const; // "Listening…", or what was heard
+    QString summary() const;
+    PartsModel* parts() { return &m_parts; }
+    PlaybackView* playback() { return &m_playback; }
+    EffectsView* effects() { return &m_effects; }
+
+    // Gives the sound a name of the user's own; blanks alone change nothing.
+    Q_INVOKABLE void rename(const QString& name);
+    // A tag that it has already, or blanks, change nothing.
+    Q_INVOKABLE void addTag(const QString& tag);
+    Q_INVOKABLE void removeTag(const QString& tag);
 
 Q_SIGNALS:
+    void opened(); // another sound than before, or none
     void changed();
+    void progressChanged();
     void envelopeChanged();
+    void heardChanged();
 
 private:
+    void takeItem();
     void takeAnalysis();
+    QCoro::Task<> refine(QString path, Ticket ticket);
+    void stopRefining();
+    void update(const std::function<void(SoundItem&)>& change);
 
-    const EditorModel& m_editor;
+    AppModel& m_app;
+    QUuid m_id;
     Envelope m_envelope;
+    PartsModel m_parts;
+    PlaybackView m_playback;
+    EffectsView m_effects;
+    QTimer m_look; // while the analysis runs
+    Tickets m_refinements;
+    ProgressPtr m_refining;
 };
 
 } // namespace tonequill

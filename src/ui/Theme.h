@@ -19,6 +19,7 @@ class Theme : public QObject {
 #define TONEQUILL_PROPERTY(name) Q_PROPERTY(QColor name READ name NOTIFY changed FINAL)
     TONEQUILL_COLORS(TONEQUILL_PROPERTY)
 #undef TONEQUILL_PROPERTY
+    Q_PROPERTY(QColor windowBase READ windowBase NOTIFY changed FINAL)
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed FINAL)
     Q_PROPERTY(QList<tonequill::ShadowLayer> panelShadow READ panelShadow NOTIFY changed FINAL)
     Q_PROPERTY(QList<tonequill::ShadowLayer> controlShadow READ controlShadow NOTIFY changed FINAL)
@@ -41,6 +42,10 @@ public:
     }
     TONEQUILL_COLORS(TONEQUILL_GETTER)
 #undef TONEQUILL_GETTER
+    QColor windowBase() const
+    {
+        return m_palette.windowBase;
+    }
     bool isDark() const
     {
         return m_isDark;

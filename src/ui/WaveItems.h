@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/FinePeaks.h"
 #include "ui/ImageItem.h"
 
 #include <QColor>
@@ -29,6 +30,7 @@ public:
         std::vector<float> peak;
         std::vector<float> rms; // as long as peak
         double hopSeconds = 0.01;
+        FinePeaks fine; // for a close look; empty until they have been read
     };
     std::shared_ptr<const Data> data; // null for none
     bool operator==(const Envelope&) const = default;
@@ -58,53 +60,6 @@ private:
 
     Levels m_levels;
     QColor m_color;
-};
-
-// The large wave: the peak over the RMS, in two tones, over the stretch from
-// startSeconds to endSeconds.
-class WaveformView : public tonequill::ImageItem {
-    Q_OBJECT
-    QML_ELEMENT
-    Q_PROPERTY(tonequill::Envelope envelope READ envelope WRITE setEnvelope NOTIFY changed FINAL)
-    Q_PROPERTY(double startSeconds READ startSeconds WRITE setStartSeconds NOTIFY changed FINAL)
-    Q_PROPERTY(double endSeconds READ endSeconds WRITE setEndSeconds NOTIFY changed FINAL)
-    Q_PROPERTY(QColor peakColor READ peakColor WRITE setPeakColor NOTIFY changed FINAL)
-    Q_PROPERTY(QColor rmsColor READ rmsColor WRITE setRmsColor NOTIFY changed FINAL)
-
-public:
-    explicit WaveformView(QQuickItem* parent = nullptr) : ImageItem(parent) {}
-
-    const Envelope& envelope() const { return m_envelope; }
-    void setEnvelope(const Envelope& envelope) { set(m_envelope, envelope); }
-    double startSeconds() const { return m_startSeconds; }
-    void setStartSeconds(double seconds) { set(m_startSeconds, seconds); }
-    double endSeconds() const { return m_endSeconds; }
-    void setEndSeconds(double seconds) { set(m_endSeconds, seconds); }
-    QColor peakColor() const { return m_peakColor; }
-    void setPeakColor(const QColor& color) { set(m_peakColor, color); }
-    QColor rmsColor() const { return m_rmsColor; }
-    void setRmsColor(const QColor& color) { set(m_rmsColor, color); }
-
-Q_SIGNALS:
-    void changed();
-
-private:
-    template <typename T>
-    void set(T& field, const T& value)
-    {
-        if (field == value)
-            return;
-        field = value;
-        redraw();
-        Q_EMIT changed();
-    }
-    QImage render(const QSize& pixels, double scale) override;
-
-    Envelope m_envelope;
-    double m_startSeconds = 0;
-    double m_endSeconds = 0;
-    QColor m_peakColor;
-    QColor m_rmsColor;
 };
 
 } // namespace tonequill

@@ -35,7 +35,7 @@ Ramp rampOf(const Palette& palette)
     Ramp ramp(kRampSteps);
     const auto* colors = reinterpret_cast<const QRgba64*>(line.constScanLine(0));
     for (std::size_t i = 0; i < ramp.size(); ++i) {
-        const auto units = [](quint16 part) { return int(part) * 255 * 256 / 65535; };
+        const auto units = [](quint16 part) { return int(qint64(part) * 255 * 256 / 65535); };
         ramp[i] = {units(colors[i].red()), units(colors[i].green()), units(colors[i].blue())};
     }
     return ramp;

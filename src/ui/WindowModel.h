@@ -18,6 +18,9 @@ class WindowModel : public QObject {
     Q_PROPERTY(Section section READ section WRITE setSection NOTIFY sectionChanged FINAL)
     Q_PROPERTY(QString noticeText READ noticeText NOTIFY noticeChanged FINAL)
     Q_PROPERTY(bool noticeIsError READ noticeIsError NOTIFY noticeChanged FINAL)
+    Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
+    Q_PROPERTY(bool canSendToFinalCut READ canSendToFinalCut NOTIFY isWorkingChanged FINAL)
+    Q_PROPERTY(bool isAdding READ isAdding NOTIFY isWorkingChanged FINAL)
     Q_PROPERTY(tonequill::LibraryListModel* library READ library CONSTANT FINAL)
     Q_PROPERTY(tonequill::SoundView* sound READ sound CONSTANT FINAL)
 
@@ -33,10 +36,21 @@ public:
     void setSection(Section section) { m_app.setSection(AppSection(int(section))); }
     QString noticeText() const { return m_app.noticeText(); }
     bool noticeIsError() const { return m_app.noticeIsError(); }
+    bool isWorking() const { return m_app.isWorking(); }
+    bool canSendToFinalCut() const { return m_app.canSendToFinalCut(); }
+    bool isAdding() const { return m_isAdding && isWorking(); }
     LibraryListModel* library() { return &m_library; }
     SoundView* sound() { return &m_sound; }
 
     Q_INVOKABLE void chooseFiles() const { m_askForFiles(); }
+    // What becomes of the open sound's marked parts.
+    Q_INVOKABLE void addToLibrary();
+    Q_INVOKABLE void saveToDesktop();
+    Q_INVOKABLE void sendToFinalCut(); // the whole open sound
+    // Drags them out of `from`, rendered; and the sounds of a row of the list.
+    Q_INVOKABLE void dragParts(QQuickItem* from);
+    Q_INVOKABLE void dragRow(int row, QQuickItem* from);
+
     void addFiles(const QStringList& paths);
     // Whether a drop of these would bring in anything, and the drop.
     Q_INVOKABLE bool acceptsDrop(const QList<QUrl>& urls) const;
@@ -45,12 +59,16 @@ public:
 Q_SIGNALS:
     void sectionChanged();
     void noticeChanged();
+    void isWorkingChanged();
 
 private:
+    static void dragOut(QQuickItem* from, const AppModel::StagedFiles& files);
+
     AppModel& m_app;
     std::function<void()> m_askForFiles;
     LibraryListModel m_library;
     SoundView m_sound;
+    bool m_isAdding = false;
 };
 
 } // namespace tonequill

@@ -42,13 +42,15 @@ AudioBuffer mixedDown(const AudioBuffer& block)
 }
 
 // Feeds frames [first, last) of the file to the stream, and zeros up to one second.
-void hear(AudioFile& file, qint64 first, qint64 last, PatchStream& patches)
+void hear(AudioFile& file, qint64 first, qint64 last, PatchStream& patches, const Progress* progress)
 {
     StreamConverter converter({file.sampleRate(), 1}, {MelFrontEnd::kSampleRate, 1});
     file.seek(first);
     AudioBuffer block(file.format(), std::min(kBlockFrames, last - first));
     qint64 left = last - first;
     while (left > 0 && file.read(block, std::min(left, block.capacityFrames())) > 0) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         left -= block.frameLength();
         patches.add(converter.convert(mixedDown(block)).channel(0));
     }
@@ -102,7 +104,8 @@ std::shared_ptr<const SoundEventModel> SoundClassifier::model() const
     return m_model;
 }
 
-std::vector<HeardLabel> SoundClassifier::classify(const QString& path, double start, double end, int top) const
+std::vector<HeardLabel> SoundClassifier::classify(const QString& path, double start, double end, int top,
+                                                  const Progress* progress) const
 {
     AudioFile file(path);
     const qint64 first = frameAt(start, file.sampleRate(), file.length());
@@ -117,7 +120,7 @@ std::vector<HeardLabel> SoundClassifier::classify(const QString& path, double st
         for (std::size_t i = 0; i < best.size(); ++i)
             best[i] = std::max(best[i], confidences[i]);
     });
-    hear(file, first, last, patches);
+    hear(file, first, last, patches, progress);
     return strongest(listener->labels(), best, top);
 }
 

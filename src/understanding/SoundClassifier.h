@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Progress.h"
 #include "understanding/HeardLabel.h"
 #include "understanding/SoundEventModel.h"
 
@@ -37,6 +38,10 @@ public:
     // Labels that count as voice or music and not as a sound effect.
     static const QSet<QString>& voiceAndMusic();
 
+    // Loads the network now instead of with the first question. Throws
+    // SoundModelError as classify() does.
+    void prepare() const { model(); }
+
     // The labels above 0.05 other than "silence", strongest first, at most `top`;
     // of equals the earlier one first. REQUIRES: best.size() == labels.size().
     static std::vector<HeardLabel> strongest(const QStringList& labels, const std::vector<double>& best, int top);
@@ -46,7 +51,8 @@ public:
     // of about one second. A file of any length is read in blocks.
     // Throws AudioFileError, and SoundModelError for a broken network of the
     // user's unless the choice is to fall back.
-    std::vector<HeardLabel> classify(const QString& path, double start, double end, int top) const;
+    std::vector<HeardLabel> classify(const QString& path, double start, double end, int top,
+                                     const Progress* progress = nullptr) const;
 
 private:
     std::shared_ptr<const SoundEventModel> model() const;

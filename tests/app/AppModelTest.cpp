@@ -1,5 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
+#include "fakes/FakeOtherApps.h"
 #include "support/Printing.h"
 
 #include <QDir>
@@ -40,7 +42,8 @@ protected:
             qFatal("no index");
         index.write('[' + records.first(count).join(',') + ']');
         index.close();
-        return std::make_unique<AppModel>(defaults, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+        return std::make_unique<AppModel>(defaults, clock, work, apps,
+                                          std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
     }
 
     static QString names(const AppModel& model)
@@ -59,6 +62,8 @@ protected:
     QTemporaryDir folder;
     QByteArrayList records;
     test::FakeClock clock;
+    test::FakeEditorWork work;
+    test::FakeOtherApps apps;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
 };
 
@@ -87,7 +92,7 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     model->setCreateWithCredits(true);
     model->setSaveFolderPath(folder.path());
     Defaults stored(folder.filePath(u"tonequill.ini"_s));
-    const AppModel again(stored, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    const AppModel again(stored, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
     EXPECT_FALSE(again.alsoFinalCut());
     EXPECT_FALSE(again.shortOnlyByDefault());
     EXPECT_TRUE(again.hideCreditSounds());

@@ -2,6 +2,8 @@
 #include "app/HandedOver.h"
 #include "base/Background.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
+#include "fakes/FakeOtherApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
 #include "support/Await.h"
@@ -36,8 +38,10 @@ protected:
 
     QTemporaryDir folder;
     test::FakeClock clock;
+    test::FakeEditorWork work;
+    test::FakeOtherApps apps;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel model{defaults, clock, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
+    AppModel model{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
 };
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
@@ -22,11 +21,7 @@ namespace {
 // A user's cache of its own for each test.
 class DragStagingTest : public testing::Test {
 protected:
-    DragStagingTest() : m_cache("XDG_CACHE_HOME", QFile::encodeName(m_folder.path()))
-    {
-        QStandardPaths::setTestModeEnabled(false); // it would take another folder
-    }
-    ~DragStagingTest() override { QStandardPaths::setTestModeEnabled(true); }
+    DragStagingTest() : m_cache("XDG_CACHE_HOME", QFile::encodeName(m_folder.path())) {}
 
     QString path(const QString& name) const { return m_folder.filePath(name); }
     QString sound(const QString& name) const

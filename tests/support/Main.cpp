@@ -1,14 +1,14 @@
+#include "support/OwnFolders.h"
+
 #include <QCoreApplication>
-#include <QStandardPaths>
 
 #include <gmock/gmock.h>
 
-// One main for every test program: coroutines need an application object, and
-// nothing a test does may reach the user's own folders.
+// One main for every test program: coroutines need an application object.
 int main(int argc, char** argv)
 {
+    const tonequill::test::OwnFolders folders;
     QCoreApplication application(argc, argv);
-    QStandardPaths::setTestModeEnabled(true);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -63,7 +63,13 @@ void Fixture::start(int count)
     for (int i = 1; i <= count; ++i)
         m_folder->add(u"Sound %1"_s.arg(i)).descriptors = {u"short"_s, u"hit"_s};
     m_folder->write();
-    m_app = std::make_unique<AppModel>(m_defaults, m_clock, std::make_unique<LibraryStore>(m_clock, m_folder->path()));
+    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, m_apps,
+                                       std::make_unique<LibraryStore>(m_clock, m_folder->path()));
+    makeModel();
+}
+
+void Fixture::makeModel()
+{
     m_model = std::make_unique<WindowModel>(*m_app, [this] {
         ++m_filesAskedFor;
         Q_EMIT filesAskedForChanged();
@@ -73,10 +79,65 @@ void Fixture::start(int count)
     Q_EMIT modelChanged();
 }
 
+void Fixture::startEditing()
+{
+    stop();
+    m_openSound = std::make_unique<OpenSound>();
+    m_player = std::make_shared<FakeAudioPlayer>(10);
+    m_openSound->work.openings.back().answer(m_player);
+    m_openSound->finishWithThree();
+    m_openSound->view.reset();
+    m_app = std::move(m_openSound->app);
+    makeModel();
+}
+
+QString Fixture::editor() const
+{
+    const EditorModel& editor = m_app->editor();
+    QString state = QString::asprintf("%.2f-%.2f marked %d", editor.start(), editor.end(), int(editor.marked().size()));
+    if (editor.cursor())
+        state += QString::asprintf(" cursor %.2f", *editor.cursor());
+    if (editor.isRendering())
+        state += u" rendering"_s;
+    else if (editor.isPlaying())
+        state += u" playing"_s;
+    if (editor.loop())
+        state += u" loop"_s;
+    return state;
+}
+
+QString Fixture::effects() const
+{
+    return QString::fromUtf8(m_app->editor().effects().toJson());
+}
+
+QString Fixture::record() const
+{
+    const SoundItem* item = m_app->selectedItem();
+    return item->name + u": "_s + item->tags.join(u", "_s);
+}
+
+void Fixture::answerHearing()
+{
+    m_openSound->work.hearings.back().answer({{u"slam"_s, 0.92}, {u"door"_s, 0.3}});
+}
+
+void Fixture::failEffects()
+{
+    m_openSound->work.renders.back().fail(std::runtime_error("no"));
+}
+
+void Fixture::play(double seconds)
+{
+    m_player->time = seconds;
+    m_openSound->clock.advance(std::chrono::milliseconds(16));
+}
+
 void Fixture::stop()
 {
     m_model.reset();
     m_app.reset();
+    m_openSound.reset();
     m_folder.reset();
     Q_EMIT modelChanged();
 }

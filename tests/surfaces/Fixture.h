@@ -1,9 +1,13 @@
 #pragma once
 
+#include "fakes/FakeAudioOutput.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
+#include "ui/OpenSound.h"
 #include "ui/ThemeStore.h"
 #include "ui/WindowModel.h"
+#include "understanding/SoundClassifier.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -35,8 +39,20 @@ public:
 
     // A new program with sounds "Sound 1" … "Sound count".
     Q_INVOKABLE void start(int count);
+    // A new program whose one sound is open: ten seconds, with the parts "Slam"
+    // (3 to 4 s, the best), 6 to 7.5 s, and the whole.
+    Q_INVOKABLE void startEditing();
     // Ends it; no window may show it any more.
     Q_INVOKABLE void stop();
+
+    // The editor's state, as one line: "3.00-4.00", the number of marked parts,
+    // and what else is going on.
+    Q_INVOKABLE QString editor() const;
+    Q_INVOKABLE QString effects() const;
+    Q_INVOKABLE QString record() const; // name and tags of the open sound
+    Q_INVOKABLE void answerHearing();
+    Q_INVOKABLE void failEffects();        // the render that is asked for
+    Q_INVOKABLE void play(double seconds); // the sound has come there
 
     // The names of the selected sounds, in the list's order, and the open one.
     Q_INVOKABLE QString selected() const;
@@ -66,11 +82,19 @@ Q_SIGNALS:
     void filesAskedForChanged();
 
 private:
+    void makeModel();
+
     FakeClock m_clock;
+    FakeAudioOutput m_output;
+    FakeOtherApps m_apps;
+    SoundClassifier m_classifier;
+    BackgroundEditorWork m_work{m_classifier, m_output};
     QTemporaryDir m_settings;
     Defaults m_defaults{m_settings.filePath(QStringLiteral("tonequill.ini"))};
     ThemeStore m_themes{m_defaults};
     std::unique_ptr<LibraryFolder> m_folder;
+    std::unique_ptr<OpenSound> m_openSound;
+    std::shared_ptr<FakeAudioPlayer> m_player;
     std::unique_ptr<AppModel> m_app;
     std::unique_ptr<WindowModel> m_model;
     int m_filesAskedFor = 0;

@@ -1,3 +1,4 @@
+#include "support/OwnFolders.h"
 #include "surfaces/Fixture.h"
 #include "ui/MainWindow.h"
 
@@ -30,6 +31,7 @@ private:
 
 int main(int argc, char** argv)
 {
+    const test::OwnFolders folders;
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QApplication application(argc, argv);
     QTEST_SET_MAIN_SOURCE_PATH

@@ -1,6 +1,8 @@
 #include "ui/LibraryListModel.h"
 
 #include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
+#include "fakes/FakeOtherApps.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
@@ -30,7 +32,7 @@ protected:
         for (int i = 0; i < count; ++i)
             folder.add(QString(QChar(u'a' + i)));
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, std::make_unique<LibraryStore>(clock, folder.path()));
+        app = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
         model = std::make_unique<LibraryListModel>(*app);
         tester = std::make_unique<QAbstractItemModelTester>(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
@@ -50,6 +52,8 @@ protected:
 
     test::LibraryFolder folder;
     test::FakeClock clock;
+    test::FakeEditorWork work;
+    test::FakeOtherApps apps;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<LibraryListModel> model;

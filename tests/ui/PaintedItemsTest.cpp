@@ -6,6 +6,7 @@
 #include "ui/TextItems.h"
 #include "ui/ThemeStore.h"
 #include "ui/WaveItems.h"
+#include "ui/WaveformView.h"
 #include "ui/WindowBackground.h"
 
 #include <QQuickWindow>
@@ -103,13 +104,80 @@ TEST_F(PaintedItemsTest, AWaveLaysTheRmsOverThePeakInTwoTones)
     wave.setPeakColor(Qt::red);
     wave.setRmsColor(Qt::blue);
     wave.setEnvelope({std::make_shared<const Envelope::Data>(
-        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01})});
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
     wave.setEndSeconds(1);
     const QImage image = shown(wave, 100, 40);
     EXPECT_EQ(image.pixelColor(50, 2), QColor(Qt::red));
     EXPECT_EQ(image.pixelColor(50, 20), QColor(Qt::blue));
     EXPECT_EQ(image.pixelColor(50, 37), QColor(Qt::red));
     EXPECT_EQ(count(image, Qt::blue), 100 * 20);
+}
+
+TEST_F(PaintedItemsTest, AWaveHasItsOwnTonesInsideTheRange)
+{
+    Complete<WaveformView> wave;
+    wave.setEnvelope({std::make_shared<const Envelope::Data>(
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEndSeconds(1);
+    wave.setPeakColor(Qt::red);
+    wave.setRmsColor(Qt::red);
+    wave.setRangePeakColor(Qt::green);
+    wave.setRangeRmsColor(Qt::blue);
+    wave.setRangeStart(0.25);
+    wave.setRangeEnd(0.5);
+    const QImage image = shown(wave, 100, 40);
+    EXPECT_EQ(image.pixelColor(24, 2), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(25, 2), QColor(Qt::green));
+    EXPECT_EQ(image.pixelColor(25, 20), QColor(Qt::blue));
+    EXPECT_EQ(image.pixelColor(49, 2), QColor(Qt::green));
+    EXPECT_EQ(image.pixelColor(50, 20), QColor(Qt::red));
+}
+
+TEST_F(PaintedItemsTest, WhatHasPlayedRunsFromOneColourToTheOtherAcrossTheRange)
+{
+    Complete<WaveformView> wave;
+    wave.setEnvelope({std::make_shared<const Envelope::Data>(
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEndSeconds(1);
+    wave.setRangePeakColor(Qt::blue);
+    wave.setEndColor(Qt::red);
+    wave.setRangeStart(0.2);
+    wave.setRangeEnd(0.8);
+    const QImage image = shown(wave, 100, 40);
+    EXPECT_EQ(image.pixelColor(19, 20), QColor(Qt::white));
+    EXPECT_TRUE(isNear(image.pixelColor(20, 20), QColor(Qt::blue)));
+    EXPECT_TRUE(isNear(image.pixelColor(50, 20), QColor(128, 0, 128)));
+    EXPECT_GT(image.pixelColor(79, 20).red(), 245);
+    EXPECT_EQ(image.pixelColor(80, 20), QColor(Qt::white));
+}
+
+TEST_F(PaintedItemsTest, AHiddenWaveIsNotDrawn)
+{
+    Complete<WaveformView> wave;
+    wave.setEnvelope({std::make_shared<const Envelope::Data>(
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEndSeconds(1);
+    wave.setPeakColor(Qt::red);
+    wave.setRmsColor(Qt::red);
+    wave.setVisible(false);
+    shown(wave, 100, 40);
+    EXPECT_TRUE(wave.image().isNull());
+    wave.setVisible(true);
+    EXPECT_EQ(window.grabWindow().pixelColor(50, 20), QColor(Qt::red));
+}
+
+TEST_F(PaintedItemsTest, AWaveTakesTheFinerPeaksOnceTheyAreThere)
+{
+    Complete<WaveformView> wave;
+    FinePeaks fine{std::vector<float>(1000, 0.1f), 0.001};
+    wave.setEnvelope({std::make_shared<const Envelope::Data>(
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.9f), 0.01, fine})});
+    wave.setEndSeconds(1);
+    wave.setPeakColor(Qt::red);
+    wave.setRmsColor(Qt::red);
+    const QImage image = shown(wave, 100, 40);
+    EXPECT_EQ(image.pixelColor(50, 20), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(50, 15), QColor(Qt::white)) << "and the RMS never reaches over them";
 }
 
 TEST_F(PaintedItemsTest, EveryDigitTakesTheCellOfAZero)

@@ -1,9 +1,9 @@
 #include "ui/SoundView.h"
 
-#include "support/LibraryFolder.h"
+#include "fakes/FakeAudioOutput.h"
 #include "support/Printing.h"
-
-#include <QTest>
+#include "ui/OpenSound.h"
+#include "understanding/SoundClassifier.h"
 
 #include <gtest/gtest.h>
 
@@ -12,20 +12,26 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kPatienceMs = 20000;
-
+// A real analysis of real files.
 class SoundViewTest : public testing::Test {
 protected:
     // The analysis of a short sound may be there before load() returns.
     void loadAndWait(const SoundItem& item, const QString& path)
     {
         editor.load(item, path);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !view.isLoading(); }, kPatienceMs));
+        ASSERT_TRUE(test::OpenSound::wait([this] { return !view.isLoading(); }));
     }
 
     test::LibraryFolder folder;
-    EditorModel editor;
-    SoundView view{editor};
+    test::FakeClock clock;
+    test::FakeAudioOutput output;
+    test::FakeOtherApps apps;
+    SoundClassifier classifier;
+    BackgroundEditorWork work{classifier, output};
+    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
+    AppModel app{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path())};
+    EditorModel& editor = app.editor();
+    SoundView view{app};
 };
 
 } // namespace
@@ -49,7 +55,8 @@ TEST_F(SoundViewTest, ShowsTheRecordOfTheSound)
     EXPECT_TRUE(wasLoading);
     EXPECT_EQ(view.name(), u"Door Slam"_s);
     EXPECT_EQ(view.durationText(), u"6.98 s"_s);
-    EXPECT_EQ(view.words().join(u' '), u"door slam medium"_s);
+    EXPECT_EQ(view.tags().join(u' '), u"door slam"_s);
+    EXPECT_EQ(view.traits().join(u' '), u"medium"_s);
 }
 
 TEST_F(SoundViewTest, ShowsTheEnvelopeWhenItIsThere)
@@ -84,4 +91,68 @@ TEST_F(SoundViewTest, TellsWhoMustBeCredited)
     editor.load(item, {});
     EXPECT_FALSE(view.needsCredit());
     EXPECT_EQ(view.creditLine(), QString());
+}
+
+TEST_F(SoundViewTest, TheWaveGetsItsTrueShapeFromTheFile)
+{
+    const SoundItem& item = folder.add(u"Tone"_s);
+    loadAndWait(item, folder.path() + u'/' + item.fileName);
+    ASSERT_TRUE(test::OpenSound::wait([this] { return !view.envelope().data->fine.values.empty(); }));
+    const FinePeaks& fine = view.envelope().data->fine;
+    EXPECT_EQ(fine.values.size(), 2000u); // each frame of a quarter of a second
+    EXPECT_DOUBLE_EQ(fine.hopSeconds, 1.0 / 8000);
+}
+
+TEST(SoundViewEdits, ANewNameIsTheUsersOwn)
+{
+    test::OpenSound open;
+    open.view->rename(u"  Heavy Door  "_s);
+    EXPECT_EQ(open.item().name, u"Heavy Door"_s);
+    EXPECT_EQ(open.item().nameIsAuto, false);
+    EXPECT_EQ(open.view->name(), u"Heavy Door"_s);
+}
+
+TEST(SoundViewEdits, BlanksAndTheSameNameChangeNothing)
+{
+    test::OpenSound open;
+    open.view->rename(u"   "_s);
+    open.view->rename(u"Door Slam"_s);
+    EXPECT_EQ(open.item().name, u"Door Slam"_s);
+    EXPECT_EQ(open.item().nameIsAuto, std::nullopt);
+}
+
+TEST(SoundViewEdits, TagsComeAndGo)
+{
+    test::OpenSound open;
+    open.view->addTag(u" wood "_s);
+    open.view->addTag(u"wood"_s);
+    open.view->addTag(u" "_s);
+    EXPECT_EQ(open.item().tags.join(u' '), u"door slam wood"_s);
+    open.view->removeTag(u"door"_s);
+    EXPECT_EQ(open.view->tags().join(u' '), u"slam wood"_s);
+    EXPECT_EQ(open.view->traits().join(u' '), u"medium door"_s);
+}
+
+TEST(SoundViewEdits, SaysWhatWasHeard)
+{
+    test::OpenSound open;
+    open.finishWithThree();
+    EXPECT_EQ(open.view->headline(), u"Listening…"_s);
+    EXPECT_EQ(open.view->summary(), QString());
+    open.work.hearings.back().answer({{u"slam"_s, 0.92}});
+    ASSERT_TRUE(test::OpenSound::wait([&open] { return !open.editor().isListening(); }));
+    EXPECT_EQ(open.view->headline(), open.editor().heard()->headline);
+    EXPECT_TRUE(open.view->headline().contains(u"slam (92% sure)"_s)) << open.view->headline().toStdString();
+    EXPECT_FALSE(open.view->summary().isEmpty());
+}
+
+TEST(SoundViewEdits, TellsHowFarALongAnalysisHasCome)
+{
+    test::OpenSound open;
+    EXPECT_TRUE(open.view->isLoading());
+    int looks = 0;
+    QObject::connect(open.view.get(), &SoundView::progressChanged, open.view.get(), [&looks] { ++looks; });
+    open.work.analyses.back().question.progress->set(0.25);
+    EXPECT_TRUE(test::OpenSound::wait([&looks] { return looks > 0; }));
+    EXPECT_EQ(open.view->progress(), 0.25);
 }

@@ -16,8 +16,9 @@
 #include <cstring>
 #include <numeric>
 
-// Compares with a published network of the same interface, where a folder with
-// it is named: TONEQUILL_REFERENCE/models/yamnet and TONEQUILL_REFERENCE/sounds.
+// Compares with a published network of the same interface, where it is at hand:
+// models/yamnet and sounds in the folder that TONEQUILL_REFERENCE names, or else
+// in "shared" beside the source tree.
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -53,10 +54,10 @@ class ReferenceTest : public testing::Test {
 protected:
     void SetUp() override
     {
-        root = qEnvironmentVariable("TONEQUILL_REFERENCE");
-        if (root.isEmpty())
-            GTEST_SKIP() << "TONEQUILL_REFERENCE names no folder";
+        root = qEnvironmentVariable("TONEQUILL_REFERENCE", QStringLiteral(TONEQUILL_REFERENCE_BESIDE));
         folder = root + u"/models/yamnet/"_s;
+        if (!QFileInfo::exists(folder + u"yamnet_core.onnx"_s))
+            GTEST_SKIP() << "there is no reference in " << root.toStdString();
         model = SoundEventModel::fromFile(folder + u"yamnet_core.onnx"_s, folder + u"yamnet_class_map.csv"_s);
     }
 

@@ -32,9 +32,9 @@ class Sounds:
         return np.stack([frames[b:b + PATCH] for b in begins])
 
 
-def cut(frames, random):
+def cut(frames, random, spread=0.1):
     """A stretched patch that holds something of the sound."""
-    speed = np.exp(random.normal(0, 0.1))
+    speed = np.exp(random.normal(0, spread))
     want = int(PATCH * speed) + 2
     if len(frames) > want:
         energy = np.add.reduceat((frames ** 2).sum(1), np.arange(0, len(frames), 8))
@@ -100,11 +100,12 @@ def mix(first, second, random):
 
 class Sampler:
     """Draws labelled, augmented log-mel patches. Labels with many groups come
-    more often, but by the square root only."""
+    more often, but by the square root only. Some patches stay as they are: what
+    people drop into the program is seldom as bad as what `change` makes."""
 
-    def __init__(self, recordings, chosen, synthetic, labels, synthetic_share=0.12):
+    def __init__(self, recordings, chosen, synthetic, labels, synthetic_share=0.12, plain_share=0.3):
         self.recordings, self.synthetic, self.labels = recordings, synthetic, labels
-        self.share = synthetic_share
+        self.share, self.plain_share = synthetic_share, plain_share
         self.tables = []
         for sounds, indices in ((recordings, chosen), (synthetic, range(len(synthetic)))):
             groups = {}
@@ -115,13 +116,13 @@ class Sampler:
             weights = np.array([len(groups[n]) ** 0.5 for n in names])
             self.tables.append((names, weights / weights.sum(), [list(groups[n].values()) for n in names]))
 
-    def one(self, random):
+    def one(self, random, spread=0.1):
         made = random.random() < self.share
         sounds = self.synthetic if made else self.recordings
         names, weights, groups = self.tables[int(made)]
         label = random.choice(len(names), p=weights)
         group = groups[label][random.integers(len(groups[label]))]
-        return cut(sounds.sound(group[random.integers(len(group))]), random), self.labels.index(names[label])
+        return cut(sounds.sound(group[random.integers(len(group))]), random, spread), self.labels.index(names[label])
 
     def draw(self, count, random):
         """count x 96 x 64 log-mel (float16) and count x labels targets."""
@@ -129,9 +130,10 @@ class Sampler:
         targets = np.zeros((count, len(self.labels)), np.float32)
         quiet = self.labels.index("silence")
         for number in range(count):
-            patch, label = self.one(random)
+            plain = random.random() < self.plain_share
+            patch, label = self.one(random, 0.0 if plain else 0.1)
             share, other = 0.0, label
-            if label != quiet:
+            if label != quiet and not plain:
                 patch = change(patch, random)
                 if random.random() < 0.3:
                     second, other = self.one(random)

@@ -67,30 +67,30 @@ class Separable(nn.Module):
 
 
 class Student(nn.Module):
-    """Log-mel patches (N x 1 x 96 x 64) to an embedding of the teacher's size
-    and to one logit for each of our labels."""
+    """Log-mel patches (N x 1 x 96 x 64) to features and to one logit for each of
+    our labels. `embed` makes an embedding like the teacher's of the features: it
+    is for training alone and is not exported."""
 
     MEAN, SCALE = -1.8, 0.4  # of ln(mel + 0.001) over the training sounds, roughly
 
-    def __init__(self, labels, width=32, embedding=1024):
+    def __init__(self, labels, width=36, embedding=1024):
         super().__init__()
         w = width
         self.body = nn.Sequential(
-            dense(1, w, 2), dense(w, 2 * w, 2), dense(2 * w, 4 * w, 2),
+            dense(1, w // 2, 2), dense(w // 2, 2 * w, 2), dense(2 * w, 4 * w, 2),
             Separable(4 * w, 4 * w), Separable(4 * w, 4 * w),
-            Separable(4 * w, 8 * w, 2), Separable(8 * w, 8 * w), Separable(8 * w, 8 * w),
-            Separable(8 * w, 10 * w))
-        self.embed = nn.Sequential(nn.Linear(10 * w, embedding), nn.ReLU())
-        self.head = nn.Linear(embedding, labels)
-        self.drop = nn.Dropout(0.3)
+            Separable(4 * w, 8 * w, 2), *[Separable(8 * w, 8 * w) for _ in range(4)],
+            Separable(8 * w, 16 * w))
+        self.embed = nn.Sequential(nn.Linear(16 * w, embedding), nn.ReLU())
+        self.head = nn.Linear(16 * w, labels)
+        self.drop = nn.Dropout(0.2)
 
     def features(self, patches):
-        x = self.body((patches - self.MEAN) * self.SCALE)
-        return self.embed(x.mean((2, 3)))
+        return self.body((patches - self.MEAN) * self.SCALE).mean((2, 3))
 
     def forward(self, patches):
-        embedding = self.features(patches)
-        return embedding, self.head(self.drop(embedding))
+        features = self.features(patches)
+        return features, self.head(self.drop(features))
 
 
 def use_one_core():

@@ -31,6 +31,8 @@ T.Button {
     horizontalPadding: isCompact ? 0 : isSmall ? Metrics.spaceS : Metrics.spaceM
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     Accessible.role: Accessible.Button
     Accessible.name: text

@@ -10,12 +10,21 @@ T.AbstractButton {
     property string detail: ""
     property string tip: ""
     property bool isPicked: false
+    property bool isCompact: false // the icon only; the words become the tip
+    property bool isLeftAligned: false
 
-    implicitWidth: row.implicitWidth + leftPadding + rightPadding
+    property int held: Qt.NoModifier // while it was pressed
+
+    signal picked(modifiers: int)
+
+    implicitWidth: isCompact ? Metrics.chip : row.implicitWidth + leftPadding + rightPadding
     implicitHeight: Metrics.chip
     horizontalPadding: Metrics.spaceS
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
+    onClicked: picked(held)
+    Keys.onReturnPressed: event => picked(event.modifiers)
+    Keys.onEnterPressed: event => picked(event.modifiers)
 
     Accessible.role: Accessible.Button
     Accessible.name: detail === "" ? text : text + ", " + detail
@@ -42,8 +51,9 @@ T.AbstractButton {
     contentItem: Item {
         Row {
             id: row
-            anchors.centerIn: parent
-            spacing: Metrics.spaceS
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.horizontalCenter: control.isLeftAligned && !control.isCompact ? undefined : parent.horizontalCenter
+            spacing: control.isLeftAligned ? Metrics.spaceXs : Metrics.spaceS
 
             Icon {
                 visible: control.iconName !== ""
@@ -55,6 +65,7 @@ T.AbstractButton {
                 opacity: control.enabled ? 1 : Metrics.disabledGraphic
             }
             Label {
+                visible: !control.isCompact
                 anchors.verticalCenter: parent.verticalCenter
                 type: Metrics.bodyStrong
                 color: !control.enabled ? Theme.textDisabled : control.isPicked ? Theme.accentSoftText : Theme.textPrimary
@@ -70,8 +81,14 @@ T.AbstractButton {
         }
     }
 
+    TapHandler { // a button's own click doesn't tell
+        onPressedChanged: {
+            if (pressed)
+                control.held = point.modifiers | Qt.NoModifier;
+        }
+    }
     Tip {
         control: control
-        text: control.tip
+        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
     }
 }

@@ -9,10 +9,20 @@ T.Button {
     required property string iconName
     property string keys: ""
 
+    function press() {
+        if (checkable) {
+            toggle();
+            toggled();
+        }
+        clicked();
+    }
+
     implicitWidth: Metrics.hitTarget
     implicitHeight: Metrics.hitTarget
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
+    Keys.onReturnPressed: press()
+    Keys.onEnterPressed: press()
 
     Accessible.role: Accessible.Button
     Accessible.name: text

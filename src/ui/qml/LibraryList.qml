@@ -9,6 +9,8 @@ KeyboardItem {
 
     required property LibraryListModel model
 
+    signal rowDragged(row: int)
+
     function step(row, event) {
         hasVisualFocus = true;
         model.moveTo(row, event.modifiers);
@@ -81,6 +83,7 @@ KeyboardItem {
         delegate: SoundRow {
             id: row
             required property bool selected
+            property bool waits: false // for the release: until then it may be a drag of all that are selected
 
             width: ListView.view.width
             isSelected: selected
@@ -90,12 +93,24 @@ KeyboardItem {
             onPressed: (button, modifiers, x, y) => {
                 control.forceActiveFocus(Qt.MouseFocusReason);
                 control.hasVisualFocus = false;
+                waits = button === Qt.LeftButton && selected && modifiers === Qt.NoModifier;
+                if (waits)
+                    return;
                 if (button === Qt.LeftButton) {
                     control.model.click(index, modifiers);
                 } else if (!row.isIncoming) {
                     const at = row.mapToItem(control, x, y);
                     control.openMenu(index, at.x, at.y);
                 }
+            }
+            onReleased: {
+                if (waits)
+                    control.model.click(index, Qt.NoModifier);
+                waits = false;
+            }
+            onDragged: {
+                if (!isIncoming)
+                    control.rowDragged(index);
             }
         }
     }

@@ -7,6 +7,10 @@ Panel {
 
     required property WindowModel model
 
+    function takeFocus() {
+        list.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     padding: Metrics.spaceS
 
     LibraryList {
@@ -16,6 +20,7 @@ Panel {
         anchors.bottomMargin: foot.height + Metrics.spaceS
         model: panel.model.library
         focus: true
+        onRowDragged: row => panel.model.dragRow(row, list)
         opacity: target.containsDrag ? 0 : 1 // the target says all that matters then
 
         Behavior on opacity {

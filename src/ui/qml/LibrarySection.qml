@@ -9,6 +9,10 @@ FocusScope {
     required property WindowModel model
     required property bool isNarrow
 
+    KeyMonitor {
+        sound: section.model.sound
+        onEditingEnded: library.takeFocus()
+    }
     LibraryPanel {
         id: library
         width: section.isNarrow ? Metrics.libraryWidthCompact : Metrics.libraryWidth
@@ -36,7 +40,9 @@ FocusScope {
 
             SoundPanel {
                 anchors.fill: parent
-                sound: section.model.sound
+                model: section.model
+                isNarrow: section.isNarrow
+                onEditingEnded: library.takeFocus()
             }
         }
         OnDemand { // the first files are on their way

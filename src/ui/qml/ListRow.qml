@@ -13,6 +13,8 @@ Item {
     readonly property bool isHovered: area.containsMouse
 
     signal pressed(button: int, modifiers: int, x: real, y: real)
+    signal released // without a drag
+    signal dragged
 
     implicitHeight: Metrics.row
 
@@ -30,13 +32,17 @@ Item {
             visible: row.hasRing
         }
     }
-    MouseArea {
+    DragArea { // the wheel scrolls the list; a drag of the mouse doesn't
         id: area
         anchors.fill: parent
         acceptedButtons: Qt.LeftButton | Qt.RightButton
         hoverEnabled: true
-        preventStealing: true // the wheel scrolls; a drag of the mouse doesn't
         onPressed: mouse => row.pressed(mouse.button, mouse.modifiers, mouse.x, mouse.y)
+        onClicked: {
+            if (!isDragging)
+                row.released();
+        }
+        onDragged: row.dragged()
     }
     Item {
         id: inner

@@ -8,11 +8,12 @@ T.TabButton {
 
     property string iconName: ""
     property string keys: ""
+    property real inset: 0 // of the switch
 
     implicitWidth: row.implicitWidth + leftPadding + rightPadding
     height: parent ? parent.height : Metrics.buttonSmall
-    topInset: Metrics.focusGap // the whole height of the switch can be hit
-    bottomInset: Metrics.focusGap
+    topInset: Metrics.focusGap + inset // the whole height of the switch can be hit
+    bottomInset: topInset
     horizontalPadding: Metrics.spaceM
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true

@@ -2,18 +2,22 @@ import QtQuick
 import Tonequill
 
 // One of a few, side by side. Its children are Segments; the arrows move between them.
-Rectangle {
+Item {
     id: control
 
     default property alias segments: row.data
     property bool isOnToolbar: false
+    property bool isSmall: false // smaller to look at than to hit
     property string name: ""
+
+    readonly property real inset: isSmall ? (Metrics.hitTarget - Metrics.buttonSmall) / 2 : 0
 
     // Chooses the neighbour of the one that is chosen and gives it the keyboard.
     function step(by: int) {
         for (let i = 0; i < row.children.length; ++i) {
             const next = row.children[i + by] as Segment;
-            if (!(row.children[i] as Segment).checked || !next)
+            const each = row.children[i] as Segment;
+            if (!each || !each.checked || !next)
                 continue;
             next.forceActiveFocus(Qt.TabFocusReason);
             next.toggle();
@@ -26,13 +30,18 @@ Rectangle {
     Keys.onRightPressed: step(1)
 
     implicitWidth: row.implicitWidth + 2 * row.x
-    implicitHeight: Metrics.button
-    radius: Metrics.radiusControl
-    color: isOnToolbar ? Theme.toolbarButton : Theme.buttonFill
+    implicitHeight: isSmall ? Metrics.hitTarget : Metrics.button
 
     Accessible.role: Accessible.PageTabList
     Accessible.name: name
 
+    Rectangle {
+        anchors.fill: parent
+        anchors.topMargin: control.inset
+        anchors.bottomMargin: control.inset
+        radius: Metrics.radiusControl
+        color: control.isOnToolbar ? Theme.toolbarButton : Theme.buttonFill
+    }
     Row {
         id: row
         x: Metrics.focusGap

@@ -1,154 +1,72 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
 
-// The open sound: what it is, and its wave.
+// The open sound: what it is, its wave, the parts that were found, its effects.
+// Where there is little room, the wave gives up height first.
 Item {
     id: panel
 
-    required property SoundView sound
+    required property WindowModel model
+    required property bool isNarrow
+    readonly property SoundView sound: model.sound
 
-    Item {
+    signal editingEnded
+
+    SoundHeader {
         id: header
         width: parent.width
-        height: Metrics.button + Metrics.spaceXs + Metrics.tag
-
-        Label {
-            width: parent.width
-            height: Metrics.button
-            type: Metrics.title
-            text: panel.sound.name
-        }
-        Item {
-            anchors.bottom: parent.bottom
-            width: parent.width
-            height: Metrics.tag
-
-            NumberText {
-                id: duration
-                anchors.verticalCenter: parent.verticalCenter
-                type: Metrics.caption
-                color: Theme.textSecondary
-                text: panel.sound.durationText
-            }
-            Label {
-                id: dot
-                visible: tags.count > 0
-                anchors.left: duration.right
-                anchors.leftMargin: Metrics.spaceS
-                anchors.verticalCenter: parent.verticalCenter
-                type: Metrics.caption
-                color: Theme.textSecondary
-                text: "·"
-            }
-            ListView {
-                id: tags
-                anchors.left: dot.right
-                anchors.leftMargin: Metrics.spaceS
-                anchors.right: license.left
-                anchors.rightMargin: license.visible ? Metrics.spaceS : 0
-                height: parent.height
-                orientation: ListView.Horizontal
-                boundsBehavior: Flickable.StopAtBounds
-                spacing: Metrics.spaceS
-                clip: true
-                model: panel.sound.words
-                delegate: Tag {
-                    required property string modelData
-                    text: modelData
-                }
-            }
-            Row {
-                id: license
-                visible: panel.sound.license !== ""
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: Metrics.spaceS
-
-                Accessible.role: Accessible.StaticText
-                Accessible.name: panel.sound.needsCredit ? panel.sound.creditLine : panel.sound.license
-
-                Icon {
-                    anchors.verticalCenter: parent.verticalCenter
-                    width: Metrics.iconSmall
-                    height: Metrics.iconSmall
-                    name: "credit"
-                    color: panel.sound.needsCredit ? Theme.warning : Theme.textSecondary
-                }
-                Label {
-                    type: Metrics.caption
-                    color: Theme.textSecondary
-                    text: panel.sound.license
-                }
-            }
-        }
+        model: panel.model
+        isNarrow: panel.isNarrow
+        onEditingEnded: panel.editingEnded()
     }
-
     InlineNotice {
         id: failure
+        objectName: "failure"
         visible: panel.sound.errorText !== ""
         anchors.top: header.bottom
         anchors.topMargin: Metrics.spaceM
         width: parent.width
         text: panel.sound.errorText
     }
-
-    Card {
+    WaveWell {
         id: well
-        visible: !failure.visible
-        anchors.top: header.bottom
+        objectName: "well"
+        visible: panel.sound.isLoading || panel.sound.isReady
+        anchors.top: failure.visible ? failure.bottom : header.bottom
         anchors.topMargin: Metrics.spaceM
-        anchors.bottom: parent.bottom
         width: parent.width
-        isWell: true
-
-        Accessible.role: Accessible.Graphic
-        Accessible.name: "Waveform of " + panel.sound.name
-
-        TimeRuler {
-            id: ruler
-            x: Metrics.hairline
-            y: Metrics.hairline
-            width: parent.width - 2 * x
-            height: Metrics.ruler
-            endSeconds: panel.sound.duration
-            type: Metrics.caption
-            textColor: Theme.textTertiary
-            tickColor: Theme.border
-        }
-        Hairline {
-            id: line
-            anchors.top: ruler.bottom
-            anchors.left: ruler.left
-            anchors.right: ruler.right
-        }
-        Item {
-            anchors.top: line.bottom
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: Metrics.hairline
-            anchors.left: ruler.left
-            anchors.right: ruler.right
-
-            WaveformView {
-                visible: !panel.sound.isLoading
-                anchors.fill: parent
-                anchors.topMargin: Metrics.spaceM
-                anchors.bottomMargin: Metrics.spaceM
-                envelope: panel.sound.envelope
-                endSeconds: panel.sound.duration
-                peakColor: Theme.waveOutside
-                rmsColor: Theme.waveOutsideRms
-            }
-            Timer { // a short sound is there before anybody needs to be told
-                id: patience
-                running: panel.sound.isLoading
-                interval: Metrics.motionStandard
-            }
-            Waiting {
-                visible: panel.sound.isLoading && !patience.running
-                anchors.fill: parent
-                text: "Listening…"
-            }
-        }
+        height: Math.max(Metrics.waveMinHeight, transport.y - y - Metrics.spaceS)
+        sound: panel.sound
+    }
+    TransportRow {
+        id: transport
+        visible: well.visible
+        y: parts.y - height - (panel.isNarrow ? Metrics.spaceM : Metrics.spaceL)
+        width: parent.width
+        sound: panel.sound
+        stage: well.stage
+    }
+    PartChips {
+        id: parts
+        visible: well.visible
+        y: line.y - height - (panel.isNarrow ? Metrics.spaceS : Metrics.spaceM)
+        width: parent.width
+        height: implicitHeight
+        sound: panel.sound
+    }
+    Hairline {
+        id: line
+        visible: well.visible
+        y: effects.y - Metrics.spaceS - Metrics.focusGap
+        width: parent.width
+    }
+    EffectsPanel {
+        id: effects
+        visible: well.visible
+        y: parent.height - implicitHeight - (panel.isNarrow ? 0 : Metrics.spaceXs)
+        width: parent.width
+        height: implicitHeight
+        isNarrow: panel.isNarrow
+        effects: panel.sound.effects
     }
 }

@@ -8,10 +8,17 @@ T.Switch {
 
     property string tip: ""
 
+    function flip() {
+        toggle();
+        toggled();
+    }
+
     implicitWidth: Metrics.switchWidth
     implicitHeight: Metrics.hitTarget
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
+    Keys.onReturnPressed: flip()
+    Keys.onEnterPressed: flip()
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text

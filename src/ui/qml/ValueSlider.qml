@@ -21,6 +21,7 @@ Item {
     readonly property real neutralPosition: (neutral - from) / (to - from)
 
     signal moved
+    signal resetAsked // by a double click
 
     implicitWidth: Metrics.popoverWidth
     implicitHeight: Metrics.sliderRow
@@ -36,24 +37,52 @@ Item {
         id: slider
         anchors.left: nameLabel.right
         anchors.right: number.left
+        anchors.margins: -thumb.width / 2 // the thumb's middle reaches the track's ends
         height: parent.height
+        snapMode: stepSize > 0 ? T.Slider.SnapAlways : T.Slider.NoSnap
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         onMoved: control.moved()
+        onPressedChanged: {
+            if (!pressed && isSecond && position === pressedAt)
+                afterwards.start();
+            isSecond = pressed && again.running;
+            pressedAt = position;
+            again.restart();
+        }
+
+        property bool isSecond: false
+        property real pressedAt: 0
+
+        Keys.onPressed: event => {
+            event.accepted = event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace;
+            if (event.accepted)
+                control.resetAsked();
+        }
+        Timer {
+            id: again // runs while a second press makes a double click
+            interval: Application.styleHints.mouseDoubleClickInterval
+        }
+        Timer { // the slider takes its place from the click first
+            id: afterwards
+            interval: 0
+            onTriggered: control.resetAsked()
+        }
 
         Accessible.role: Accessible.Slider
         Accessible.name: control.name + ", " + control.valueText
 
         background: Rectangle {
+            x: thumb.width / 2
             y: (slider.height - height) / 2
-            width: slider.width
+            width: slider.width - thumb.width
             height: Metrics.sliderTrack
             radius: height / 2
             color: Theme.sliderTrack
 
             Rectangle {
-                readonly property real base: thumb.width / 2 + control.neutralPosition * (slider.width - thumb.width)
-                readonly property real centre: thumb.x + thumb.width / 2
+                readonly property real base: control.neutralPosition * parent.width
+                readonly property real centre: thumb.x
 
                 visible: control.isChanged
                 x: Math.min(base, centre)
@@ -63,11 +92,11 @@ Item {
             }
             Rectangle { // where the neutral value is
                 visible: control.isChanged && control.neutralPosition > 0
-                x: thumb.width / 2 + control.neutralPosition * (slider.width - thumb.width)
+                x: control.neutralPosition * parent.width - width / 2
                 y: (parent.height - height) / 2
                 width: Metrics.focus
                 height: Metrics.spaceS
-                color: slider.enabled ? Theme.sliderFill : Theme.textDisabled
+                color: slider.enabled ? Theme.control : Theme.textDisabled
             }
         }
         handle: Rectangle {

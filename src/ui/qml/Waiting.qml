@@ -6,6 +6,7 @@ Item {
     id: waiting
 
     required property string text
+    property real progress: 0 // 0…1; shown once there is some
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
@@ -34,6 +35,13 @@ Item {
             Label {
                 color: Theme.textSecondary
                 text: waiting.text
+            }
+            ProgressBar {
+                visible: waiting.progress > 0
+                anchors.verticalCenter: parent.verticalCenter
+                width: Metrics.meterWidth
+                name: waiting.text
+                value: waiting.progress
             }
         }
     }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+namespace tonequill {
+
+// A temporary file that goes when its owner does. A failure to remove it is
+// ignored. None for an empty path.
+class ScratchFile {
+public:
+    ScratchFile() = default;
+    explicit ScratchFile(QString path);
+    ~ScratchFile();
+    ScratchFile(ScratchFile&& other) noexcept;
+    ScratchFile& operator=(ScratchFile&& other) noexcept;
+
+    // One of a fresh name in the system's temporary folder; nothing is there yet.
+    static ScratchFile withExtension(const QString& extension);
+
+    const QString& path() const { return m_path; }
+
+private:
+    QString m_path;
+};
+
+} // namespace tonequill

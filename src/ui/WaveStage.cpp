@@ -1,0 +1,259 @@
+#include "ui/WaveStage.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace tonequill {
+
+namespace {
+
+constexpr double kHit = 32;              // how wide a handle can be hit
+constexpr double kPillGap = 9;           // between the pill and the range's edge
+constexpr double kWheelPixels = 0.5;     // of a wheel's eighths of a degree: 60 pixels a notch
+constexpr double kWheelZoom = 1.0 / 480; // a notch of the wheel zooms by 2^(1/4)
+
+double sidewaysOf(const QWheelEvent& wheel)
+{
+    const QPointF pixels = wheel.pixelDelta();
+    const QPointF by = pixels.isNull() ? QPointF(wheel.angleDelta()) * kWheelPixels : pixels;
+    return std::abs(by.x()) > std::abs(by.y()) ? by.x() : by.y();
+}
+
+} // namespace
+
+WaveStage::WaveStage(QQuickItem* parent) : QQuickItem(parent)
+{
+    setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptHoverEvents(true);
+    setClip(true);
+}
+
+void WaveStage::setSound(SoundView* sound)
+{
+    if (sound == m_sound)
+        return;
+    m_sound = sound;
+    connect(sound, &SoundView::opened, this, &WaveStage::showWhole);
+    connect(sound, &SoundView::changed, this, &WaveStage::takeDuration);
+    const EditorModel* model = &editor();
+    connect(model, &EditorModel::rangeChanged, this, &WaveStage::rangeMoved);
+    connect(model, &EditorModel::cursorChanged, this, &WaveStage::cursorMoved);
+    connect(model, &EditorModel::playheadChanged, this, &WaveStage::followPlayhead);
+    takeDuration();
+    Q_EMIT soundChanged();
+}
+
+// Where things are
+
+double WaveStage::scrollX() const
+{
+    return std::round(m_view.scrollX);
+}
+
+double WaveStage::startSeconds() const
+{
+    return m_view.contentWidth() > 0 ? scrollX() / m_view.contentWidth() * m_view.span() : 0;
+}
+
+double WaveStage::endSeconds() const
+{
+    return startSeconds() + m_view.span() / m_view.zoom;
+}
+
+double WaveStage::scrollShare() const
+{
+    return m_view.contentWidth() > 0 ? m_view.scrollX / m_view.contentWidth() : 0;
+}
+
+double WaveStage::startX() const
+{
+    return m_sound ? shown(editor().start()) : 0;
+}
+
+double WaveStage::endX() const
+{
+    return m_sound ? shown(editor().end()) : 0;
+}
+
+double WaveStage::cursorX() const
+{
+    return m_sound && editor().cursor() ? shown(*editor().cursor()) : -1;
+}
+
+bool WaveStage::hasPlayhead() const
+{
+    return m_sound && editor().playhead();
+}
+
+double WaveStage::playheadX() const
+{
+    return hasPlayhead() ? shown(*editor().playhead()) : startX();
+}
+
+QString WaveStage::hoverText() const
+{
+    return WaveGeometry::timeLabel(m_view.secondsAt(m_hoverX), 0.001);
+}
+
+double WaveStage::pillX(double pillWidth, double startX, double endX) const
+{
+    return WaveGeometry::pillX(startX, endX, width(), pillWidth, kPillGap);
+}
+
+// Zoom and scroll
+
+void WaveStage::change(const std::function<void(WaveZoom&)>& change)
+{
+    const WaveZoom before = m_view;
+    change(m_view);
+    if (m_view == before)
+        return;
+    Q_EMIT viewChanged();
+    Q_EMIT rangeMoved();
+    Q_EMIT cursorMoved();
+    Q_EMIT playheadMoved();
+    Q_EMIT hoverChanged();
+}
+
+void WaveStage::takeDuration()
+{
+    change([this](WaveZoom& view) { view.duration = m_sound->duration(); });
+}
+
+void WaveStage::zoomIn()
+{
+    change([](WaveZoom& view) { view.zoomAtMiddle(WaveZoom::kStepIn); });
+}
+
+void WaveStage::zoomOut()
+{
+    change([](WaveZoom& view) { view.zoomAtMiddle(WaveZoom::kStepOut); });
+}
+
+void WaveStage::zoomToSelection()
+{
+    change([this](WaveZoom& view) { view.zoomTo(editor().start(), editor().end()); });
+}
+
+void WaveStage::showWhole()
+{
+    change([](WaveZoom& view) { view.showWhole(); });
+}
+
+void WaveStage::scrollToShare(double share)
+{
+    change([share](WaveZoom& view) { view.scrollTo(share * view.contentWidth()); });
+}
+
+void WaveStage::pinch(double scale, double x)
+{
+    if (scale <= 0)
+        return;
+    const double factor = scale / m_pinched;
+    m_pinched = scale;
+    change([factor, x](WaveZoom& view) { view.zoomBy(factor, view.scrollX + x); });
+}
+
+void WaveStage::followPlayhead()
+{
+    if (const auto& playhead = editor().playhead(); playhead && m_grip == NoGrip)
+        change([&playhead](WaveZoom& view) { view.follow(*playhead); });
+    Q_EMIT playheadMoved();
+}
+
+void WaveStage::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
+{
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.width() != oldGeometry.width())
+        change([&newGeometry](WaveZoom& view) { view.resize(newGeometry.width()); });
+}
+
+void WaveStage::wheelEvent(QWheelEvent* event)
+{
+    if (event->modifiers() & Qt::ControlModifier) {
+        const double factor = std::exp2(event->angleDelta().y() * kWheelZoom);
+        change([factor, x = event->position().x()](WaveZoom& view) { view.zoomBy(factor, view.scrollX + x); });
+    } else {
+        change([by = sidewaysOf(*event)](WaveZoom& view) { view.scrollTo(view.scrollX - by); });
+    }
+    hover(event->position().x());
+    event->accept();
+}
+
+// The pointer
+
+void WaveStage::hover(double x)
+{
+    m_isHovered = true;
+    m_hoverX = x;
+    const auto edge = WaveGeometry::edgeAt(x, startX(), endX(), kHit);
+    m_hoveredGrip = m_grip != NoGrip                    ? m_grip
+                    : edge == WaveGeometry::Edge::start ? StartGrip
+                    : edge == WaveGeometry::Edge::end   ? EndGrip
+                                                        : NoGrip;
+    setCursor(m_hoveredGrip == NoGrip ? Qt::ArrowCursor : Qt::SizeHorCursor);
+    Q_EMIT hoverChanged();
+}
+
+void WaveStage::hoverMoveEvent(QHoverEvent* event)
+{
+    hover(event->position().x());
+}
+
+void WaveStage::hoverLeaveEvent(QHoverEvent*)
+{
+    m_isHovered = false;
+    m_hoveredGrip = NoGrip;
+    Q_EMIT hoverChanged();
+}
+
+void WaveStage::mousePressEvent(QMouseEvent* event)
+{
+    const double x = event->position().x();
+    hover(x);
+    m_pressX = x;
+    m_grip = m_sound->isReady() ? m_hoveredGrip : NoGrip;
+    m_isClick = m_grip == NoGrip;
+    m_gripOffset = m_grip == StartGrip ? x - startX() : m_grip == EndGrip ? x - endX() : 0;
+}
+
+void WaveStage::mouseMoveEvent(QMouseEvent* event)
+{
+    const double x = event->position().x();
+    if (std::abs(x - m_pressX) >= QGuiApplication::styleHints()->startDragDistance())
+        m_isClick = false;
+    const double seconds = m_view.secondsAt(x - m_gripOffset);
+    if (m_grip == StartGrip)
+        editor().dragStart(seconds);
+    else if (m_grip == EndGrip)
+        editor().dragEnd(seconds);
+    hover(x);
+}
+
+void WaveStage::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (m_isClick)
+        editor().seek(m_view.secondsAt(event->position().x()));
+    endGrip();
+}
+
+void WaveStage::mouseUngrabEvent()
+{
+    endGrip();
+}
+
+void WaveStage::endGrip()
+{
+    m_isClick = false;
+    if (m_grip == NoGrip)
+        return;
+    m_grip = NoGrip;
+    editor().endDrag();
+}
+
+} // namespace tonequill

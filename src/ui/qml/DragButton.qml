@@ -1,0 +1,64 @@
+import QtQuick
+import Tonequill
+import QtQuick.Templates as T
+
+// Something to drag out: dashed, as everything that moves by dragging. A click
+// alone does nothing.
+T.Button {
+    id: control
+
+    property bool isCompact: false
+    property string tip: ""
+
+    signal dragged
+
+    implicitHeight: Metrics.button
+    implicitWidth: isCompact ? Metrics.button : row.implicitWidth + 2 * Metrics.spaceM
+    focusPolicy: Qt.NoFocus // there is no dragging with the keys
+    hoverEnabled: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.description: tip
+
+    background: DashedFrame {
+        radius: Metrics.radiusControl
+        color: Theme.control
+        fillColor: area.pressed ? Theme.buttonPressed : control.hovered && control.enabled ? Theme.buttonFill : "transparent"
+        opacity: control.enabled ? 1 : Metrics.disabledGraphic
+    }
+    contentItem: Item {
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Metrics.spaceS
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                name: "drag"
+                color: Theme.textPrimary
+                opacity: control.enabled ? 1 : Metrics.disabledGraphic
+            }
+            Label {
+                visible: !control.isCompact
+                anchors.verticalCenter: parent.verticalCenter
+                type: Metrics.bodyStrong
+                color: control.enabled ? Theme.textPrimary : Theme.textDisabled
+                text: control.text
+            }
+        }
+    }
+
+    DragArea {
+        id: area
+        anchors.fill: parent
+        cursorShape: Qt.OpenHandCursor
+        onDragged: control.dragged()
+    }
+    Tip {
+        control: control
+        text: control.tip
+    }
+}

@@ -1,0 +1,109 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+
+// The parts that were found. What doesn't fit scrolls under a fade.
+Item {
+    id: section
+
+    required property SoundView sound
+
+    implicitHeight: Metrics.heading.line + Metrics.spaceM + Metrics.chip - Metrics.spaceXs / 2
+
+    Label {
+        id: head
+        type: Metrics.label
+        text: "Found in this file"
+    }
+    Label {
+        anchors.left: head.right
+        anchors.leftMargin: Metrics.spaceS
+        anchors.baseline: head.baseline
+        type: Metrics.caption
+        color: Theme.textTertiary
+        text: "⌘-click to pick several"
+    }
+    Flickable {
+        id: scroller
+        objectName: "chips"
+        // Room for the focus rings, which a clipped view would cut.
+        readonly property real room: Metrics.focusGap + Metrics.focus
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: -room
+        anchors.bottom: parent.bottom
+        height: Metrics.chip + 2 * room
+        contentWidth: row.width + 2 * room
+        contentHeight: height
+        boundsBehavior: Flickable.StopAtBounds
+        flickableDirection: Flickable.HorizontalFlick
+        clip: true
+
+        function show(chip) {
+            const left = chip.x;
+            const right = chip.x + chip.width + 2 * room;
+            contentX = Math.max(0, Math.min(left, Math.max(contentX, right - width + (right < contentWidth ? Metrics.spaceXl : 0))));
+        }
+
+        WheelHandler {
+            orientation: Qt.Vertical
+            target: scroller
+            property: "contentX"
+        }
+        Row {
+            id: row
+            x: scroller.room
+            y: scroller.room
+            spacing: Metrics.spaceS
+
+            Repeater {
+                model: section.sound.parts
+
+                Chip {
+                    id: chip
+                    required property int index
+                    required property string title
+                    required property string length
+                    required property bool marked
+                    required property bool best
+
+                    iconName: best ? "sparkle" : ""
+                    text: chip.title
+                    detail: chip.length
+                    isPicked: marked
+                    onPicked: modifiers => section.sound.parts.choose(index, modifiers)
+                    onActiveFocusChanged: {
+                        if (activeFocus)
+                            scroller.show(chip);
+                    }
+                }
+            }
+            Chip {
+                id: whole
+                objectName: "wholeFileChip"
+                enabled: section.sound.isReady
+                text: "Whole file"
+                detail: section.sound.lengthText
+                onPicked: section.sound.playback.selectAll()
+                onActiveFocusChanged: {
+                    if (activeFocus)
+                        scroller.show(whole);
+                }
+            }
+        }
+    }
+    EdgeFade {
+        visible: scroller.contentX + scroller.width < scroller.contentWidth - 1
+        anchors.right: scroller.right
+        anchors.verticalCenter: scroller.verticalCenter
+        height: scroller.height
+    }
+    EdgeFade {
+        visible: scroller.contentX > 1
+        rotation: 180
+        anchors.left: scroller.left
+        anchors.verticalCenter: scroller.verticalCenter
+        height: scroller.height
+    }
+}

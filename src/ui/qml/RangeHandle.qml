@@ -1,0 +1,69 @@
+import QtQuick
+import Tonequill
+
+// An edge of the range: a line with a grip, which the pointer drags (WaveStage)
+// and the arrows move.
+KeyboardItem {
+    id: handle
+
+    required property string name
+    required property string valueText
+    required property real at // the edge's place in the parent
+
+    signal moved(by: real) // seconds
+
+    function step(by: real, event) {
+        hasVisualFocus = true;
+        moved(event.modifiers & Qt.ShiftModifier ? by * 10 : by);
+        event.accepted = true;
+    }
+
+    x: at - width / 2
+    width: Metrics.hitTarget
+    height: parent.height
+
+    Accessible.role: Accessible.Slider
+    Accessible.name: name + ", " + valueText
+
+    Keys.onLeftPressed: event => step(-0.01, event)
+    Keys.onRightPressed: event => step(0.01, event)
+
+    visible: x + width > 0 && parent && x < parent.width
+
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Metrics.strokePlayhead
+        height: parent.height
+        color: Theme.handle
+    }
+    Rectangle { // it stays whole where the line is at the wave's edge
+        readonly property real room: handle.parent ? handle.parent.width - handle.x - width : 0
+
+        x: Math.max(-handle.x, Math.min(room, (handle.width - width) / 2))
+        anchors.verticalCenter: parent.verticalCenter
+        width: Metrics.handle
+        height: Metrics.grip
+        radius: Metrics.spaceXs
+        color: Theme.handle
+
+        Row {
+            anchors.centerIn: parent
+            spacing: Metrics.strokePlayhead
+
+            Rectangle {
+                width: Metrics.hairline
+                height: Metrics.spaceM
+                color: Theme.handleGrip
+            }
+            Rectangle {
+                width: Metrics.hairline
+                height: Metrics.spaceM
+                color: Theme.handleGrip
+            }
+        }
+        FocusRing {
+            visible: handle.activeFocus && handle.hasVisualFocus
+            around: parent.radius
+        }
+    }
+}

@@ -1,0 +1,70 @@
+import QtQuick
+import Tonequill
+
+// What the open sound is, and what becomes of its marked parts.
+Item {
+    id: header
+
+    required property WindowModel model
+    required property bool isNarrow
+    readonly property SoundView sound: model.sound
+
+    signal editingEnded
+
+    height: Metrics.button + Metrics.spaceXs + Metrics.tag
+
+    NameField {
+        objectName: "nameField"
+        x: -leftPadding
+        width: Math.min(implicitWidth, actions.x - x - Metrics.spaceM)
+        sound: header.sound
+        onEditingEnded: header.editingEnded()
+    }
+    Row {
+        id: actions
+        anchors.right: parent.right
+        spacing: Metrics.spaceS
+
+        DragButton {
+            id: drag
+            objectName: "dragButton"
+            enabled: header.sound.isReady
+            isCompact: header.isNarrow
+            text: "Drag"
+            tip: "Drag the marked part into another program"
+            onDragged: header.model.dragParts(drag)
+        }
+        ActionButton {
+            objectName: "saveButton"
+            enabled: header.sound.isReady && !header.model.isWorking
+            isCompact: header.isNarrow
+            iconName: "download"
+            text: "Save to Desktop"
+            onClicked: header.model.saveToDesktop()
+        }
+        ActionButton {
+            objectName: "finalCutButton"
+            visible: header.model.canSendToFinalCut
+            enabled: !header.model.isWorking
+            isCompact: header.isNarrow
+            iconName: "film"
+            text: "Send to Final Cut Pro"
+            onClicked: header.model.sendToFinalCut()
+        }
+        ActionButton {
+            objectName: "addButton"
+            kind: ActionButton.Accent
+            enabled: header.sound.isReady
+            isLoading: header.model.isAdding
+            iconName: "plus"
+            text: "Add to Library"
+            onClicked: header.model.addToLibrary()
+        }
+    }
+    TagRow {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        sound: header.sound
+        onEditingEnded: header.editingEnded()
+    }
+}

@@ -1,0 +1,134 @@
+import QtQuick
+import Tonequill
+
+// Plays the range, tells what it is and what it sounds like, and zooms the wave.
+Item {
+    id: transport
+
+    required property SoundView sound
+    required property WaveStage stage
+
+    height: Metrics.play
+
+    PlayButton {
+        id: play
+        objectName: "playButton"
+        playback: transport.sound.playback
+        enabled: transport.sound.isReady
+    }
+    IconButton {
+        id: loop
+        objectName: "loopButton"
+        anchors.left: play.right
+        anchors.leftMargin: Metrics.spaceXs
+        anchors.verticalCenter: parent.verticalCenter
+        checkable: true
+        checked: transport.sound.playback.loop
+        iconName: "loop"
+        text: "Loop"
+        onToggled: transport.sound.playback.loop = checked
+    }
+    Row {
+        id: times
+        anchors.left: loop.right
+        anchors.leftMargin: Metrics.spaceM
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Metrics.spaceXs
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: "From " + transport.sound.playback.startText + " to " + transport.sound.playback.endText
+
+        NumberText {
+            type: Metrics.body
+            color: Theme.textPrimary
+            text: transport.sound.playback.startText
+        }
+        Label {
+            color: Theme.textTertiary
+            text: "–"
+        }
+        NumberText {
+            type: Metrics.body
+            color: Theme.textPrimary
+            text: transport.sound.playback.endText
+        }
+    }
+    Icon {
+        id: ear
+        visible: headline.text !== ""
+        anchors.left: times.right
+        anchors.leftMargin: Metrics.spaceM
+        anchors.verticalCenter: parent.verticalCenter
+        width: Metrics.iconSmall
+        height: Metrics.iconSmall
+        name: "waveform"
+        color: Theme.accentInk
+    }
+    Label {
+        id: headline
+        objectName: "headline"
+        anchors.left: ear.right
+        anchors.leftMargin: Metrics.spaceS
+        anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, Math.max(0, right.x - x - Metrics.spaceS))
+        type: Metrics.bodyStrong
+        text: transport.sound.headline
+    }
+    Label {
+        objectName: "summary"
+        visible: width > Metrics.spaceXl * 3 // a few letters tell nothing
+        anchors.left: headline.right
+        anchors.leftMargin: Metrics.spaceS
+        anchors.right: right.left
+        anchors.rightMargin: Metrics.spaceS
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.textSecondary
+        text: transport.sound.summary
+    }
+    Row {
+        id: right
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: Metrics.spaceXs
+
+        LevelMeter {
+            objectName: "levelMeter"
+            visible: transport.sound.playback.isPlaying && !transport.sound.playback.isRendering
+            anchors.verticalCenter: parent.verticalCenter
+            level: transport.sound.playback.level
+        }
+        ProgressBar {
+            visible: transport.sound.playback.isRendering
+            anchors.verticalCenter: parent.verticalCenter
+            width: Metrics.meterWidth
+            name: "Rendering effects"
+            value: transport.sound.playback.renderProgress
+        }
+        IconButton {
+            objectName: "zoomOutButton"
+            enabled: transport.stage.zoom > 1
+            iconName: "zoom-out"
+            text: "Zoom out"
+            onClicked: transport.stage.zoomOut()
+        }
+        IconButton {
+            objectName: "zoomInButton"
+            enabled: transport.stage.canZoomIn
+            iconName: "zoom-in"
+            text: "Zoom in (or pinch)"
+            onClicked: transport.stage.zoomIn()
+        }
+        IconButton {
+            objectName: "zoomSelectionButton"
+            iconName: "zoom-selection"
+            text: "Zoom to the selected part"
+            onClicked: transport.stage.zoomToSelection()
+        }
+        IconButton {
+            objectName: "showWholeButton"
+            iconName: "zoom-fit"
+            text: "Show the whole sound"
+            onClicked: transport.stage.showWhole()
+        }
+    }
+}
