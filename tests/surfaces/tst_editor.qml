@@ -189,6 +189,24 @@ TestCase {
         checkRange(0, 6);
     }
 
+    function test_theWaveComesAlongWithAHandleDraggedBeyondTheView() {
+        mouseClick(item("zoomSelectionButton"));
+        const scroll = stage.scrollX;
+        mousePress(stage, stage.endX, 60);
+        mouseMove(stage, stage.width + 40, 60);
+        mouseMove(stage, stage.width + 80, 60);
+        mouseRelease(stage, stage.width + 80, 60);
+        compare(stage.scrollX, scroll + 30);
+        verify(window.model.sound.playback.end > 4.1);
+    }
+
+    function test_aPartThatIsChosenComesIntoView() {
+        mouseClick(item("zoomSelectionButton"));
+        mouseClick(chip("Option 2"));
+        verify(stage.startX < stage.width && stage.endX > 0);
+        fuzzyCompare((stage.startX + stage.endX) / 2, stage.width / 2, 1);
+    }
+
     function test_theHandlesAreMovedWithTheKeys() {
         const handle = item("startHandle");
         handle.forceActiveFocus(Qt.TabFocusReason);

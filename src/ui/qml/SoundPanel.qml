@@ -45,6 +45,7 @@ Item {
         width: parent.width
         sound: panel.sound
         stage: well.stage
+        isNarrow: panel.isNarrow
     }
     PartChips {
         id: parts

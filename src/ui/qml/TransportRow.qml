@@ -7,6 +7,8 @@ Item {
 
     required property SoundView sound
     required property WaveStage stage
+    required property bool isNarrow
+    readonly property real meterWidth: isNarrow ? Metrics.hitTarget : Metrics.meterWidth
 
     height: Metrics.play
 
@@ -111,12 +113,13 @@ Item {
             objectName: "levelMeter"
             visible: transport.sound.playback.isPlaying && !transport.sound.playback.isRendering
             anchors.verticalCenter: parent.verticalCenter
+            width: transport.meterWidth
             level: transport.sound.playback.level
         }
         ProgressBar {
             visible: transport.sound.playback.isRendering
             anchors.verticalCenter: parent.verticalCenter
-            width: Metrics.meterWidth
+            width: transport.meterWidth
             name: "Rendering effects"
             value: transport.sound.playback.renderProgress
         }

@@ -101,6 +101,8 @@ Card {
                     required property bool marked
                     required property bool whole
 
+                    z: marked ? 1 : 0 // parts may overlap
+
                     visible: !whole || marked
                     x: start * stage.pixelsPerSecond - stage.scrollX
                     y: stage.height - height - Metrics.ribbon
