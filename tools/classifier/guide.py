@@ -32,7 +32,7 @@ class Guide(torch.nn.Module):
         self.linear = torch.nn.Linear(1024, len(classes))
         torch.nn.init.zeros_(self.linear.weight)
         torch.nn.init.zeros_(self.linear.bias)
-        self.factor = torch.nn.Parameter(torch.tensor(0.4))
+        self.factor = torch.nn.Parameter(torch.tensor(0.4 if any(classes) else 0.0))
         self.classes = classes
         self.scores = teacher.head
 
@@ -47,14 +47,16 @@ class Guide(torch.nn.Module):
         return self.linear(F.dropout(embedding, 0.5, self.training)) + self.factor * known
 
 
-def train(teacher, material, classes, steps, bfloat16):
-    import train as training  # which imports this file
-    patches, truth, weights = material.windows()
-    embedding = torch.from_numpy(training.teach(teacher, patches, bfloat16)).float()
+def train(teacher, classes, embedding, truth, weights, steps):
+    """`embedding`, `truth` and `weights` are of plain windows. Without any
+    `classes` it is the linear layer alone."""
     guide = Guide(teacher, classes)
     known = guide.known(embedding)
+    if not any(classes):
+        guide.factor.requires_grad_(False)
     optimiser = torch.optim.AdamW(
-        [{"params": guide.linear.parameters(), "weight_decay": 0.2}, {"params": [guide.factor], "weight_decay": 0.0}], 2e-3)
+        [{"params": guide.linear.parameters(), "weight_decay": 0.2},
+         {"params": [guide.factor], "weight_decay": 0.0}], 2e-3)
     for step in range(steps):
         for group in optimiser.param_groups:
             group["lr"] = 2e-3 * (1 - step / steps) + 1e-5
@@ -63,5 +65,4 @@ def train(teacher, material, classes, steps, bfloat16):
         optimiser.zero_grad()
         loss.backward()
         optimiser.step()
-    training.log("guide", f"{loss.item():.3f}", f"factor {guide.factor.item():.2f}")
     return guide.eval().requires_grad_(False)

@@ -169,8 +169,11 @@ def main():
     names, apart = material.names, material.apart
     log(len(names), "labels,", len(material.chosen), "to train,", len(apart), "held out")
     teacher = network.Teacher(arguments.teacher).eval().requires_grad_(False)
-    head = guide.train(teacher, material, guide.classes_of(arguments.sounds, arguments.classes, names),
-                       50 if arguments.small else 800, arguments.bfloat16)
+    patches, plain_truth, weights = material.windows()
+    head = guide.train(teacher, guide.classes_of(arguments.sounds, arguments.classes, names),
+                       torch.from_numpy(teach(teacher, patches, arguments.bfloat16)).float(), plain_truth, weights,
+                       50 if arguments.small else 800)
+    del patches
     held = windows_of(material.recordings, apart) if apart else None
     truth = np.array([names.index(material.recordings.labels[i]) for i in apart])
     if held:
