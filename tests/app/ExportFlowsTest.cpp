@@ -14,10 +14,33 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 using namespace tonequill;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// No file of this process grows beyond that for as long as this lives: a disk
+// that is full.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before = {};
+};
 
 class ExportFlowsTest : public testing::Test {
 protected:
@@ -253,6 +276,36 @@ TEST_F(ExportFlowsTest, WholeSoundsAreAlwaysCountedInThePlural)
     EXPECT_EQ(model.noticeText(), u"Saved 2 sounds to Sounds."_s);
     EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s, u"a-b- ☔.wav"_s}));
     EXPECT_NEAR(AudioFile(saved() + u"/a-b- ☔.wav"_s).durationSeconds(), 1, 0.02);
+}
+
+TEST_F(ExportFlowsTest, AFolderThatTakesNoMoreIsSaidAndNoHalfFileStays)
+{
+    open();
+    model.editor().setRange(0, 2);
+    const QStringList before = temporaryFiles();
+    {
+        const FileSizeLimit limit(100'000); // of the 288,044 bytes that two seconds take
+        test::await(model.saveToDesktop());
+        EXPECT_TRUE(model.noticeIsError());
+        EXPECT_FALSE(model.isWorking());
+        EXPECT_TRUE(savedFiles().isEmpty()) << savedFiles().join(u' ').toStdString();
+        test::await(model.addToLibrary());
+        EXPECT_TRUE(model.noticeIsError());
+        EXPECT_FALSE(model.isWorking());
+    }
+    EXPECT_EQ(names(), QStringList{u"Door"_s}); // the source stays
+    EXPECT_EQ(temporaryFiles(), before);
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
+}
+
+TEST_F(ExportFlowsTest, APartAtTheVeryEndIsSavedAsFarAsTheSoundGoes)
+{
+    open();
+    model.editor().setRange(2.9, 99);
+    EXPECT_EQ(model.editor().end(), 3);
+    test::await(model.saveToDesktop());
+    EXPECT_NEAR(AudioFile(saved() + u"/Door.wav"_s).durationSeconds(), 0.1, 0.001);
 }
 
 TEST_F(ExportFlowsTest, ASaveFolderThatVanishedIsTheDesktop)
