@@ -98,7 +98,8 @@ public:
     {
         for (const QString& file : std::as_const(files))
             co_await addFile(file);
-        QCoreApplication::quit();
+        // Queued: files that are refused at once come here before the loop runs.
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     }
 
 private:

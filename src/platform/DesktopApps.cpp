@@ -105,9 +105,12 @@ bool DesktopApps::open(const QString& path, const QString& bundle)
 
 void DesktopApps::reveal(const QString& path)
 {
-    QThreadPool::globalInstance()->start([path, patience = m_patience] {
+    QThreadPool* const pool = QThreadPool::globalInstance();
+    pool->start([pool, path, patience = m_patience] {
+        pool->releaseThread(); // while it waits, another may work
         if (!showInFileManager(path, patience))
             start({u"xdg-open"_s, QFileInfo(path).absolutePath()});
+        pool->reserveThread();
     });
 }
 

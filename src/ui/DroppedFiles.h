@@ -11,4 +11,8 @@ namespace tonequill::DroppedFiles {
 // ever comes back as a second copy.
 QStringList wanted(const QList<QUrl>& urls);
 
+// True if one of them at least was dragged out of the program's own list: nothing
+// lights up for such a drag.
+bool comeFromApp(const QList<QUrl>& urls);
+
 } // namespace tonequill::DroppedFiles

@@ -27,9 +27,11 @@ PartsModel::PartsModel(EditorModel& editor) : m_editor(editor), m_shown(editor.c
 void PartsModel::follow()
 {
     const std::vector<CutCandidate>& now = m_editor.candidates();
-    if (now == m_shown) { // only the marks are others
+    const auto isSame = [](const CutCandidate& a, const CutCandidate& b) { return a.id == b.id; };
+    if (std::equal(now.begin(), now.end(), m_shown.begin(), m_shown.end(), isSame)) { // other marks or labels
+        m_shown = now;
         if (!m_shown.empty())
-            Q_EMIT dataChanged(index(0), index(count() - 1), {MarkedRole});
+            Q_EMIT dataChanged(index(0), index(count() - 1));
         return;
     }
     beginResetModel();

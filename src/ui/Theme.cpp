@@ -2,15 +2,37 @@
 
 #include "ui/ThemeStore.h"
 
+#include <QImage>
+#include <QLinearGradient>
+#include <QPainter>
 #include <QQmlEngine>
 
 namespace tonequill {
+
+namespace {
+
+constexpr double kLongDiagonal = 1000; // pixels: a single one of them has one colour
+
+} // namespace
 
 Theme* Theme::create(QQmlEngine*, QJSEngine*)
 {
     Theme& theme = ThemeStore::shared().theme();
     QQmlEngine::setObjectOwnership(&theme, QQmlEngine::CppOwnership);
     return &theme;
+}
+
+QColor Theme::panelAt(double share) const
+{
+    // The smallest of pictures, drawn as the ground and a panel on it are.
+    QImage pixel(1, 1, QImage::Format_RGB32);
+    pixel.fill(m_palette.windowBase);
+    QLinearGradient gradient(-share * kLongDiagonal, 0, (1 - share) * kLongDiagonal, 0);
+    gradient.setStops(m_palette.windowStops);
+    QPainter painter(&pixel);
+    painter.fillRect(pixel.rect(), gradient);
+    painter.fillRect(pixel.rect(), m_palette.panel);
+    return pixel.pixelColor(0, 0);
 }
 
 void Theme::show(const Palette& palette, const ShadowSet& shadows, bool isDark)

@@ -20,6 +20,9 @@ class Theme : public QObject {
     TONEQUILL_COLORS(TONEQUILL_PROPERTY)
 #undef TONEQUILL_PROPERTY
     Q_PROPERTY(QColor windowBase READ windowBase NOTIFY changed FINAL)
+    // A panel as it looks on the window's ground, in the middle and at the right.
+    Q_PROPERTY(QColor panelMiddle READ panelMiddle NOTIFY changed FINAL)
+    Q_PROPERTY(QColor panelRight READ panelRight NOTIFY changed FINAL)
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed FINAL)
     Q_PROPERTY(QList<tonequill::ShadowLayer> panelShadow READ panelShadow NOTIFY changed FINAL)
     Q_PROPERTY(QList<tonequill::ShadowLayer> controlShadow READ controlShadow NOTIFY changed FINAL)
@@ -46,6 +49,14 @@ public:
     {
         return m_palette.windowBase;
     }
+    QColor panelMiddle() const
+    {
+        return panelAt(0.45);
+    }
+    QColor panelRight() const
+    {
+        return panelAt(0.9);
+    }
     bool isDark() const
     {
         return m_isDark;
@@ -69,6 +80,7 @@ Q_SIGNALS:
 private:
     friend class ThemeStore;
     Theme() = default;
+    QColor panelAt(double share) const; // of the way from the ground's top left to its bottom right
 
     Palette m_palette;
     ShadowSet m_shadows;

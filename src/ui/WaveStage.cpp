@@ -6,6 +6,7 @@
 #include <QStyleHints>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tonequill {
@@ -15,6 +16,7 @@ namespace {
 constexpr double kHit = 32;              // how wide a handle can be hit
 constexpr double kPillGap = 9;           // between the pill and the range's edge
 constexpr double kWheelPixels = 0.5;     // of a wheel's eighths of a degree: 60 pixels a notch
+constexpr double kDragScroll = 0.25;     // of the way that a handle is dragged beyond the view
 constexpr double kWheelZoom = 1.0 / 480; // a notch of the wheel zooms by 2^(1/4)
 
 double sidewaysOf(const QWheelEvent& wheel)
@@ -41,7 +43,7 @@ void WaveStage::setSound(SoundView* sound)
     connect(sound, &SoundView::opened, this, &WaveStage::showWhole);
     connect(sound, &SoundView::changed, this, &WaveStage::takeDuration);
     const EditorModel* model = &editor();
-    connect(model, &EditorModel::rangeChanged, this, &WaveStage::rangeMoved);
+    connect(model, &EditorModel::rangeChanged, this, &WaveStage::showRange);
     connect(model, &EditorModel::cursorChanged, this, &WaveStage::cursorMoved);
     connect(model, &EditorModel::playheadChanged, this, &WaveStage::followPlayhead);
     takeDuration();
@@ -159,6 +161,13 @@ void WaveStage::pinch(double scale, double x)
     change([factor, x](WaveZoom& view) { view.zoomBy(factor, view.scrollX + x); });
 }
 
+void WaveStage::showRange()
+{
+    if (m_grip == NoGrip)
+        change([this](WaveZoom& view) { view.reveal(editor().start(), editor().end()); });
+    Q_EMIT rangeMoved();
+}
+
 void WaveStage::followPlayhead()
 {
     if (const auto& playhead = editor().playhead(); playhead && m_grip == NoGrip)
@@ -227,6 +236,9 @@ void WaveStage::mouseMoveEvent(QMouseEvent* event)
     const double x = event->position().x();
     if (std::abs(x - m_pressX) >= QGuiApplication::styleHints()->startDragDistance())
         m_isClick = false;
+    const double beyond = x - std::clamp(x, 0.0, width());
+    if (m_grip != NoGrip && beyond != 0) // the wave comes along, the faster the farther
+        change([beyond](WaveZoom& view) { view.scrollTo(view.scrollX + beyond * kDragScroll); });
     const double seconds = m_view.secondsAt(x - m_gripOffset);
     if (m_grip == StartGrip)
         editor().dragStart(seconds);

@@ -98,6 +98,7 @@ private:
     double shown(double seconds) const { return m_view.contentX(seconds) - scrollX(); }
     void change(const std::function<void(WaveZoom&)>& change);
     void takeDuration();
+    void showRange();
     void followPlayhead();
     void hover(double x);
     void endGrip();

@@ -65,6 +65,12 @@ bool WaveZoom::follow(double seconds)
     return scrollX != before;
 }
 
+void WaveZoom::reveal(double startSeconds, double endSeconds)
+{
+    if (viewX(endSeconds) < 0 || viewX(startSeconds) > viewport)
+        scrollTo(contentX((startSeconds + endSeconds) / 2) - viewport / 2);
+}
+
 void WaveZoom::scrollTo(double x)
 {
     scrollX = std::clamp(x, 0.0, std::max(contentWidth() - viewport, 0.0));

@@ -35,6 +35,8 @@ struct WaveZoom {
     void showWhole();
     // Turns to the page on which the playhead runs. True if it turned.
     bool follow(double seconds);
+    // Brings a part to the middle if nothing of it is in the view.
+    void reveal(double startSeconds, double endSeconds);
     void scrollTo(double x); // held within the content
     // A change of the window keeps what is shown.
     void resize(double newViewport);

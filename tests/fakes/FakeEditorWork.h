@@ -2,6 +2,7 @@
 
 #include "editor/EditorWork.h"
 
+#include <QCoreApplication>
 #include <QCoroFuture>
 #include <QPromise>
 
@@ -11,7 +12,8 @@
 
 namespace tonequill::test {
 
-// One piece of background work that a test ends when it likes.
+// One piece of background work that a test ends when it likes. What nobody ends
+// is answered with nothing when the last copy of this goes.
 template <typename Question, typename Answer>
 class Asked {
 public:
@@ -31,13 +33,13 @@ public:
         m_done->finish();
     }
 
-    QCoro::Task<Answer> task() const { return wait(m_done, m_answer); }
+    QCoro::Task<Answer> task() const { return wait(m_done->future(), m_answer); }
 
 private:
-    static QCoro::Task<Answer> wait(std::shared_ptr<QPromise<void>> done, std::shared_ptr<std::optional<Answer>> answer)
+    static QCoro::Task<Answer> wait(QFuture<void> done, std::shared_ptr<std::optional<Answer>> answer)
     {
-        co_await done->future();
-        co_return Answer(**answer);
+        co_await done;
+        co_return answer->value_or(Answer());
     }
 
     std::shared_ptr<QPromise<void>> m_done = std::make_shared<QPromise<void>>();
@@ -62,6 +64,18 @@ public:
         QString path;
         ProgressPtr progress;
     };
+
+    FakeEditorWork() = default;
+    ~FakeEditorWork() override
+    {
+        analyses.clear();
+        labellings.clear();
+        hearings.clear();
+        renders.clear();
+        openings.clear();
+        QCoreApplication::processEvents(); // so that whoever waited goes
+        QCoreApplication::processEvents();
+    }
 
     std::deque<Asked<Analysis, AudioAnalysis>> analyses;
     std::deque<Asked<std::vector<CutCandidate>, std::vector<CutCandidate>>> labellings;

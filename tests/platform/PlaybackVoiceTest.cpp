@@ -156,6 +156,18 @@ TEST(PlaybackVoice, PlaysOnWhenItIsMovedBeforeItsEndIsHeard)
     EXPECT_TRUE(std::equal(one.sound.begin(), one.sound.end(), one.samples.begin() + 100, one.samples.end()));
 }
 
+TEST(PlaybackVoice, RepeatsWithoutASeam)
+{
+    Fixture one(3'000);
+    one.voice.setLoops(3);
+    one.voice.play(0);
+    for (std::size_t taken = 0; taken < 12'000; taken += kBlock)
+        EXPECT_EQ(one.take(), std::min(kBlock, 12'000 - taken));
+    EXPECT_FALSE(one.voice.isPlaying(one.heard()));
+    for (std::size_t i = 0; i < one.sound.size(); ++i)
+        ASSERT_EQ(one.sound[i], one.samples[i % 3'000]) << i;
+}
+
 TEST(PlaybackVoice, IsToldAfterItsLastReadThatItRepeats)
 {
     Fixture one(5'000);

@@ -71,6 +71,17 @@ TestCase {
         compare(Fixture.open(), "Sound 2");
     }
 
+    function test_aPressOnOneOfSeveralKeepsThemForADrag() {
+        open(6);
+        clickRow(1);
+        clickRow(3, Qt.ShiftModifier);
+        const at = Qt.point(60, 2.5 * Metrics.row);
+        mousePress(list, at.x, at.y);
+        compare(Fixture.selected(), "Sound 2, Sound 3, Sound 4");
+        mouseRelease(list, at.x, at.y);
+        compare(Fixture.selected(), "Sound 3"); // it was a click after all
+    }
+
     function test_keysSelect() {
         open(40);
         keyClick(Qt.Key_Down);

@@ -38,3 +38,14 @@ TEST(DroppedFiles, NeverComeFromTheProgramItself)
     EXPECT_EQ(wanted({urlIn(root, u"ged.wav"_s)}), root + u"ged.wav"_s);
     EXPECT_EQ(wanted({urlIn(root, u"/ID/Door.wav"_s), QUrl(u"file:///Bell.wav"_s)}), u"/Bell.wav"_s);
 }
+
+TEST(DroppedFiles, AreKnownToComeFromTheProgram)
+{
+    const QUrl own = urlIn(DragStaging::root(), u"/ID/Door.wav"_s);
+    const QUrl other(u"file:///Bell.wav"_s);
+    EXPECT_TRUE(DroppedFiles::comeFromApp({own}));
+    EXPECT_TRUE(DroppedFiles::comeFromApp({other, own}));
+    EXPECT_FALSE(DroppedFiles::comeFromApp({other}));
+    EXPECT_FALSE(DroppedFiles::comeFromApp({QUrl(u"some text"_s)}));
+    EXPECT_FALSE(DroppedFiles::comeFromApp({}));
+}

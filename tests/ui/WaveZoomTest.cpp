@@ -166,3 +166,15 @@ TEST(WaveZoom, AChangeOfTheWindowKeepsWhatIsShown)
     EXPECT_DOUBLE_EQ(view.secondsAt(0), left);
     EXPECT_EQ(view.zoom, 4);
 }
+
+TEST(WaveZoom, APartOutsideOfTheViewIsBroughtToItsMiddle)
+{
+    WaveZoom view = kTenSeconds;
+    view.zoomBy(10, 0);
+    view.reveal(0.5, 3); // a piece of it is there
+    EXPECT_EQ(view.scrollX, 0);
+    view.reveal(6, 6.2);
+    EXPECT_DOUBLE_EQ(view.viewX(6.1), 400);
+    view.reveal(0.1, 0.2);
+    EXPECT_EQ(view.scrollX, 0);
+}

@@ -1,12 +1,12 @@
 import QtQuick
 import Tonequill
 
-// Where a row goes on beyond the edge of what is shown. It darkens towards its
-// right; the panel's colour is translucent, so that its ground is mixed in.
+// Where a row goes on beyond the edge of what is shown: it gets lost in the
+// panel, whose colour is `ground`, towards the right.
 Rectangle {
     id: fade
 
-    readonly property color ground: Qt.tint(Theme.windowBase, Theme.panel)
+    required property color ground
 
     width: Metrics.spaceXl * 2
     gradient: Gradient {

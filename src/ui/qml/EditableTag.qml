@@ -42,7 +42,7 @@ T.Button {
             width: Math.min(implicitWidth, parent.width)
             type: Metrics.caption
             color: Theme.textSecondary
-            opacity: control.hovered ? Metrics.disabledGraphic : 1
+            opacity: control.hovered ? 0 : 1
             text: control.text
         }
         MouseArea {
@@ -62,7 +62,7 @@ T.Button {
 
     Tip {
         control: control
-        text: "Remove tag"
+        text: "Remove “" + control.text + "”"
         keys: "Del"
     }
 }

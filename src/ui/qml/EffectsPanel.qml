@@ -45,8 +45,8 @@ Item {
             checked: panel.effects.reverse
             onToggled: panel.effects.reverse = checked
         }
-        Item {
-            width: Metrics.spaceXs
+        Item { // twice the spacing
+            width: Metrics.hairline
             height: Metrics.hairline
         }
         ActionButton {

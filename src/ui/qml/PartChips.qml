@@ -8,7 +8,9 @@ Item {
 
     required property SoundView sound
 
-    implicitHeight: Metrics.heading.line + Metrics.spaceM + Metrics.chip - Metrics.spaceXs / 2
+    required property bool isNarrow
+
+    implicitHeight: Metrics.label.line + (isNarrow ? Metrics.spaceS : Metrics.spaceM) + Metrics.chip
 
     Label {
         id: head
@@ -46,6 +48,12 @@ Item {
             contentX = Math.max(0, Math.min(left, Math.max(contentX, right - width + (right < contentWidth ? Metrics.spaceXl : 0))));
         }
 
+        Connections {
+            target: section.sound
+            function onOpened() {
+                scroller.contentX = 0;
+            }
+        }
         WheelHandler {
             orientation: Qt.Vertical
             target: scroller
@@ -95,12 +103,14 @@ Item {
     }
     EdgeFade {
         visible: scroller.contentX + scroller.width < scroller.contentWidth - 1
+        ground: Theme.panelRight
         anchors.right: scroller.right
         anchors.verticalCenter: scroller.verticalCenter
         height: scroller.height
     }
     EdgeFade {
         visible: scroller.contentX > 1
+        ground: Theme.panelMiddle
         rotation: 180
         anchors.left: scroller.left
         anchors.verticalCenter: scroller.verticalCenter

@@ -45,6 +45,7 @@ Item {
         width: parent.width
         sound: panel.sound
         stage: well.stage
+        isNarrow: panel.isNarrow
     }
     PartChips {
         id: parts
@@ -52,6 +53,7 @@ Item {
         y: line.y - height - (panel.isNarrow ? Metrics.spaceS : Metrics.spaceM)
         width: parent.width
         height: implicitHeight
+        isNarrow: panel.isNarrow
         sound: panel.sound
     }
     Hairline {

@@ -7,9 +7,27 @@ Item {
 
     required property SoundView sound
     required property WaveStage stage
+    required property bool isNarrow
+    readonly property real meterWidth: isNarrow ? Metrics.hitTarget : Metrics.meterWidth
 
     height: Metrics.play
 
+    Shortcut {
+        sequence: "Ctrl+-"
+        onActivated: transport.stage.zoomOut()
+    }
+    Shortcut {
+        sequences: ["Ctrl++", "Ctrl+="]
+        onActivated: transport.stage.zoomIn()
+    }
+    Shortcut {
+        sequence: "Ctrl+9"
+        onActivated: transport.stage.zoomToSelection()
+    }
+    Shortcut {
+        sequence: "Ctrl+0"
+        onActivated: transport.stage.showWhole()
+    }
     PlayButton {
         id: play
         objectName: "playButton"
@@ -95,12 +113,13 @@ Item {
             objectName: "levelMeter"
             visible: transport.sound.playback.isPlaying && !transport.sound.playback.isRendering
             anchors.verticalCenter: parent.verticalCenter
+            width: transport.meterWidth
             level: transport.sound.playback.level
         }
         ProgressBar {
             visible: transport.sound.playback.isRendering
             anchors.verticalCenter: parent.verticalCenter
-            width: Metrics.meterWidth
+            width: transport.meterWidth
             name: "Rendering effects"
             value: transport.sound.playback.renderProgress
         }
@@ -109,6 +128,7 @@ Item {
             enabled: transport.stage.zoom > 1
             iconName: "zoom-out"
             text: "Zoom out"
+            keys: "Ctrl+-"
             onClicked: transport.stage.zoomOut()
         }
         IconButton {
@@ -116,18 +136,21 @@ Item {
             enabled: transport.stage.canZoomIn
             iconName: "zoom-in"
             text: "Zoom in (or pinch)"
+            keys: "Ctrl++"
             onClicked: transport.stage.zoomIn()
         }
         IconButton {
             objectName: "zoomSelectionButton"
             iconName: "zoom-selection"
             text: "Zoom to the selected part"
+            keys: "Ctrl+9"
             onClicked: transport.stage.zoomToSelection()
         }
         IconButton {
             objectName: "showWholeButton"
             iconName: "zoom-fit"
             text: "Show the whole sound"
+            keys: "Ctrl+0"
             onClicked: transport.stage.showWhole()
         }
     }

@@ -92,22 +92,27 @@ Card {
                     endColor: Theme.wavePlayedEnd
                 }
             }
-            Repeater { // the found parts
-                model: well.sound.parts
+            Item { // the found parts
+                anchors.fill: parent
 
-                Rectangle {
-                    required property real start
-                    required property real end
-                    required property bool marked
-                    required property bool whole
+                Repeater {
+                    model: well.sound.parts
 
-                    visible: !whole || marked
-                    x: start * stage.pixelsPerSecond - stage.scrollX
-                    y: stage.height - height - Metrics.ribbon
-                    width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
-                    height: Metrics.ribbon
-                    radius: height / 2
-                    color: marked ? Theme.handle : Theme.control
+                    Rectangle {
+                        required property real start
+                        required property real end
+                        required property bool marked
+                        required property bool whole
+
+                        z: marked ? 1 : 0 // parts may overlap
+                        visible: !whole || marked
+                        x: start * stage.pixelsPerSecond - stage.scrollX
+                        y: stage.height - height - Metrics.ribbon
+                        width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
+                        height: Metrics.ribbon
+                        radius: height / 2
+                        color: marked ? Theme.handle : Theme.control
+                    }
                 }
             }
             Rectangle {
