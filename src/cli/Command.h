@@ -27,8 +27,10 @@ std::span<const Command> commands();
 
 int add(const QStringList& arguments);
 int list(const QStringList& arguments);
+int search(const QStringList& arguments);
 int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
+int credits(const QStringList& arguments);
 int analyze(const QStringList& arguments);
 int peaks(const QStringList& arguments);
 int listen(const QStringList& arguments);

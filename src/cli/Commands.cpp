@@ -9,8 +9,10 @@ std::span<const Command> commands()
     static constexpr std::array kCommands{
         Command{"add", "FILE…", "Add the best part of sounds and videos to the library.", add},
         Command{"list", "", "List the library, newest first.", list},
+        Command{"search", "WORD…", "Find sounds of the library, in any language.", search},
         Command{"show", "SOUND", "Tell everything about one sound.", show},
         Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
+        Command{"credits", "[SOUND…]", "Print the credit lines of sounds, ready to paste.", credits},
         Command{"analyze", "FILE", "Analyse a file without taking it in.", analyze},
         Command{"peaks", "FILE", "Print the waveform of a file.", peaks},
         Command{"listen", "FILE", "Tell what a recording sounds like.", listen},

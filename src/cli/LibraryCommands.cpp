@@ -1,4 +1,4 @@
-// list, show and delete: what is in the library.
+// list, search, show, delete and credits: what is in the library.
 
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
@@ -11,6 +11,8 @@
 #include <QDateTime>
 #include <QJsonArray>
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +30,38 @@ QByteArray recordsJson(const QList<SoundItem>& items)
     for (const SoundItem& item : items)
         json.json(LibraryIndex::encode(item));
     return json.endArray().bytes();
+}
+
+void printSounds(const QList<SoundItem>& items, const Options& options)
+{
+    if (options.json()) {
+        terminal::printJson(recordsJson(items));
+        return;
+    }
+    for (const SoundItem& item : items) {
+        const QString tags = item.tags.isEmpty() ? QString() : u"  · "_s + item.tags.join(u", "_s);
+        terminal::print(terminal::harmless(u"%1  %2  %3%4"_s.arg(
+            uuidText(item.id).first(8), terminal::lengthText(item.duration).rightJustified(8), item.name, tags)));
+    }
+}
+
+// Whether anything is known of where the sound comes from.
+bool hasCredit(const SoundItem& item)
+{
+    return item.credit || item.license || item.pageURL;
+}
+
+// The sounds that the words mean; none, and it has been said, unless all are found.
+std::optional<QList<SoundItem>> soundsMeant(const LibraryStore& store, const QStringList& words)
+{
+    QList<SoundItem> meant;
+    for (const QString& word : words) {
+        const auto item = soundMeant(store.items(), word);
+        if (!item)
+            return std::nullopt;
+        meant << *item;
+    }
+    return meant;
 }
 
 QString dateText(double secondsSince2001)
@@ -53,15 +87,22 @@ int list(const QStringList& arguments)
         return *end;
     SystemClock clock;
     const LibraryStore store(clock, options.libraryFolder());
-    if (options.json()) {
-        terminal::printJson(recordsJson(store.items()));
-        return kDone;
-    }
-    for (const SoundItem& item : store.items()) {
-        const QString tags = item.tags.isEmpty() ? QString() : u"  · "_s + item.tags.join(u", "_s);
-        terminal::print(terminal::harmless(u"%1  %2  %3%4"_s.arg(
-            uuidText(item.id).first(8), terminal::lengthText(item.duration).rightJustified(8), item.name, tags)));
-    }
+    printSounds(store.items(), options);
+    return kDone;
+}
+
+int search(const QStringList& arguments)
+{
+    Options options("search", "WORD…",
+                    "Lists the sounds that the words mean, best first, as list does: by their names, tags and sound, in "
+                    "English or Arabic. Nothing found is no failure.\nJSON: an array of records.");
+    options.addJson();
+    options.addLibrary();
+    if (const auto end = options.parse(arguments, 1, kAnyNumber))
+        return *end;
+    SystemClock clock;
+    const LibraryStore store(clock, options.libraryFolder());
+    printSounds(store.search(options.positional().join(u' ')), options);
     return kDone;
 }
 
@@ -90,7 +131,7 @@ int show(const QStringList& arguments)
     printField(u"Origin"_s, originText(item->origin));
     printField(u"Added"_s, dateText(item->createdAt));
     printField(u"Licence"_s, item->license.value_or(QString()));
-    printField(u"Credit"_s, item->credit || item->license || item->pageURL ? item->creditLine() : QString());
+    printField(u"Credit"_s, hasCredit(*item) ? item->creditLine() : QString());
     printField(u"Id"_s, uuidText(item->id));
     printField(u"File"_s, store.path(*item));
     return kDone;
@@ -111,31 +152,62 @@ int deleteSounds(const QStringList& arguments)
     SystemClock clock;
     // The owner has the newest state in memory, and on the disk as well.
     const LibraryStore reader(clock, options.libraryFolder());
-    QList<SoundItem> doomed;
-    for (const QString& word : options.positional()) {
-        const auto item = soundMeant(reader.items(), word);
-        if (!item)
-            return kFailed;
-        doomed << *item;
-    }
+    const auto doomed = soundsMeant(reader, options.positional());
+    if (!doomed)
+        return kFailed;
     if (own) {
-        own->store->deleteItems(doomed);
+        own->store->deleteItems(*doomed);
         if (!own->store->isSaved()) {
             terminal::complain(u"The library could not be written: the disk may be full or read-only."_s);
             return kFailed;
         }
     } else {
         QJsonArray ids;
-        for (const SoundItem& item : doomed)
+        for (const SoundItem& item : *doomed)
             ids << uuidText(item.id);
         if (!handToOwner(options.libraryFolder(), {{u"delete"_s, ids}}))
             return kLibraryBusy;
     }
     if (options.json())
-        terminal::printJson(JsonWriter().beginObject().key("deleted").json(recordsJson(doomed)).endObject().bytes());
+        terminal::printJson(JsonWriter().beginObject().key("deleted").json(recordsJson(*doomed)).endObject().bytes());
     else
-        for (const SoundItem& item : doomed)
+        for (const SoundItem& item : *doomed)
             terminal::print(terminal::harmless(u"Deleted “%1”"_s.arg(item.name)));
+    return kDone;
+}
+
+int credits(const QStringList& arguments)
+{
+    Options options("credits", "[SOUND…]",
+                    "Prints one line for each sound that names it, its maker, licence and page, ready to paste. Without a "
+                    "sound: for all of the library that have something to credit.\nJSON: an array of {id, name, creditLine}.");
+    options.addJson();
+    options.addLibrary();
+    if (const auto end = options.parse(arguments, 0, kAnyNumber))
+        return *end;
+    SystemClock clock;
+    const LibraryStore store(clock, options.libraryFolder());
+    QList<SoundItem> credited;
+    if (options.positional().isEmpty()) {
+        std::copy_if(store.items().begin(), store.items().end(), std::back_inserter(credited), hasCredit);
+    } else {
+        const auto meant = soundsMeant(store, options.positional());
+        if (!meant)
+            return kFailed;
+        credited = *meant;
+    }
+    if (!options.json()) {
+        for (const SoundItem& item : credited)
+            terminal::print(terminal::harmless(item.creditLine()));
+        return kDone;
+    }
+    JsonWriter json;
+    json.beginArray();
+    for (const SoundItem& item : credited) {
+        json.beginObject().key("id").text(uuidText(item.id)).key("name").text(item.name);
+        json.key("creditLine").text(item.creditLine()).endObject();
+    }
+    terminal::printJson(json.endArray().bytes());
     return kDone;
 }
 

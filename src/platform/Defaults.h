@@ -18,6 +18,8 @@ public:
 
     explicit Defaults(QString path = standardPath());
 
+    const QString& path() const { return m_path; }
+
     std::optional<bool> boolean(const QString& key) const;
     std::optional<QString> text(const QString& key) const;
     std::optional<QByteArray> data(const QString& key) const;

@@ -34,6 +34,8 @@ FileError::Reason reasonOf(int systemError)
         return FileError::Reason::diskFull;
     case EROFS:
         return FileError::Reason::readOnly;
+    case EEXIST:
+        return FileError::Reason::taken;
     default:
         return FileError::Reason::other;
     }
@@ -48,6 +50,8 @@ QString verbOf(FileError::Action action)
         return u"written"_s;
     case FileError::Action::copy:
         return u"copied"_s;
+    case FileError::Action::rename:
+        return u"renamed"_s;
     }
     Q_UNREACHABLE();
 }
@@ -63,6 +67,8 @@ QString becauseOf(FileError::Reason reason, int systemError)
         return u"the disk is full"_s;
     case FileError::Reason::readOnly:
         return u"the disk is read-only"_s;
+    case FileError::Reason::taken:
+        return u"there is another file of that name"_s;
     case FileError::Reason::other:
         return QString::fromLocal8Bit(std::strerror(systemError)).toLower();
     }
@@ -269,6 +275,30 @@ void copy(const QString& source, const QString& destination, Progress* progress)
     if (!to.close())
         fail(errno);
     removal.keep();
+}
+
+void renameToFree(const QString& from, const QString& to)
+{
+    const auto fail = [&from](int systemError) { throw FileError(FileError::Action::rename, from, systemError); };
+    if (from.contains(QChar(u'\0')) || to.contains(QChar(u'\0')))
+        fail(EINVAL); // the system would end the name there
+    const QByteArray source = QFile::encodeName(from);
+    const QByteArray target = QFile::encodeName(to);
+    if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
+        return;
+    const int failure = errno;
+    const bool isUnknownHere = failure == EINVAL || failure == ENOSYS; // some network file systems
+    if (failure != EEXIST && !isUnknownHere)
+        fail(failure);
+    struct stat old = {};
+    struct stat present = {};
+    const bool isTaken = ::lstat(target.constData(), &present) == 0;
+    const bool isItself = isTaken && ::lstat(source.constData(), &old) == 0 && old.st_dev == present.st_dev &&
+                          old.st_ino == present.st_ino && from != to && from.compare(to, Qt::CaseInsensitive) == 0;
+    if (isTaken && !isItself)
+        fail(EEXIST);
+    if (::rename(source.constData(), target.constData()) != 0)
+        fail(errno);
 }
 
 void syncFile(const QString& path)

@@ -15,8 +15,8 @@ namespace tonequill {
 // file and why ("… couldn't be copied because the disk is full.").
 class FileError : public UserError {
 public:
-    enum class Action { read, write, copy };
-    enum class Reason { notFound, noPermission, diskFull, readOnly, other };
+    enum class Action { read, write, copy, rename };
+    enum class Reason { notFound, noPermission, diskFull, readOnly, taken, other };
 
     // `systemError` is an errno value.
     FileError(Action action, const QString& path, int systemError);
@@ -47,6 +47,11 @@ void writeDurably(const QString& path, std::span<const QByteArray> chunks, Priva
 // Cancelled; then nothing is at `destination`. It isn't synced yet.
 // REQUIRES: nothing is at `destination`.
 void copy(const QString& source, const QString& destination, Progress* progress = nullptr);
+
+// Renames `from` within its file system in one step, never over another file.
+// Throws FileError: `taken` where something is at `to`, `from` itself included;
+// only its own name in another case may be.
+void renameToFree(const QString& from, const QString& to);
 
 // Brings a file, or the entries of a folder, to the disk. Throws FileError.
 void syncFile(const QString& path);

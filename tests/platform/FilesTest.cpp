@@ -97,6 +97,23 @@ TEST_F(FilesTest, ErrorsSayWhichFileAndWhy)
               u"“x” couldn't be read because you don't have permission."_s);
 }
 
+TEST_F(FilesTest, RenamesOnlyToAFreeName)
+{
+    write(at(u"a"_s), "a");
+    write(at(u"b"_s), "b");
+    QFile::link(u"nowhere"_s, at(u"link"_s));
+    for (const QString& name : {u"a"_s, u"b"_s, u"link"_s})
+        EXPECT_EQ(reasonOf([&] { Files::renameToFree(at(u"a"_s), at(name)); }), FileError::Reason::taken) << name.toStdString();
+    EXPECT_EQ(reasonOf([&] { Files::renameToFree(at(u"missing"_s), at(u"c"_s)); }), FileError::Reason::notFound);
+    EXPECT_EQ(reasonOf([&] { Files::renameToFree(at(u"a"_s), at(u"c"_s) + QChar(u'\0')); }), FileError::Reason::other);
+    EXPECT_EQ(Files::readAll(at(u"b"_s), 10), "b");
+    Files::renameToFree(at(u"a"_s), at(u"A"_s));
+    Files::renameToFree(at(u"A"_s), at(u"c"_s));
+    EXPECT_EQ(everything(), (QStringList{u"b"_s, u"c"_s})); // the link leads nowhere and isn't listed
+    EXPECT_EQ(FileError(FileError::Action::rename, u"/a/Dog.wav"_s, EEXIST).message(),
+              u"“Dog.wav” couldn't be renamed because there is another file of that name."_s);
+}
+
 TEST_F(FilesTest, ReadsOnlyRegularFilesUpToTheLimit)
 {
     put(at(u"a"_s), "12345");
