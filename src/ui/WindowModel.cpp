@@ -75,6 +75,11 @@ bool WindowModel::acceptsDrop(const QList<QUrl>& urls) const
     return !DroppedFiles::wanted(urls).isEmpty();
 }
 
+bool WindowModel::invitesDrop(const QList<QUrl>& urls) const
+{
+    return acceptsDrop(urls) && !DroppedFiles::comeFromApp(urls);
+}
+
 void WindowModel::drop(const QList<QUrl>& urls)
 {
     addFiles(DroppedFiles::wanted(urls));

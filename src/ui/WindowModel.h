@@ -54,6 +54,8 @@ public:
     void addFiles(const QStringList& paths);
     // Whether a drop of these would bring in anything, and the drop.
     Q_INVOKABLE bool acceptsDrop(const QList<QUrl>& urls) const;
+    // Whether the list lights up for it: never for a drag out of this window.
+    Q_INVOKABLE bool invitesDrop(const QList<QUrl>& urls) const;
     Q_INVOKABLE void drop(const QList<QUrl>& urls);
 
 Q_SIGNALS:

@@ -7,9 +7,11 @@ DropArea {
     id: target
 
     required property WindowModel model
+    property bool isInviting: false
 
     anchors.fill: parent
     onEntered: drag => {
+        target.isInviting = target.model.invitesDrop(drag.urls);
         if (target.model.acceptsDrop(drag.urls))
             drag.accept(Qt.CopyAction);
         else
@@ -21,7 +23,7 @@ DropArea {
     }
 
     OnDemand {
-        isWanted: target.containsDrag
+        isWanted: target.containsDrag && target.isInviting
 
         DashedFrame {
             anchors.fill: target
