@@ -60,6 +60,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     DesktopApps apps;
     AppModel model(defaults, clock, work, apps, std::move(library));
     MainWindow window(model, defaults);
+    model.watchAutoFolder();
 
     HandOver server([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);

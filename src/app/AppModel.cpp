@@ -33,6 +33,7 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps
       m_apps(apps),
       m_editor(work, clock),
       m_library(std::move(library)),
+      m_autoFolder(defaults, clock),
       m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
       m_shortOnlyByDefault(defaults.boolean(kShortOnlyByDefault).value_or(true)),
       m_hideCreditSounds(defaults.boolean(kHideCreditSounds).value_or(false)),

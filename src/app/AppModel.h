@@ -4,6 +4,7 @@
 #include "audio/AudioExporter.h"
 #include "base/Progress.h"
 #include "editor/EditorModel.h"
+#include "library/AutoFolder.h"
 #include "library/FinalCut.h"
 #include "library/LibraryStore.h"
 #include "platform/Clock.h"
@@ -116,6 +117,14 @@ public:
     // The files that are coming in, in their order.
     const QList<IncomingFile>& incoming() const { return m_incoming; }
 
+    // The folder that is kept up to date with the library (AutoFolderSync.cpp).
+    AutoFolder& autoFolder() { return m_autoFolder; }
+    // One run; says how many sounds were copied, if any.
+    QCoro::Task<> syncAutoFolder();
+    // Runs now, and from now on a second after every change of the library or of
+    // the folder's settings.
+    void watchAutoFolder();
+
     // Names a sound by what was heard in it (NamingFlows.cpp): only where the
     // name is still the program's to choose, and the ear is sure.
     void applyHeard(const SoundItem& item, const SoundHeard& heard);
@@ -181,6 +190,8 @@ private:
         FinalCut::Clip clip;
     };
 
+    void wakeAutoFolder();
+    QCoro::Task<> runAutoFolder();
     void openSelection();
     EffectSettings effectsFor(const SoundItem& item) const;
     QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
@@ -198,6 +209,9 @@ private:
     std::optional<QString> m_pendingSearch;
     int m_flowsAtWork = 0;
     QList<IncomingFile> m_incoming;
+    AutoFolder m_autoFolder;
+    enum class Watch { off, resting, waking, running } m_watch = Watch::off;
+    bool m_changedDuringRun = false;
     bool m_createWithCredits;
     bool m_shortOnlyByDefault;
     bool m_hideCreditSounds;

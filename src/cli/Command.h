@@ -40,5 +40,6 @@ int render(const QStringList& arguments);
 int mix(const QStringList& arguments);
 int save(const QStringList& arguments);
 int fcpxml(const QStringList& arguments);
+int sync(const QStringList& arguments);
 
 } // namespace tonequill::cli

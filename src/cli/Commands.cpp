@@ -21,6 +21,7 @@ std::span<const Command> commands()
         Command{"render", "FILE OUTPUT", "Write a range with effects.", render},
         Command{"save", "SOUND…", "Write sounds as finished files to a folder.", save},
         Command{"fcpxml", "SOUND…", "Write sounds and an FCPXML event that lists them.", fcpxml},
+        Command{"sync", "", "Bring the Auto Folder up to date.", sync},
         Command{"mix", "OUTPUT PIECE…", "Sum files on one timeline.", mix},
     };
     return kCommands;

@@ -1,0 +1,114 @@
+#include "app/AppModel.h"
+#include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
+#include "fakes/FakeOtherApps.h"
+#include "support/LibraryFolder.h"
+#include "support/Printing.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int kPatienceMs = 20000;
+
+class AutoFolderSyncTest : public testing::Test {
+protected:
+    AutoFolderSyncTest()
+    {
+        for (const QString& name : {u"Door"_s, u"Rain"_s})
+            library.add(name).duration = 0.25;
+        library.write();
+        QDir().mkpath(delivered());
+        model = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, library.path()));
+    }
+    QString delivered() const { return library.filePath(u"Movies"_s); }
+    QStringList files() const { return QDir(delivered()).entryList(QDir::Files, QDir::Name); }
+    bool becomes(const QStringList& names)
+    {
+        return QTest::qWaitFor([&] { return files() == names && !model->autoFolder().isSyncing(); }, kPatienceMs);
+    }
+    void turnOn()
+    {
+        model->autoFolder().chooseFolder(delivered());
+        model->autoFolder().setEnabled(true);
+    }
+
+    test::LibraryFolder library;
+    test::FakeClock clock;
+    test::FakeEditorWork work;
+    test::FakeOtherApps apps;
+    Defaults defaults{library.filePath(u"tonequill.ini"_s)};
+    std::unique_ptr<AppModel> model;
+};
+
+} // namespace
+
+TEST_F(AutoFolderSyncTest, NothingHappensWhileItIsOff)
+{
+    model->watchAutoFolder();
+    model->autoFolder().chooseFolder(delivered());
+    clock.advance(2s);
+    QTest::qWait(20);
+    EXPECT_TRUE(files().isEmpty());
+}
+
+TEST_F(AutoFolderSyncTest, SoundsAreDeliveredASecondAfterTheSwitch)
+{
+    model->watchAutoFolder();
+    turnOn();
+    clock.advance(999ms);
+    QTest::qWait(20);
+    EXPECT_TRUE(files().isEmpty());
+    clock.advance(1ms);
+    ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+    EXPECT_EQ(model->noticeText(), u"Copied 2 sounds to Movies."_s);
+}
+
+TEST_F(AutoFolderSyncTest, ARunAtTheStartFollowsWhatHappenedMeanwhile)
+{
+    turnOn();
+    model->watchAutoFolder();
+    EXPECT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+}
+
+TEST_F(AutoFolderSyncTest, ARenamedSoundIsARenamedFileAndADeletedFileStaysAway)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+    QFile::remove(delivered() + u"/Rain.wav"_s);
+    model->library().rename(model->library().items().first(), u"Gate"_s);
+    clock.advance(1s);
+    EXPECT_TRUE(becomes({u"Gate.wav"_s}));
+    model->deleteItems({model->library().items().first()});
+    clock.advance(1s);
+    QTest::qWait(50);
+    EXPECT_EQ(files(), QStringList{u"Gate.wav"_s}); // nothing is ever deleted there
+}
+
+TEST_F(AutoFolderSyncTest, AChangeDuringARunIsCaughtByTheNext)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(model->autoFolder().isSyncing());
+    model->library().rename(model->library().items().first(), u"Gate"_s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().isSyncing(); }, kPatienceMs));
+    clock.advance(1s);
+    EXPECT_TRUE(becomes({u"Gate.wav"_s, u"Rain.wav"_s}));
+}
+
+TEST_F(AutoFolderSyncTest, SoundsThatGoDuringARunDoNoHarm)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(model->autoFolder().isSyncing());
+    model->deleteItems(model->library().items());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().isSyncing(); }, kPatienceMs));
+}
