@@ -25,7 +25,14 @@ namespace tonequill::bench {
 struct Cost {
     double wallSeconds = 0;
     double cpuSeconds = 0;
+    double peakMegabytes = 0; // of a program that was run; 0 for work of our own
 };
+
+inline Cost lower(const Cost& a, const Cost& b)
+{
+    return {std::min(a.wallSeconds, b.wallSeconds), std::min(a.cpuSeconds, b.cpuSeconds),
+            std::min(a.peakMegabytes, b.peakMegabytes)};
+}
 
 inline double seconds(const timeval& time)
 {
@@ -35,10 +42,8 @@ inline double seconds(const timeval& time)
 inline Cost best(int rounds, const std::function<Cost()>& measure)
 {
     Cost lowest = measure();
-    for (int round = 1; round < rounds; ++round) {
-        const Cost cost = measure();
-        lowest = {std::min(lowest.wallSeconds, cost.wallSeconds), std::min(lowest.cpuSeconds, cost.cpuSeconds)};
-    }
+    for (int round = 1; round < rounds; ++round)
+        lowest = lower(lowest, measure());
     return lowest;
 }
 
@@ -47,12 +52,8 @@ inline Cost best(int rounds, const std::function<Cost()>& measure)
 inline std::pair<Cost, Cost> bestOfBoth(int rounds, const std::function<Cost()>& one, const std::function<Cost()>& other)
 {
     std::pair<Cost, Cost> lowest = {one(), other()};
-    const auto lower = [](Cost& low, const Cost& cost) {
-        low = {std::min(low.wallSeconds, cost.wallSeconds), std::min(low.cpuSeconds, cost.cpuSeconds)};
-    };
     for (int round = 1; round < rounds; ++round) {
-        lower(lowest.first, one());
-        lower(lowest.second, other());
+        lowest = {lower(lowest.first, one()), lower(lowest.second, other())};
     }
     return lowest;
 }
@@ -66,7 +67,7 @@ inline Cost costOf(const std::function<void()>& work)
     work();
     getrusage(RUSAGE_SELF, &after);
     const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    return {wall, seconds(after.ru_utime) + seconds(after.ru_stime) - seconds(before.ru_utime) - seconds(before.ru_stime)};
+    return {wall, seconds(after.ru_utime) + seconds(after.ru_stime) - seconds(before.ru_utime) - seconds(before.ru_stime), 0};
 }
 
 // Runs a program to its end. REQUIRES: it is found and succeeds.
@@ -90,7 +91,7 @@ inline Cost costOf(const QStringList& command)
     if (child < 0 || wait4(child, &status, 0, &usage) < 0 || status != 0)
         qFatal("%s failed", words[0].constData());
     const double wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    return {wall, seconds(usage.ru_utime) + seconds(usage.ru_stime)};
+    return {wall, seconds(usage.ru_utime) + seconds(usage.ru_stime), static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
 // The folder of the test files, which stay for the next run.

@@ -4,8 +4,8 @@
 
 #include "app/AppModel.h"
 #include "base/Background.h"
-#include "platform/AudioFile.h"
 #include "platform/DesktopApps.h"
+#include "platform/NoAudioOutput.h"
 #include "understanding/SoundClassifier.h"
 
 #include <QCoreApplication>
@@ -19,11 +19,6 @@ using namespace Qt::StringLiterals;
 using namespace tonequill;
 
 namespace {
-
-class NoOutput final : public AudioOutput {
-public:
-    std::unique_ptr<AudioPlayer> open(const QString& path) override { throw AudioFileError(AudioFileError::Kind::open, path); }
-};
 
 void ffmpeg(const QStringList& arguments)
 {
@@ -47,7 +42,7 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     SystemClock time;
     Defaults defaults(folder.filePath(u"tonequill.ini"_s));
     const SoundClassifier classifier;
-    NoOutput output;
+    NoAudioOutput output;
     BackgroundEditorWork work(classifier, output);
     DesktopApps apps;
     AppModel model(defaults, time, work, apps, std::make_unique<LibraryStore>(time, folder.filePath(u"Library"_s)));

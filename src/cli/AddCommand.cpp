@@ -8,8 +8,8 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "library/LibraryIndex.h"
-#include "platform/AudioFile.h"
 #include "platform/DesktopApps.h"
+#include "platform/NoAudioOutput.h"
 #include "understanding/SoundClassifier.h"
 
 #include <QCoroSignal>
@@ -34,12 +34,6 @@ struct Road {
     AppModel::TheSource source = AppModel::TheSource::isReplaced;
     int mostParts = 1;
     EffectSettings effects;
-};
-
-// Here nothing is ever heard.
-class NoOutput final : public AudioOutput {
-public:
-    std::unique_ptr<AudioPlayer> open(const QString& path) override { throw AudioFileError(AudioFileError::Kind::open, path); }
 };
 
 // Tells what came of each file.
@@ -177,7 +171,7 @@ int walkRoad(OwnLibrary& own, const Road& road, const QStringList& files, bool i
         terminal::complain(error.message());
         return kFailed;
     }
-    NoOutput output;
+    NoAudioOutput output;
     BackgroundEditorWork work(classifier, output);
     DesktopApps apps;
     AppModel model(defaults, own.clock, work, apps, std::move(own.store));

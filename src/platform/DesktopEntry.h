@@ -10,7 +10,7 @@
 namespace tonequill {
 
 // The part of a desktop entry that starts a program: the group "Desktop Entry" of
-// a .desktop file (Desktop Entry Specification 1.5). A plain value.
+// a .desktop file, by the rules of freedesktop.org (version 1.5). A plain value.
 class DesktopEntry {
 public:
     // None for what has no such group, is no application, or says that it isn't there.

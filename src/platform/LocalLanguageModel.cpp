@@ -83,7 +83,7 @@ QJsonObject anyObject()
     return {{u"type"_s, u"json_object"_s}};
 }
 
-// How servers that know no schemas answer: bad request, unprocessable, failed, not implemented.
+// The HTTP states by which servers that know no schemas answer.
 bool refusesSchemas(const CappedReply& reply)
 {
     return reply.outcome == CappedReply::Outcome::answered &&

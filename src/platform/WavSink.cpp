@@ -64,9 +64,9 @@ WavSink::WavSink(const QString& path, AudioFormat format, Samples samples)
       m_frameBytes(bytesPerSample(samples) * format.channelCount),
       m_headerBytes(0)
 {
-    const QByteArray placeholder = header();
-    m_headerBytes = placeholder.size();
-    m_file.write(placeholder.constData(), m_headerBytes, 0);
+    const QByteArray ofNoFrames = header(); // written again when the length is known
+    m_headerBytes = ofNoFrames.size();
+    m_file.write(ofNoFrames.constData(), m_headerBytes, 0);
     m_block.resize(static_cast<std::size_t>(kBlockFrames * m_frameBytes));
 }
 

@@ -20,6 +20,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// A second at full scale, half as loud on average.
+Envelope steadySecond()
+{
+    return {std::make_shared<const Envelope::Data>(
+        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})};
+}
+
 class PaintedItemsTest : public testing::Test {
 protected:
     PaintedItemsTest()
@@ -103,8 +110,7 @@ TEST_F(PaintedItemsTest, AWaveLaysTheRmsOverThePeakInTwoTones)
     Complete<WaveformView> wave;
     wave.setPeakColor(Qt::red);
     wave.setRmsColor(Qt::blue);
-    wave.setEnvelope({std::make_shared<const Envelope::Data>(
-        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEnvelope(steadySecond());
     wave.setEndSeconds(1);
     const QImage image = shown(wave, 100, 40);
     EXPECT_EQ(image.pixelColor(50, 2), QColor(Qt::red));
@@ -116,8 +122,7 @@ TEST_F(PaintedItemsTest, AWaveLaysTheRmsOverThePeakInTwoTones)
 TEST_F(PaintedItemsTest, AWaveHasItsOwnTonesInsideTheRange)
 {
     Complete<WaveformView> wave;
-    wave.setEnvelope({std::make_shared<const Envelope::Data>(
-        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEnvelope(steadySecond());
     wave.setEndSeconds(1);
     wave.setPeakColor(Qt::red);
     wave.setRmsColor(Qt::red);
@@ -136,8 +141,7 @@ TEST_F(PaintedItemsTest, AWaveHasItsOwnTonesInsideTheRange)
 TEST_F(PaintedItemsTest, WhatHasPlayedRunsFromOneColourToTheOtherAcrossTheRange)
 {
     Complete<WaveformView> wave;
-    wave.setEnvelope({std::make_shared<const Envelope::Data>(
-        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEnvelope(steadySecond());
     wave.setEndSeconds(1);
     wave.setRangePeakColor(Qt::blue);
     wave.setEndColor(Qt::red);
@@ -154,8 +158,7 @@ TEST_F(PaintedItemsTest, WhatHasPlayedRunsFromOneColourToTheOtherAcrossTheRange)
 TEST_F(PaintedItemsTest, AHiddenWaveIsNotDrawn)
 {
     Complete<WaveformView> wave;
-    wave.setEnvelope({std::make_shared<const Envelope::Data>(
-        Envelope::Data{std::vector<float>(100, 1.0f), std::vector<float>(100, 0.5f), 0.01, {}})});
+    wave.setEnvelope(steadySecond());
     wave.setEndSeconds(1);
     wave.setPeakColor(Qt::red);
     wave.setRmsColor(Qt::red);
