@@ -162,6 +162,16 @@ TEST(SoundClassifier, AnswersTheSameFromManyThreads)
     }
 }
 
+TEST(SoundClassifier, EndsWhenItIsCancelled)
+{
+    const QString path = test::makeMedia(u"cancelled.wav"_s, test::wandering(16'000, 1, 2));
+    Progress progress;
+    const SoundClassifier classifier;
+    EXPECT_NO_THROW(classifier.classify(path, 0, 2, 5, &progress));
+    progress.cancel();
+    EXPECT_THROW(classifier.classify(path, 0, 2, 5, &progress), Cancelled);
+}
+
 TEST(SoundClassifier, FallsBackOnlyWhereItMay)
 {
     ClassifierChoice broken{test::makeFile(u"broken.onnx"_s, "no"), kData + u"loudness_class_map.csv"_s,
