@@ -13,6 +13,7 @@ T.TextField {
     implicitHeight: Metrics.field
     leftPadding: Metrics.spaceM
     rightPadding: Metrics.spaceM
+    horizontalAlignment: TextInput.AlignLeft // right-to-left text reads so inside its place
     verticalAlignment: TextInput.AlignVCenter
     color: enabled ? Theme.textPrimary : Theme.textDisabled
     selectionColor: Theme.accent

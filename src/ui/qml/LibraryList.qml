@@ -41,6 +41,11 @@ KeyboardItem {
         case Qt.Key_PageDown: return step(now + page, event);
         case Qt.Key_Home: return step(0, event);
         case Qt.Key_End: return step(list.count - 1, event);
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            model.click(model.currentRow, Qt.NoModifier);
+            event.accepted = true;
+            return;
         case Qt.Key_Delete:
             model.deleteSelected();
             event.accepted = true;
@@ -79,6 +84,16 @@ KeyboardItem {
         }
 
         T.ScrollBar.vertical: ScrollThumb {}
+
+        Connections {
+            target: control.model
+            function onQueryChanged() {
+                if (control.model.query !== "")
+                    list.positionViewAtBeginning(); // the best first
+                else if (list.currentIndex >= 0)
+                    list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            }
+        }
 
         delegate: SoundRow {
             id: row

@@ -8,6 +8,14 @@ Item {
     required property WindowModel model
     required property bool isNarrow
 
+    signal resultsWanted // the keyboard should go to what the search found
+    signal searchLeft
+
+    function search() {
+        searchField.forceActiveFocus(Qt.ShortcutFocusReason);
+        searchField.selectAll();
+    }
+
     height: Metrics.toolbar
 
     SegmentedSwitch {
@@ -49,7 +57,22 @@ Item {
             onClicked: toolbar.model.section = WindowModel.Create
         }
     }
+    SearchField {
+        id: searchField
+        objectName: "searchField"
+        visible: toolbar.model.section === WindowModel.Library
+        anchors.right: addFilesButton.left
+        anchors.rightMargin: Metrics.spaceS
+        anchors.verticalCenter: parent.verticalCenter
+        width: toolbar.isNarrow ? Metrics.searchWidthCompact : Metrics.searchWidth
+        name: "Search sounds"
+        keys: "Ctrl+F"
+        onTextChanged: toolbar.model.library.query = text
+        onResultsWanted: toolbar.resultsWanted()
+        onAbandoned: toolbar.searchLeft()
+    }
     ActionButton {
+        id: addFilesButton
         objectName: "addFilesButton"
         visible: toolbar.model.section === WindowModel.Library
         anchors.right: parent.right
