@@ -100,6 +100,9 @@ KeyboardItem {
             required property bool selected
             property bool waits: false // for the release: until then it may be a drag of all that are selected
 
+            // A row that waits to be used again is hidden from screen readers, too.
+            ListView.onPooled: visible = false
+            ListView.onReused: visible = true
             width: ListView.view.width
             isSelected: selected
             isListFocused: control.activeFocus || menu.visible
