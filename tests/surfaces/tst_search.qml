@@ -164,6 +164,7 @@ TestCase {
         open(["قهقهة قصيرة", "Dog"]);
         field.text = "قهقهة";
         compare(field.effectiveHorizontalAlignment, TextInput.AlignLeft);
+        verify(field.cursorRectangle.y >= 6, "its baseline is as deep as a Latin one's");
         tryVerify(() => row("قهقهة قصيرة"));
         tryVerify(() => !row("Dog"));
     }

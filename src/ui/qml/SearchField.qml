@@ -12,7 +12,7 @@ InputField {
     signal abandoned
 
     placeholderText: name
-    leftPadding: Metrics.spaceM + Metrics.iconSmall + Metrics.spaceS
+    leftPadding: Metrics.spaceS + Metrics.iconSmall + Metrics.spaceS
     rightPadding: clearButton.visible ? Metrics.hitTarget : Metrics.spaceM
     Keys.onEscapePressed: {
         if (text === "")
@@ -25,7 +25,7 @@ InputField {
     Keys.onEnterPressed: resultsWanted()
 
     Icon {
-        x: Metrics.spaceM
+        x: Metrics.spaceS
         anchors.verticalCenter: parent.verticalCenter
         width: Metrics.iconSmall
         height: Metrics.iconSmall

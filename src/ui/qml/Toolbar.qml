@@ -65,6 +65,7 @@ Item {
         anchors.rightMargin: Metrics.spaceS
         anchors.verticalCenter: parent.verticalCenter
         width: toolbar.isNarrow ? Metrics.searchWidthCompact : Metrics.searchWidth
+        fill: Theme.toolbarButton
         name: "Search sounds"
         keys: "Ctrl+F"
         onTextChanged: toolbar.model.library.query = text
