@@ -229,6 +229,25 @@ TEST_F(DesktopAppsTest, ShowsAFileInTheFileManager)
     EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
 }
 
+TEST_F(DesktopAppsTest, ShowsAFolderInTheFileManager)
+{
+    FileManager manager(FileManager::Answer::shown);
+    ASSERT_TRUE(manager.isThere);
+    addProgram(u"xdg-open"_s);
+    apps.showFolder(u"/some where/Library"_s);
+    EXPECT_TRUE(waitFor([&] { return !manager.calls.isEmpty(); }));
+    EXPECT_EQ(manager.calls, QStringList{u"ShowFolders file:///some%20where/Library "_s});
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
+}
+
+TEST_F(DesktopAppsTest, OpensAFolderWithoutAFileManager)
+{
+    addProgram(u"xdg-open"_s);
+    apps.showFolder(u"/some where/Library"_s);
+    EXPECT_EQ(asked(), (QStringList{u"xdg-open"_s, u"/some where/Library"_s}));
+}
+
 TEST_F(DesktopAppsTest, OpensTheFolderWhereNothingCanSelectTheFile)
 {
     addProgram(u"xdg-open"_s);

@@ -8,6 +8,8 @@ Item {
     required property WindowModel model
     required property bool isNarrow
 
+    signal settingsWanted
+
     height: Metrics.toolbar
 
     SegmentedSwitch {
@@ -52,8 +54,8 @@ Item {
     ActionButton {
         objectName: "addFilesButton"
         visible: toolbar.model.section === WindowModel.Library
-        anchors.right: parent.right
-        anchors.rightMargin: Metrics.windowGap
+        anchors.right: settingsButton.left
+        anchors.rightMargin: Metrics.spaceXs
         anchors.verticalCenter: parent.verticalCenter
         kind: ActionButton.Toolbar
         isCompact: toolbar.isNarrow
@@ -62,5 +64,16 @@ Item {
         tip: "Add sounds or videos"
         keys: "Ctrl+O"
         onClicked: toolbar.model.chooseFiles()
+    }
+    IconButton {
+        id: settingsButton
+        objectName: "settingsButton"
+        anchors.right: parent.right
+        anchors.rightMargin: Metrics.windowGap
+        anchors.verticalCenter: parent.verticalCenter
+        iconName: "settings"
+        text: "Settings"
+        keys: "Ctrl+,"
+        onClicked: toolbar.settingsWanted()
     }
 }
