@@ -13,8 +13,8 @@ Flickable {
     readonly property Item focused: Window.activeFocusItem
 
     function bringIntoView(item) {
-        const top = item.mapToItem(groups, 0, 0).y - Metrics.spaceS;
-        const bottom = top + item.height + 2 * Metrics.spaceS;
+        const top = item.mapToItem(groups, 0, 0).y - Metrics.spaceL;
+        const bottom = top + item.height + 2 * Metrics.spaceL;
         contentY = Math.max(0, Math.min(top, Math.max(contentY, bottom - height)), Math.min(contentY, top));
     }
 
