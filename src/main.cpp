@@ -8,6 +8,7 @@
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
 #include "platform/SdlAudioOutput.h"
+#include "platform/SystemAppearance.h"
 #include "ui/MainWindow.h"
 #include "understanding/SoundClassifier.h"
 
@@ -49,6 +50,7 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
+    const SystemAppearance system; // first, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
     auto library = std::make_unique<LibraryStore>(clock);
@@ -60,6 +62,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     DesktopApps apps;
     AppModel model(defaults, clock, work, apps, std::move(library));
     MainWindow window(model, defaults);
+    QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     model.watchAutoFolder();
 
     HandOver server([&](const QJsonObject& message) {
