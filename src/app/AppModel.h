@@ -147,6 +147,9 @@ public:
     QCoro::Task<> sendToFinalCut(QList<SoundItem> items);
     bool canSendToFinalCut() const { return FinalCut::isInstalled(m_apps); }
 
+    // The library's folder in the desktop's file manager.
+    void showLibraryFolder() { m_apps.showFolder(m_library->folder()); }
+
     // Files under readable names for a drag, complete when these return
     // (StagingFlows.cpp). What can't be staged is left out.
     struct StagedFiles {

@@ -25,6 +25,13 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
     });
 }
 
+SettingsView* WindowModel::settings()
+{
+    if (!m_settings)
+        m_settings = std::make_unique<SettingsView>(m_app, ThemeStore::shared());
+    return m_settings.get();
+}
+
 void WindowModel::addToLibrary()
 {
     m_isAdding = true;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/LibraryListModel.h"
+#include "ui/SettingsView.h"
 #include "ui/SoundView.h"
 
 #include <QObject>
@@ -23,6 +24,7 @@ class WindowModel : public QObject {
     Q_PROPERTY(bool isAdding READ isAdding NOTIFY isWorkingChanged FINAL)
     Q_PROPERTY(tonequill::LibraryListModel* library READ library CONSTANT FINAL)
     Q_PROPERTY(tonequill::SoundView* sound READ sound CONSTANT FINAL)
+    Q_PROPERTY(tonequill::SettingsView* settings READ settings CONSTANT FINAL)
 
 public:
     // QML takes only capitals; the order is AppSection's.
@@ -41,6 +43,8 @@ public:
     bool isAdding() const { return m_isAdding && isWorking(); }
     LibraryListModel* library() { return &m_library; }
     SoundView* sound() { return &m_sound; }
+    // Made when they are first asked for. REQUIRES: the process has its ThemeStore.
+    SettingsView* settings();
 
     Q_INVOKABLE void chooseFiles() const { m_askForFiles(); }
     // What becomes of the open sound's marked parts.
@@ -70,6 +74,7 @@ private:
     std::function<void()> m_askForFiles;
     LibraryListModel m_library;
     SoundView m_sound;
+    std::unique_ptr<SettingsView> m_settings;
     bool m_isAdding = false;
 };
 

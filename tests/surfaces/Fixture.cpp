@@ -165,6 +165,25 @@ void Fixture::setDark(bool isDark)
     m_themes.setAppearance(isDark ? Appearance::dark : Appearance::light);
 }
 
+QString Fixture::setting(const QString& key) const
+{
+    return Defaults(m_defaults.path()).text(key).value_or(QString());
+}
+
+void Fixture::resetSettings()
+{
+    for (const QString& key : {u"shortOnlyByDefault"_s, u"hideCreditSounds"_s, u"alsoFinalCut"_s, u"saveFolderPath"_s})
+        m_defaults.remove(key);
+    m_themes.setThemeID(u"aurora"_s);
+    m_themes.setAppearance(Appearance::light);
+    m_apps = FakeOtherApps();
+}
+
+void Fixture::deleteFirst()
+{
+    m_app->deleteItems({m_app->library().items().first()});
+}
+
 QString Fixture::sound(const QString& name) const
 {
     return QUrl::fromLocalFile(writeTone(m_folder->filePath(name))).toString();

@@ -10,7 +10,8 @@ T.Button {
     enum Kind {
         Plain,
         Accent, // the one action of a screen
-        Toolbar
+        Toolbar,
+        Raised // on a card
     }
 
     property int kind: ActionButton.Plain
@@ -18,6 +19,8 @@ T.Button {
     property bool isLoading: false
     property bool isCompact: false // the icon only; the words become the tip
     property bool isSmall: false
+    property string trailingIconName: ""
+    property real maximumTextWidth: Infinity
     property string tip: ""
     property string keys: ""
 
@@ -45,6 +48,8 @@ T.Button {
                 return control.down ? Theme.accentPressed : control.hovered ? Theme.accentHover : Theme.accent;
             if (control.kind === ActionButton.Toolbar)
                 return control.down ? Theme.buttonPressed : control.hovered ? Theme.toolbarButtonHover : Theme.toolbarButton;
+            if (control.kind === ActionButton.Raised && !Theme.isDark)
+                return Qt.tint(Theme.raised, control.down ? Theme.buttonHover : control.hovered ? Theme.buttonFill : "transparent");
             return control.down ? Theme.buttonPressed : control.hovered && control.enabled ? Theme.buttonHover : Theme.buttonFill;
         }
 
@@ -52,6 +57,11 @@ T.Button {
             Fade {
                 duration: control.down ? Metrics.motionPress : Metrics.motionHover
             }
+        }
+        Shadow {
+            visible: control.kind === ActionButton.Raised
+            layers: Theme.controlShadow
+            radius: Metrics.radiusControl
         }
         FocusRing {
             visible: control.visualFocus
@@ -85,10 +95,19 @@ T.Button {
             }
             Label {
                 visible: !control.isCompact
+                width: Math.min(implicitWidth, control.maximumTextWidth)
                 anchors.verticalCenter: parent.verticalCenter
                 type: control.isSmall ? Metrics.captionStrong : control.kind === ActionButton.Accent ? Metrics.label : Metrics.bodyStrong
                 color: control.ink
                 text: control.text
+            }
+            Icon {
+                visible: control.trailingIconName !== ""
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.trailingIconName
+                color: control.ink
             }
         }
     }

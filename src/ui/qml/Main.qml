@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
+import QtQml.Models
 
 // The window: the toolbar on the bare ground, the section below, the notice over all.
 Window {
@@ -8,6 +9,7 @@ Window {
 
     required property WindowModel model
     readonly property bool isNarrow: width < Metrics.narrowBelow
+    property bool showsSettings: false
 
     title: "Tonequill"
     width: Metrics.windowWidth
@@ -19,23 +21,37 @@ Window {
 
     Shortcut {
         sequence: "Ctrl+1"
+        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Library
     }
     Shortcut {
         sequence: "Ctrl+2"
+        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Discover
     }
     Shortcut {
         sequence: "Ctrl+3"
+        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Studio
     }
     Shortcut {
         sequence: "Ctrl+4"
+        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Create
     }
     Shortcut {
+        sequence: "Ctrl+F"
+        enabled: !window.showsSettings && window.model.section === WindowModel.Library
+        onActivated: toolbar.search()
+    }
+    Shortcut {
         sequence: "Ctrl+O"
+        enabled: !window.showsSettings
         onActivated: window.model.chooseFiles()
+    }
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: window.showsSettings = true
     }
     Shortcut {
         sequence: "Ctrl+Q"
@@ -50,6 +66,7 @@ Window {
         width: parent.width
         model: window.model
         isNarrow: window.isNarrow
+        onSettingsWanted: window.showsSettings = true
     }
     FocusScope {
         anchors.top: toolbar.bottom
@@ -64,10 +81,21 @@ Window {
             isWanted: window.model.section === WindowModel.Library
 
             LibrarySection {
+                id: librarySection
                 anchors.fill: parent
                 focus: true
                 model: window.model
                 isNarrow: window.isNarrow
+
+                Connections {
+                    target: toolbar
+                    function onResultsWanted() {
+                        librarySection.enterList();
+                    }
+                    function onSearchLeft() {
+                        librarySection.takeFocus();
+                    }
+                }
             }
         }
         OnDemand {
@@ -105,5 +133,15 @@ Window {
         anchors.bottomMargin: Metrics.spaceXl
         text: window.model.noticeText
         isError: window.model.noticeIsError
+    }
+    Instantiator {
+        active: window.showsSettings
+
+        delegate: SettingsSheet {
+            parent: window.contentItem
+            settings: window.model.settings
+            Component.onCompleted: open()
+            onClosed: window.showsSettings = false
+        }
     }
 }
