@@ -2,6 +2,7 @@
 
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
@@ -45,7 +46,8 @@ protected:
     void start()
     {
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                         std::make_unique<LibraryStore>(clock, folder.path()));
         model = std::make_unique<LibraryListModel>(*app);
         tester = std::make_unique<QAbstractItemModelTester>(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
@@ -67,6 +69,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<LibraryListModel> model;
