@@ -30,9 +30,14 @@ PortalSettings::PortalSettings(std::function<void(const QVariant&)> told) : m_to
     QDBusConnection bus = QDBusConnection::connectToBus(address, m_connection);
     if (!bus.isConnected())
         return;
+    // Qt D-Bus looks the types of a slot up by their names, and knows its own only
+    // once they have been used (6.4).
+    qRegisterMetaType<QDBusVariant>();
     // First listen, then ask, so that no change falls in between.
-    bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, {kSpace, kKey}, u"ssv"_s, this,
-                SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+    const bool isHeard = bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, {kSpace, kKey}, u"ssv"_s, this,
+                                     SLOT(onSettingChanged(QString, QString, QDBusVariant)));
+    if (!isHeard)
+        qWarning("Changes between light and dark can't be followed.");
     auto* portal = new QDBusServiceWatcher(kService, bus, QDBusServiceWatcher::WatchForRegistration, this);
     connect(portal, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         m_hasHeard = false; // it is another one

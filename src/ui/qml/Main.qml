@@ -21,22 +21,18 @@ Window {
 
     Shortcut {
         sequence: "Ctrl+1"
-        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Library
     }
     Shortcut {
         sequence: "Ctrl+2"
-        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Discover
     }
     Shortcut {
         sequence: "Ctrl+3"
-        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Studio
     }
     Shortcut {
         sequence: "Ctrl+4"
-        enabled: !window.showsSettings
         onActivated: window.model.section = WindowModel.Create
     }
     Shortcut {
@@ -46,7 +42,6 @@ Window {
     }
     Shortcut {
         sequence: "Ctrl+O"
-        enabled: !window.showsSettings
         onActivated: window.model.chooseFiles()
     }
     Shortcut {
@@ -55,6 +50,7 @@ Window {
     }
     Shortcut {
         sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut // a sheet that is open keeps the others off
         onActivated: Qt.quit()
     }
 
