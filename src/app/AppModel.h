@@ -60,6 +60,7 @@ public:
     EditorModel& editor() { return m_editor; }
     const EditorModel& editor() const { return m_editor; }
     LanguageModel& languageModel() { return m_languageModel; }
+    Clock& clock() { return m_clock; }
 
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
