@@ -1,6 +1,7 @@
 #include "ui/AutoFolderView.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QLocale>
 #include <QStandardPaths>
 
@@ -63,7 +64,8 @@ QString AutoFolderView::checkedText() const
 
 void AutoFolderView::chooseFolder(QQuickWindow* window)
 {
-    m_panel.open(window, QStandardPaths::writableLocation(QStandardPaths::MoviesLocation));
+    const QString movies = QStandardPaths::writableLocation(QStandardPaths::MoviesLocation);
+    m_panel.open(window, QFileInfo(movies).isDir() ? movies : QDir::homePath());
 }
 
 } // namespace tonequill

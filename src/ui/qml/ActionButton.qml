@@ -117,7 +117,7 @@ T.Button {
 
     Tip {
         control: control
-        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        text: control.isOn ? "" : control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
         keys: control.keys
     }
 }

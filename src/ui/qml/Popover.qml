@@ -48,7 +48,8 @@ T.Popup {
             rotation: 45
             antialiasing: true
             color: parent.color
-            border: parent.border
+            border.width: Metrics.hairline
+            border.color: Theme.isDark ? Theme.border : Theme.hairline
         }
         Rectangle { // over the other half
             anchors.fill: parent
