@@ -133,6 +133,11 @@ KeyboardItem {
         }
     }
 
+    FocusRing { // where no row can wear it
+        inside: true
+        visible: control.activeFocus && control.hasVisualFocus && control.model.currentRow < 0
+    }
+
     PopupMenu {
         id: menu
         property int row: -1
