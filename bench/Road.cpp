@@ -5,6 +5,7 @@
 #include "app/AppModel.h"
 #include "base/Background.h"
 #include "platform/DesktopApps.h"
+#include "platform/LocalLanguageModel.h"
 #include "platform/NoAudioOutput.h"
 #include "understanding/SoundClassifier.h"
 
@@ -45,7 +46,9 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     NoAudioOutput output;
     BackgroundEditorWork work(classifier, output);
     DesktopApps apps;
-    AppModel model(defaults, time, work, apps, std::make_unique<LibraryStore>(time, folder.filePath(u"Library"_s)));
+    LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
+    AppModel model(defaults, time, work, apps, languageModel,
+                   std::make_unique<LibraryStore>(time, folder.filePath(u"Library"_s)));
     double shown = 0;
     double heard = 0;
     QObject::connect(&model.editor(), &EditorModel::rangeChanged, &model, [&] {

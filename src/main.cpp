@@ -7,6 +7,7 @@
 #include "platform/DesktopApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
+#include "platform/LocalLanguageModel.h"
 #include "platform/SdlAudioOutput.h"
 #include "platform/SystemAppearance.h"
 #include "ui/MainWindow.h"
@@ -60,7 +61,8 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     SdlAudioOutput output;
     BackgroundEditorWork work(classifier, output);
     DesktopApps apps;
-    AppModel model(defaults, clock, work, apps, std::move(library));
+    LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
+    AppModel model(defaults, clock, work, apps, languageModel, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     model.watchAutoFolder();

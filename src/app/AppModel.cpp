@@ -27,10 +27,12 @@ qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
 
 } // namespace
 
-AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library)
+AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, LanguageModel& languageModel,
+                   std::unique_ptr<LibraryStore> library)
     : m_defaults(defaults),
       m_clock(clock),
       m_apps(apps),
+      m_languageModel(languageModel),
       m_editor(work, clock),
       m_library(std::move(library)),
       m_autoFolder(defaults, clock),

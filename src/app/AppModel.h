@@ -9,6 +9,7 @@
 #include "library/LibraryStore.h"
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
+#include "platform/LanguageModel.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -50,13 +51,15 @@ class AppModel : public QObject {
 
 public:
     // What is borrowed outlives it.
-    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, std::unique_ptr<LibraryStore> library);
+    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, LanguageModel& languageModel,
+             std::unique_ptr<LibraryStore> library);
     ~AppModel() override;
 
     LibraryStore& library() { return *m_library; }
     const LibraryStore& library() const { return *m_library; }
     EditorModel& editor() { return m_editor; }
     const EditorModel& editor() const { return m_editor; }
+    LanguageModel& languageModel() { return m_languageModel; }
 
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
@@ -203,6 +206,7 @@ private:
     Defaults& m_defaults;
     Clock& m_clock;
     OtherApps& m_apps;
+    LanguageModel& m_languageModel;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
     AppSection m_section = AppSection::library;

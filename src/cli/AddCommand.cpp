@@ -9,6 +9,7 @@
 #include "cli/Terminal.h"
 #include "library/LibraryIndex.h"
 #include "platform/DesktopApps.h"
+#include "platform/LocalLanguageModel.h"
 #include "platform/NoAudioOutput.h"
 #include "understanding/SoundClassifier.h"
 
@@ -174,7 +175,8 @@ int walkRoad(OwnLibrary& own, const Road& road, const QStringList& files, bool i
     NoAudioOutput output;
     BackgroundEditorWork work(classifier, output);
     DesktopApps apps;
-    AppModel model(defaults, own.clock, work, apps, std::move(own.store));
+    LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
+    AppModel model(defaults, own.clock, work, apps, languageModel, std::move(own.store));
     Report report(isJson);
     Walker walker(model, road, report);
     startFlow(walker.walk(files));

@@ -33,6 +33,7 @@
     X(icon, size, icon) X(sheetWidth, size, sheetWidth) X(settingsWidth, size, settingsWidth) \
     X(settingsTitles, size, settingsTitles) X(swatchWidth, size, swatchWidth) X(swatchHeight, size, swatchHeight) \
     X(swatchBar, size, swatchBar) X(popoverWidth, size, popoverWidth) \
+    X(searchWidth, size, searchWidth) X(searchWidthCompact, size, searchWidthCompact) \
     X(libraryWidth, size, libraryWidth) X(libraryWidthCompact, size, libraryWidthCompact) \
     X(windowGap, size, windowGap) X(windowWidth, size, windowWidth) X(windowHeight, size, windowHeight) \
     X(windowMinWidth, size, windowMinWidth) X(windowMinHeight, size, windowMinHeight) \

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/Printing.h"
 
@@ -42,7 +43,7 @@ protected:
             qFatal("no index");
         index.write('[' + records.first(count).join(',') + ']');
         index.close();
-        return std::make_unique<AppModel>(defaults, clock, work, apps,
+        return std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
                                           std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
     }
 
@@ -64,6 +65,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
 };
 
@@ -92,7 +94,8 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     model->setCreateWithCredits(true);
     model->setSaveFolderPath(folder.path());
     Defaults stored(folder.filePath(u"tonequill.ini"_s));
-    const AppModel again(stored, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    const AppModel again(stored, clock, work, apps, languageModel,
+                         std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
     EXPECT_FALSE(again.alsoFinalCut());
     EXPECT_FALSE(again.shortOnlyByDefault());
     EXPECT_TRUE(again.hideCreditSounds());

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
@@ -26,7 +27,8 @@ protected:
             library.add(name).duration = 0.25;
         library.write();
         QDir().mkpath(delivered());
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, library.path()));
+        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                           std::make_unique<LibraryStore>(clock, library.path()));
     }
     QString delivered() const { return library.filePath(u"Movies"_s); }
     QStringList files() const { return QDir(delivered()).entryList(QDir::Files, QDir::Name); }
@@ -44,6 +46,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{library.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "platform/AudioFile.h"
 #include "support/Await.h"
@@ -107,8 +108,10 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel model{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
+    std::unique_ptr<LibraryStore> store = std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s));
+    AppModel model{defaults, clock, work, apps, languageModel, std::move(store)};
 };
 
 } // namespace

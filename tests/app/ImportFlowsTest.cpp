@@ -3,6 +3,7 @@
 #include "base/Background.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
@@ -40,8 +41,10 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel model{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s))};
+    std::unique_ptr<LibraryStore> store = std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s));
+    AppModel model{defaults, clock, work, apps, languageModel, std::move(store)};
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
@@ -22,7 +23,8 @@ protected:
         item.nameIsAuto = true;
         item.tags = {u"door"_s};
         folder.write();
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                           std::make_unique<LibraryStore>(clock, folder.path()));
     }
     const SoundItem& stored() const { return model->library().items().first(); }
     static SoundHeard heard(std::vector<HeardLabel> labels) { return {u"Door"_s, {}, {}, std::move(labels)}; }
@@ -31,6 +33,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };

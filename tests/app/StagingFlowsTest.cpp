@@ -1,6 +1,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "library/DragStaging.h"
 #include "platform/AudioFile.h"
@@ -24,7 +25,8 @@ protected:
         for (const QString& name : {u"Door/Slam"_s, u"Rain"_s})
             folder.add(name);
         folder.write();
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                           std::make_unique<LibraryStore>(clock, folder.path()));
     }
     SoundItem item(int index) const { return model->library().items()[index]; }
 
@@ -33,6 +35,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };
@@ -98,6 +101,7 @@ TEST_F(StagingFlowsTest, APartThatFailsIsLeftOut)
 TEST_F(StagingFlowsTest, AStartRemovesWhatEarlierOnesStaged)
 {
     const auto staged = model->stageFiles({item(0)});
-    model = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+    model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                       std::make_unique<LibraryStore>(clock, folder.path()));
     EXPECT_FALSE(QFile::exists(staged.paths[0]));
 }

@@ -63,7 +63,7 @@ void Fixture::start(int count)
     for (int i = 1; i <= count; ++i)
         m_folder->add(u"Sound %1"_s.arg(i)).descriptors = {u"short"_s, u"hit"_s};
     m_folder->write();
-    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, m_apps,
+    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, m_apps, m_languageModel,
                                        std::make_unique<LibraryStore>(m_clock, m_folder->path()));
     makeModel();
 }

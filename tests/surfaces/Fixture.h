@@ -2,6 +2,7 @@
 
 #include "fakes/FakeAudioOutput.h"
 #include "fakes/FakeClock.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "ui/OpenSound.h"
@@ -93,6 +94,7 @@ private:
     FakeClock m_clock;
     FakeAudioOutput m_output;
     FakeOtherApps m_apps;
+    FakeLanguageModel m_languageModel;
     SoundClassifier m_classifier;
     BackgroundEditorWork m_work{m_classifier, m_output};
     QTemporaryDir m_settings;

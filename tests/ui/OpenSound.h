@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "ui/SoundView.h"
@@ -21,7 +22,8 @@ public:
         item.tags = {QStringLiteral("door"), QStringLiteral("slam")};
         item.descriptors = {QStringLiteral("medium"), QStringLiteral("door")};
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                         std::make_unique<LibraryStore>(clock, folder.path()));
         view = std::make_unique<SoundView>(*app);
         app->setSelection(app->library().items().first().id);
     }
@@ -71,6 +73,7 @@ public:
     FakeClock clock;
     FakeEditorWork work;
     FakeOtherApps apps;
+    FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(QStringLiteral("tonequill.ini"))};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<SoundView> view;

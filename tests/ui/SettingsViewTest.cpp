@@ -2,6 +2,7 @@
 
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
@@ -26,7 +27,8 @@ protected:
         for (const auto* name : {"Door", "Bell", "Rain"})
             folder.add(QString::fromLatin1(name));
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path()));
+        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
+                                         std::make_unique<LibraryStore>(clock, folder.path()));
         view = std::make_unique<SettingsView>(*app, themes);
     }
 
@@ -39,6 +41,7 @@ protected:
     test::FakeClock clock;
     test::FakeEditorWork work;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     ThemeStore themes{defaults};
     std::unique_ptr<AppModel> app;

@@ -26,10 +26,11 @@ protected:
     test::FakeClock clock;
     test::FakeAudioOutput output;
     test::FakeOtherApps apps;
+    test::FakeLanguageModel languageModel;
     SoundClassifier classifier;
     BackgroundEditorWork work{classifier, output};
     Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel app{defaults, clock, work, apps, std::make_unique<LibraryStore>(clock, folder.path())};
+    AppModel app{defaults, clock, work, apps, languageModel, std::make_unique<LibraryStore>(clock, folder.path())};
     EditorModel& editor = app.editor();
     SoundView view{app};
 };

@@ -36,6 +36,11 @@ Window {
         onActivated: window.model.section = WindowModel.Create
     }
     Shortcut {
+        sequence: "Ctrl+F"
+        enabled: !window.showsSettings && window.model.section === WindowModel.Library
+        onActivated: toolbar.search()
+    }
+    Shortcut {
         sequence: "Ctrl+O"
         onActivated: window.model.chooseFiles()
     }
@@ -72,10 +77,21 @@ Window {
             isWanted: window.model.section === WindowModel.Library
 
             LibrarySection {
+                id: librarySection
                 anchors.fill: parent
                 focus: true
                 model: window.model
                 isNarrow: window.isNarrow
+
+                Connections {
+                    target: toolbar
+                    function onResultsWanted() {
+                        librarySection.enterList();
+                    }
+                    function onSearchLeft() {
+                        librarySection.takeFocus();
+                    }
+                }
             }
         }
         OnDemand {

@@ -9,6 +9,13 @@ Item {
     required property bool isNarrow
 
     signal settingsWanted
+    signal resultsWanted // the keyboard should go to what the search found
+    signal searchLeft
+
+    function search() {
+        searchField.forceActiveFocus(Qt.ShortcutFocusReason);
+        searchField.selectAll();
+    }
 
     height: Metrics.toolbar
 
@@ -51,29 +58,42 @@ Item {
             onClicked: toolbar.model.section = WindowModel.Create
         }
     }
-    ActionButton {
-        objectName: "addFilesButton"
-        visible: toolbar.model.section === WindowModel.Library
-        anchors.right: settingsButton.left
-        anchors.rightMargin: Metrics.spaceXs
-        anchors.verticalCenter: parent.verticalCenter
-        kind: ActionButton.Toolbar
-        isCompact: toolbar.isNarrow
-        iconName: "plus"
-        text: "Add Files"
-        tip: "Add sounds or videos"
-        keys: "Ctrl+O"
-        onClicked: toolbar.model.chooseFiles()
-    }
-    IconButton {
-        id: settingsButton
-        objectName: "settingsButton"
+    Row {
         anchors.right: parent.right
         anchors.rightMargin: Metrics.windowGap
         anchors.verticalCenter: parent.verticalCenter
-        iconName: "settings"
-        text: "Settings"
-        keys: "Ctrl+,"
-        onClicked: toolbar.settingsWanted()
+        spacing: Metrics.spaceS
+
+        SearchField {
+            id: searchField
+            objectName: "searchField"
+            visible: toolbar.model.section === WindowModel.Library
+            width: toolbar.isNarrow ? Metrics.searchWidthCompact : Metrics.searchWidth
+            fill: Theme.toolbarButton
+            name: "Search sounds"
+            keys: "Ctrl+F"
+            onTextChanged: toolbar.model.library.query = text
+            onResultsWanted: toolbar.resultsWanted()
+            onAbandoned: toolbar.searchLeft()
+        }
+        ActionButton {
+            objectName: "addFilesButton"
+            visible: toolbar.model.section === WindowModel.Library
+            kind: ActionButton.Toolbar
+            isCompact: toolbar.isNarrow
+            iconName: "plus"
+            text: "Add Files"
+            tip: "Add sounds or videos"
+            keys: "Ctrl+O"
+            onClicked: toolbar.model.chooseFiles()
+        }
+        IconButton {
+            objectName: "settingsButton"
+            anchors.verticalCenter: parent.verticalCenter
+            iconName: "settings"
+            text: "Settings"
+            keys: "Ctrl+,"
+            onClicked: toolbar.settingsWanted()
+        }
     }
 }
