@@ -19,11 +19,10 @@ Column {
         name: state.iconName
         color: Theme.textSecondary
     }
-    Label {
+    Paragraph {
         visible: state.title !== ""
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
-        wrapMode: Text.Wrap
         maximumLineCount: 3 // it may quote what the user typed
         type: Metrics.heading
         text: state.title

@@ -27,14 +27,13 @@ Rectangle {
         name: notice.iconName
         color: notice.ink
     }
-    Label {
+    Paragraph {
         id: label
         anchors.left: icon.right
         anchors.leftMargin: Metrics.spaceS
         anchors.right: parent.right
         anchors.rightMargin: Metrics.spaceM
         anchors.verticalCenter: parent.verticalCenter
-        wrapMode: Text.Wrap
         color: notice.ink
         text: notice.text
     }

@@ -67,7 +67,7 @@ Item {
         type: Metrics.bodyStrong
         text: line.shownText
     }
-    Label {
+    Paragraph {
         id: label
         anchors.left: icon.right
         anchors.leftMargin: Metrics.spaceS
@@ -75,7 +75,6 @@ Item {
         anchors.rightMargin: Metrics.spaceL
         anchors.verticalCenter: parent.verticalCenter
         type: Metrics.bodyStrong
-        wrapMode: Text.Wrap
         text: line.shownText
     }
 }
