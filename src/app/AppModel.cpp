@@ -3,7 +3,6 @@
 #include "library/DragStaging.h"
 
 #include <QFileInfo>
-#include <QPointer>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +32,7 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps
       m_clock(clock),
       m_apps(apps),
       m_languageModel(languageModel),
+      m_editorWork(work),
       m_editor(work, clock),
       m_library(std::move(library)),
       m_autoFolder(defaults, clock),
@@ -166,16 +166,31 @@ void AppModel::say(const QString& text, Tone tone)
     });
 }
 
-AppModel::Working::Working(AppModel& model) : m_model(model)
+QString AppModel::workingText() const
 {
-    if (m_model.m_flowsAtWork++ == 0)
-        Q_EMIT m_model.isWorkingChanged();
+    const auto newest =
+        std::find_if(m_flowsAtWork.rbegin(), m_flowsAtWork.rend(), [](const QString& text) { return !text.isEmpty(); });
+    return newest == m_flowsAtWork.rend() ? QString() : *newest;
+}
+
+AppModel::Working::Working(AppModel& model, const QString& text) : m_model(&model), m_text(text)
+{
+    m_model->m_flowsAtWork << text;
+    if (m_model->m_flowsAtWork.size() == 1)
+        Q_EMIT m_model->isWorkingChanged();
+    if (!text.isEmpty())
+        Q_EMIT m_model->workingTextChanged();
 }
 
 AppModel::Working::~Working()
 {
-    if (--m_model.m_flowsAtWork == 0)
-        Q_EMIT m_model.isWorkingChanged();
+    if (!m_model)
+        return;
+    m_model->m_flowsAtWork.removeOne(m_text);
+    if (m_model->m_flowsAtWork.isEmpty())
+        Q_EMIT m_model->isWorkingChanged();
+    if (!m_text.isEmpty())
+        Q_EMIT m_model->workingTextChanged();
 }
 
 void AppModel::setCreateWithCredits(bool value)

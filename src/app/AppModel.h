@@ -3,6 +3,7 @@
 #include "app/AppSection.h"
 #include "audio/AudioExporter.h"
 #include "base/Progress.h"
+#include "base/Ticket.h"
 #include "editor/EditorModel.h"
 #include "library/AutoFolder.h"
 #include "library/FinalCut.h"
@@ -10,9 +11,11 @@
 #include "platform/Clock.h"
 #include "platform/Defaults.h"
 #include "platform/LanguageModel.h"
+#include "understanding/SmartNamer.h"
 
 #include <QCoroTask>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QUuid>
 
@@ -48,6 +51,7 @@ class AppModel : public QObject {
     Q_PROPERTY(QString noticeText READ noticeText NOTIFY noticeChanged FINAL)
     Q_PROPERTY(bool noticeIsError READ noticeIsError NOTIFY noticeChanged FINAL)
     Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
+    Q_PROPERTY(QString workingText READ workingText NOTIFY workingTextChanged FINAL)
 
 public:
     // What is borrowed outlives it.
@@ -60,6 +64,7 @@ public:
     EditorModel& editor() { return m_editor; }
     const EditorModel& editor() const { return m_editor; }
     LanguageModel& languageModel() { return m_languageModel; }
+    Clock& clock() { return m_clock; }
 
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
@@ -94,7 +99,9 @@ public:
     void setPendingSearch(std::optional<QString> search) { m_pendingSearch = std::move(search); }
 
     // True while a flow is at work.
-    bool isWorking() const { return m_flowsAtWork > 0; }
+    bool isWorking() const { return !m_flowsAtWork.isEmpty(); }
+    // What it is at, of the newest flow that tells; empty if none does.
+    QString workingText() const;
 
     // The settings; each setter writes through at once.
     bool createWithCredits() const { return m_createWithCredits; }
@@ -131,6 +138,18 @@ public:
     // Names a sound by what was heard in it (NamingFlows.cpp): only where the
     // name is still the program's to choose, and the ear is sure.
     void applyHeard(const SoundItem& item, const SoundHeard& heard);
+
+    // Flows (SmartActions.cpp). A name comes from the language model, or by rule
+    // from what is heard where there is none.
+
+    // Puts a name and tags for the sound before the user, if the sound is still
+    // open when they are found. The newest question counts.
+    QCoro::Task<> suggestSmartName(SoundItem item);
+    // Gives the sound what is suggested in the editor; an empty name does nothing.
+    void useSmartSuggestion(const SoundItem& item);
+    // Names those sounds whose names say nothing. A sound that is deleted or gets
+    // another name meanwhile is left as it is.
+    QCoro::Task<> smartRename(QList<SoundItem> items);
 
     // Flows (ExportFlows.cpp). Each works from the open sound, its parts and its
     // effects as they are when it starts.
@@ -174,6 +193,7 @@ Q_SIGNALS:
     void multiChanged();
     void noticeChanged();
     void isWorkingChanged();
+    void workingTextChanged();
     void incomingChanged();
     void settingsChanged();
 
@@ -182,13 +202,14 @@ private:
     // whichever way out it takes.
     class Working {
     public:
-        explicit Working(AppModel& model);
+        explicit Working(AppModel& model, const QString& text = {});
         ~Working();
         Working(const Working&) = delete;
         Working& operator=(const Working&) = delete;
 
     private:
-        AppModel& m_model;
+        QPointer<AppModel> m_model; // a flow may end after it
+        QString m_text;
     };
 
     struct AddedPart {
@@ -198,6 +219,9 @@ private:
 
     void wakeAutoFolder();
     QCoro::Task<> runAutoFolder();
+    QCoro::Task<QStringList> heardWords(SoundItem item);
+    QCoro::Task<SoundNaming> smartNaming(SoundItem item);
+    void give(const SoundItem& item, const SoundNaming& naming);
     void openSelection();
     EffectSettings effectsFor(const SoundItem& item) const;
     QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
@@ -207,6 +231,7 @@ private:
     Clock& m_clock;
     OtherApps& m_apps;
     LanguageModel& m_languageModel;
+    EditorWork& m_editorWork;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
     AppSection m_section = AppSection::library;
@@ -214,7 +239,8 @@ private:
     QSet<QUuid> m_multi;
     std::optional<Notice> m_notice;
     std::optional<QString> m_pendingSearch;
-    int m_flowsAtWork = 0;
+    QStringList m_flowsAtWork; // the text of each
+    Tickets m_suggestions;
     QList<IncomingFile> m_incoming;
     AutoFolder m_autoFolder;
     enum class Watch { off, resting, waking, running } m_watch = Watch::off;

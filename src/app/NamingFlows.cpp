@@ -27,10 +27,7 @@ void AppModel::applyHeard(const SoundItem& item, const SoundHeard& heard)
     }
     m_library->update(*stored, [&](SoundItem& record) {
         record.name = heard.name;
-        for (const QString& tag : std::as_const(tags)) {
-            if (!record.tags.contains(tag))
-                record.tags << tag;
-        }
+        record.addTags(tags);
     });
 }
 

@@ -11,6 +11,7 @@ namespace tonequill {
 namespace {
 
 constexpr int kMostEvents = 6;
+constexpr int kLabelsToTell = 6;
 constexpr double kUntouched = 0.001; // seconds; a range this near to a proposal is still the proposal
 constexpr double kDragDelay = 0.4;   // so that moving a handle doesn't start a classification for each step
 
@@ -264,7 +265,7 @@ void EditorModel::listen(double delay)
 
 QCoro::Task<> EditorModel::hear(QString path, SoundItem item, QStringList descriptors, double start, double end, Ticket ticket)
 {
-    const std::vector<HeardLabel> labels = co_await m_work.classify(path, start, end);
+    const std::vector<HeardLabel> labels = co_await m_work.classify(path, start, end, kLabelsToTell);
     if (!ticket.isCurrent())
         co_return;
     m_heard = SoundNamer::ruleBased(labels, descriptors, end - start);

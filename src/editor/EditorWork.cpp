@@ -11,8 +11,6 @@ namespace tonequill {
 
 namespace {
 
-constexpr int kLabelsToTell = 6;
-
 // A range that can't be listened to is one that nothing was heard in.
 std::vector<HeardLabel> heardIn(const SoundClassifier& classifier, const QString& path, double start, double end, int top,
                                 const ProgressPtr& progress)
@@ -57,10 +55,10 @@ QCoro::Task<std::vector<CutCandidate>> BackgroundEditorWork::label(std::vector<C
     return background(work);
 }
 
-QCoro::Task<std::vector<HeardLabel>> BackgroundEditorWork::classify(QString path, double start, double end)
+QCoro::Task<std::vector<HeardLabel>> BackgroundEditorWork::classify(QString path, double start, double end, int top)
 {
-    const auto work = [&classifier = m_classifier, progress = m_listening, path, start, end] {
-        return heardIn(classifier, path, start, end, kLabelsToTell, progress);
+    const auto work = [&classifier = m_classifier, progress = m_listening, path, start, end, top] {
+        return heardIn(classifier, path, start, end, top, progress);
     };
     return background(work);
 }

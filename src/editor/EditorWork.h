@@ -28,8 +28,9 @@ public:
     // The candidates as CandidateLabels::label() gives them back.
     virtual QCoro::Task<std::vector<CutCandidate>> label(std::vector<CutCandidate> candidates, QString path) = 0;
 
-    // What the range sounds like, strongest first; nothing where that can't be told.
-    virtual QCoro::Task<std::vector<HeardLabel>> classify(QString path, double start, double end) = 0;
+    // What the range sounds like, at most `top` labels, strongest first; nothing
+    // where that can't be told.
+    virtual QCoro::Task<std::vector<HeardLabel>> classify(QString path, double start, double end, int top) = 0;
 
     // A temporary file of the range with the effects; the caller removes it.
     // Throws RenderError, AudioFileError, Cancelled.
@@ -48,7 +49,7 @@ public:
 
     QCoro::Task<AudioAnalysis> analyze(QString path, ProgressPtr progress) override;
     QCoro::Task<std::vector<CutCandidate>> label(std::vector<CutCandidate> candidates, QString path) override;
-    QCoro::Task<std::vector<HeardLabel>> classify(QString path, double start, double end) override;
+    QCoro::Task<std::vector<HeardLabel>> classify(QString path, double start, double end, int top) override;
     QCoro::Task<QString> render(QString path, double start, double end, EffectSettings effects, ProgressPtr progress) override;
     QCoro::Task<std::shared_ptr<AudioPlayer>> open(QString path) override;
 

@@ -54,6 +54,14 @@ QString SoundItem::creditLine() const
     return parts.join(u' ');
 }
 
+void SoundItem::addTags(const QStringList& more)
+{
+    for (const QString& tag : more) {
+        if (!tags.contains(tag))
+            tags << tag;
+    }
+}
+
 size_t qHash(const SoundItem& item, size_t seed)
 {
     seed = qHashMulti(seed, item.id, item.name, item.fileName, item.duration, item.tags, item.descriptors, int(item.origin),

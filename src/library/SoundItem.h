@@ -39,6 +39,9 @@ struct SoundItem {
     // The attribution sentence: “Name” by Credit (License) URL, without the parts
     // that are missing.
     QString creditLine() const;
+
+    // Adds each tag that it doesn't have yet.
+    void addTags(const QStringList& more);
 };
 
 // Over all fields, as equality is.

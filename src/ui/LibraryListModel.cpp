@@ -42,7 +42,11 @@ QString LibraryRow::step(double fraction, bool isFirst)
     return u"Adding… %1 %"_s.arg(int(fraction * 100));
 }
 
-LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_sounds(app.library().items()), m_incoming(app.incoming())
+LibraryListModel::LibraryListModel(AppModel& app)
+    : m_app(app),
+      m_sounds(app.library().items()),
+      m_incoming(app.incoming()),
+      m_related(app.languageModel(), app.clock())
 {
     m_current = app.selectionOrNull();
     for (const SoundItem& item : m_sounds)
@@ -65,6 +69,7 @@ LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_sounds(app.lib
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
     });
     connect(&app, &AppModel::selectionChanged, this, [this] { setCurrent(m_app.selectionOrNull()); });
+    connect(&m_related, &RelatedWords::wordsChanged, this, &LibraryListModel::find);
     m_progressTimer.setInterval(kProgressMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
@@ -133,12 +138,13 @@ void LibraryListModel::setQuery(const QString& query)
         return;
     m_query = query;
     find();
+    m_related.setQuery(query, m_searchFoundNothing ? RelatedWords::Found::nothing : RelatedWords::Found::something);
     Q_EMIT queryChanged();
 }
 
 QString LibraryListModel::relatedHeading() const
 {
-    return {};
+    return isRelated() ? u"Related to “%1”: %2"_s.arg(m_query, m_related.words().join(u", "_s)) : QString();
 }
 
 QString LibraryListModel::nothingFound() const
@@ -148,7 +154,9 @@ QString LibraryListModel::nothingFound() const
 
 void LibraryListModel::find()
 {
-    show(m_app.library().search(m_query));
+    const QList<SoundItem> found = m_app.library().search(m_query);
+    m_searchFoundNothing = found.isEmpty();
+    show(isRelated() ? m_app.library().containing(m_related.words()) : found);
 }
 
 void LibraryListModel::show(const QList<SoundItem>& sounds)

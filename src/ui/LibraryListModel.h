@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "ui/WaveItems.h"
+#include "understanding/RelatedWords.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
@@ -54,6 +55,8 @@ public:
 
     const QString& query() const { return m_query; }
     void setQuery(const QString& query);
+    // A language model may relate words to a query that finds nothing; the list
+    // is then what contains them.
     QString relatedHeading() const;
     QString nothingFound() const;
 
@@ -85,6 +88,7 @@ private:
     int rowOf(const QUuid& id) const; // -1: not shown
     QList<SoundItem> selectedSounds() const;
     void removeSound(int index);
+    bool isRelated() const { return m_searchFoundNothing && !m_related.words().isEmpty(); }
     void find();
     void show(const QList<SoundItem>& sounds);
     void takeIncoming();
@@ -97,6 +101,8 @@ private:
     QList<QUuid> m_ids; // the library's
     QList<IncomingFile> m_incoming;
     QString m_query;
+    bool m_searchFoundNothing = false;
+    RelatedWords m_related; // to a query that finds nothing
     QUuid m_current;
     QTimer m_progressTimer;
 };

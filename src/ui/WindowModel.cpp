@@ -15,7 +15,8 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
     : m_app(app),
       m_askForFiles(std::move(askForFiles)),
       m_library(app),
-      m_sound(app)
+      m_sound(app),
+      m_autoFolder(app.autoFolder())
 {
     connect(&app, &AppModel::sectionChanged, this, &WindowModel::sectionChanged);
     connect(&app, &AppModel::noticeChanged, this, &WindowModel::noticeChanged);

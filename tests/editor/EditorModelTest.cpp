@@ -86,7 +86,7 @@ TEST_F(EditorModelTest, ProposesPartsAndChoosesTheBest)
     EXPECT_EQ(editor.start(), best.start);
     EXPECT_EQ(editor.end(), best.end);
     ASSERT_EQ(work.hearings.size(), 1U);
-    EXPECT_EQ(work.hearings.back().question, (test::FakeEditorWork::Range{u"/sounds/Door.wav"_s, best.start, best.end}));
+    EXPECT_EQ(work.hearings.back().question.range, (test::FakeEditorWork::Range{u"/sounds/Door.wav"_s, best.start, best.end}));
     EXPECT_TRUE(editor.isListening());
 }
 
@@ -182,7 +182,7 @@ TEST_F(EditorModelTest, TheNewBestIsFollowedWhileTheRangeIsUntouched)
     EXPECT_EQ(editor.marked(), QSet<QUuid>{other.id});
     EXPECT_EQ(editor.start(), other.start);
     EXPECT_EQ(editor.end(), other.end);
-    EXPECT_EQ(work.hearings.back().question.start, other.start);
+    EXPECT_EQ(work.hearings.back().question.range.start, other.start);
 }
 
 TEST_F(EditorModelTest, AHandleThatWasMovedBeforeTheLabelsCameStaysWhereItIs)
@@ -234,7 +234,7 @@ TEST_F(EditorModelTest, ChoosingReplacesAndExtendingCollects)
     // The last one can't be unmarked.
     editor.choose(first, extend());
     EXPECT_EQ(editor.marked(), QSet<QUuid>{first.id});
-    EXPECT_EQ(work.hearings.back().question.start, first.start);
+    EXPECT_EQ(work.hearings.back().question.range.start, first.start);
     editor.choose(best, EditorModel::Extend::no);
     EXPECT_EQ(editor.marked(), QSet<QUuid>{best.id});
 }
@@ -245,7 +245,7 @@ TEST_F(EditorModelTest, TheWholeFileIsARangeWithoutAChip)
     editor.selectAll();
     EXPECT_TRUE(editor.marked().isEmpty());
     EXPECT_EQ(editor.parts(), (std::vector<Part>{{0, 10, {}}}));
-    EXPECT_EQ(work.hearings.back().question.end, 10);
+    EXPECT_EQ(work.hearings.back().question.range.end, 10);
 }
 
 TEST_F(EditorModelTest, ARangeIsHeldWithinTheSoundAndNeverTooShort)
@@ -341,7 +341,7 @@ TEST_F(EditorModelTest, ANewerQuestionMakesTheEarlierAnswerStale)
     EXPECT_TRUE(editor.isListening());
     clock.advance(1ms);
     ASSERT_EQ(work.hearings.size(), 2U);
-    EXPECT_EQ(work.hearings.back().question.end, 3.5);
+    EXPECT_EQ(work.hearings.back().question.range.end, 3.5);
     work.hearings.back().answer({{u"rain"_s, 0.8}});
     settle();
     EXPECT_EQ(editor.heard()->name, u"Rain"_s);

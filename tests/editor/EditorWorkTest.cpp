@@ -40,8 +40,8 @@ TEST_F(EditorWorkTest, AnalysesAndRendersAFile)
 
 TEST_F(EditorWorkTest, HearsNothingWhereItCannotListen)
 {
-    EXPECT_FALSE(test::await(work.classify(tone, 0, 1)).empty());
-    EXPECT_TRUE(test::await(work.classify(gone, 0, 1)).empty());
+    EXPECT_FALSE(test::await(work.classify(tone, 0, 1, 6)).empty());
+    EXPECT_TRUE(test::await(work.classify(gone, 0, 1, 6)).empty());
 }
 
 TEST_F(EditorWorkTest, ACandidateThatCannotBeHeardStaysAsItIs)

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "fakes/Asked.h"
 #include "platform/LanguageModel.h"
 
 #include <QStringList>
+
+#include <deque>
 
 namespace tonequill::test {
 
@@ -11,7 +14,9 @@ class FakeLanguageModel final : public LanguageModel {
 public:
     bool available = true;
     std::optional<QJsonObject> answer; // none: it refuses
-    QString instructions;              // of the last question
+    bool thinks = false;               // its answers wait in `thoughts` for the test
+    std::deque<Asked<QString, QJsonObject>> thoughts;
+    QString instructions; // of the last question
     QString prompt;
     RecordSchema schema;
     int questions = 0;
@@ -24,6 +29,14 @@ public:
         instructions = told;
         prompt = asked;
         schema = wanted;
+        if (thinks)
+            return thoughts.emplace_back(asked).task();
+        return say();
+    }
+
+private:
+    QCoro::Task<QJsonObject> say() const
+    {
         if (!answer)
             throw LanguageModelError(LanguageModelError::Kind::refused);
         co_return QJsonObject(*answer); // a copy: QCoro 0.8 moves out of variables

@@ -9,6 +9,7 @@
 #include "support/Printing.h"
 
 #include <QAbstractItemModelTester>
+#include <QJsonArray>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -348,4 +349,33 @@ TEST_F(LibraryListModelTest, TheKeysComeToTheOpenSoundOrTheFirst)
     model->enter();
     EXPECT_EQ(rows(), u"B CATc cat"_s);
     EXPECT_EQ(app->selectedItem()->name, u"b cat"_s);
+}
+
+TEST_F(LibraryListModelTest, AQueryThatFindsNothingShowsWhatIsRelatedToIt)
+{
+    openNamed({u"a Scream"_s, u"b rain"_s, u"c Creepy Door"_s});
+    languageModel.answer = {{{u"meaning"_s, u"ghosts"_s}, {u"tags"_s, QJsonArray{{u"creepy"_s, u"scream"_s}}}}};
+    model->setQuery(u"spukhaft"_s);
+    EXPECT_EQ(model->nothingFound(), u"No Results for “spukhaft”"_s);
+    clock.advance(std::chrono::milliseconds(800));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(model->relatedHeading(), u"Related to “spukhaft”: creepy, scream"_s);
+    EXPECT_EQ(model->nothingFound(), QString());
+    EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);                     // in the library's order
+    app->library().rename(app->library().items()[1], u"b spukhaft"_s); // now there is something
+    EXPECT_EQ(model->relatedHeading(), QString());
+    EXPECT_EQ(rows(), u"b spukhaft"_s);
+    app->library().rename(app->library().items()[1], u"b rain"_s);
+    EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);
+    model->setQuery(u"spukhafte"_s); // another question
+    EXPECT_EQ(model->relatedHeading(), QString());
+    EXPECT_EQ(model->rowCount(), 0);
+}
+
+TEST_F(LibraryListModelTest, NobodyIsAskedWhereTheSearchFindsSomething)
+{
+    openNamed({u"a dog"_s});
+    model->setQuery(u"dog"_s);
+    clock.advance(std::chrono::milliseconds(5000));
+    EXPECT_EQ(languageModel.questions, 0);
 }

@@ -17,6 +17,7 @@ T.Button {
     property int kind: ActionButton.Plain
     property string iconName: ""
     property bool isLoading: false
+    property bool isOn: false // what it opens is there
     property bool isCompact: false // the icon only; the words become the tip
     property bool isSmall: false
     property string trailingIconName: ""
@@ -25,7 +26,7 @@ T.Button {
     property string keys: ""
 
     readonly property bool isAccent: kind === ActionButton.Accent && enabled
-    readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : Theme.textPrimary
+    readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : isOn ? Theme.accentSoftText : Theme.textPrimary
 
     implicitHeight: isSmall ? Metrics.hitTarget : Metrics.button
     topInset: isSmall ? (Metrics.hitTarget - Metrics.buttonSmall) / 2 : 0 // smaller to look at than to hit
@@ -46,6 +47,8 @@ T.Button {
         color: {
             if (control.isAccent)
                 return control.down ? Theme.accentPressed : control.hovered ? Theme.accentHover : Theme.accent;
+            if (control.isOn)
+                return control.hovered ? Theme.accentSoftHover : Theme.accentSoft;
             if (control.kind === ActionButton.Toolbar)
                 return control.down ? Theme.buttonPressed : control.hovered ? Theme.toolbarButtonHover : Theme.toolbarButton;
             if (control.kind === ActionButton.Raised && !Theme.isDark)
@@ -114,7 +117,7 @@ T.Button {
 
     Tip {
         control: control
-        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        text: control.isOn ? "" : control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
         keys: control.keys
     }
 }

@@ -48,7 +48,9 @@ Instantiator {
             spacing: Metrics.spaceM
 
             Label {
+                width: Math.min(implicitWidth, Metrics.textWidth)
                 type: Metrics.caption
+                wrapMode: Text.Wrap
                 text: tip.text
             }
             Label {

@@ -1,5 +1,7 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
+import QtQml.Models
 
 // The sections on the left, what belongs to the section on the right.
 Item {
@@ -7,6 +9,7 @@ Item {
 
     required property WindowModel model
     required property bool isNarrow
+    property bool showsAutoFolder: false
 
     signal settingsWanted
     signal resultsWanted // the keyboard should go to what the search found
@@ -86,6 +89,35 @@ Item {
             tip: "Add sounds or videos"
             keys: "Ctrl+O"
             onClicked: toolbar.model.chooseFiles()
+        }
+        ActionButton {
+            id: autoFolderButton
+            objectName: "autoFolderButton"
+            kind: ActionButton.Toolbar
+            isCompact: toolbar.isNarrow
+            isLoading: toolbar.model.autoFolder.copyingText !== ""
+            isOn: toolbar.showsAutoFolder
+            iconName: "auto-folder"
+            text: "Auto Folder"
+            tip: "Keep a folder up to date with your sounds, ready for Final Cut, Premiere, DaVinci or CapCut"
+            onClicked: {
+                if (autoFolder.object)
+                    (autoFolder.object as AutoFolderPanel).close();
+                else
+                    toolbar.showsAutoFolder = true;
+            }
+
+            Instantiator {
+                id: autoFolder
+                active: toolbar.showsAutoFolder
+
+                delegate: AutoFolderPanel {
+                    button: autoFolderButton
+                    folder: toolbar.model.autoFolder
+                    Component.onCompleted: open()
+                    onClosed: toolbar.showsAutoFolder = false
+                }
+            }
         }
         IconButton {
             objectName: "settingsButton"

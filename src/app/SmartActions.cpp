@@ -1,0 +1,115 @@
+// Smart names: suggested for the open sound, or given to many at once.
+
+#include "app/AppModel.h"
+
+#include "library/NamePolicy.h"
+#include "understanding/SoundNamer.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill {
+
+namespace {
+
+constexpr int kMostWords = 3;
+constexpr double kWorthTelling = 0.1; // what is heard less surely would mislead the model
+
+} // namespace
+
+QCoro::Task<QStringList> AppModel::heardWords(SoundItem item)
+{
+    std::vector<HeardLabel> labels;
+    // The user sees what the editor heard, whatever its confidence.
+    if (m_editor.item() && m_editor.item()->id == item.id && m_editor.heard() && !m_editor.heard()->labels.empty()) {
+        labels = m_editor.heard()->labels;
+        labels.resize(std::min(labels.size(), std::size_t(kMostWords)));
+    } else {
+        labels = co_await m_editorWork.classify(m_library->path(item), 0, item.duration, kMostWords);
+        std::erase_if(labels, [](const HeardLabel& label) { return label.confidence < kWorthTelling; });
+    }
+    QStringList words;
+    for (const HeardLabel& label : labels)
+        words << SoundNamer::pretty(label.name);
+    co_return words;
+}
+
+QCoro::Task<SoundNaming> AppModel::smartNaming(SoundItem item)
+{
+    const QPointer model(this);
+    LanguageModel& languageModel = m_languageModel;
+    SoundFacts facts{item.name, {}, item.tags, item.duration, item.descriptors};
+    facts.labels = co_await heardWords(item);
+    if (!model)
+        co_return {}; // the language model may be gone as well
+    const bool hasModel = co_await languageModel.isAvailable();
+    std::optional<SoundNaming> naming;
+    if (model && hasModel)
+        naming = co_await SmartNamer::askModel(languageModel, facts);
+    co_return naming ? std::move(*naming) : SmartNamer::fallback(facts);
+}
+
+QCoro::Task<> AppModel::suggestSmartName(SoundItem item)
+{
+    const auto isOpen = [this](const QUuid& id) { return m_editor.item() && m_editor.item()->id == id; };
+    if (!isOpen(item.id))
+        co_return;
+    m_editor.setThinking(true);
+    const Ticket ticket = m_suggestions.begin(); // stale once this is gone
+    const SoundNaming naming = co_await smartNaming(item);
+    if (!ticket.isCurrent() || !isOpen(item.id))
+        co_return;
+    m_editor.setThinking(false);
+    m_editor.setSmartSuggestion(EditorModel::SmartSuggestion{naming.name, naming.tags});
+}
+
+void AppModel::useSmartSuggestion(const SoundItem& item)
+{
+    const auto suggestion = m_editor.smartSuggestion();
+    if (!suggestion || suggestion->name.isEmpty())
+        return;
+    give(item, {suggestion->name, suggestion->tags});
+    m_editor.setSmartSuggestion({});
+}
+
+QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
+{
+    items.removeIf([](const SoundItem& item) { return !NamePolicy::isGeneric(item.name); });
+    if (items.isEmpty()) {
+        say(u"These sounds already have names you chose, so I left them alone."_s);
+        co_return;
+    }
+    const QPointer model(this);
+    const Working working(*this, u"Naming %1"_s.arg(items.size()));
+    // The record as it is, while it is still the one that was to be named.
+    const auto current = [this](const SoundItem& item) {
+        const SoundItem* stored = m_library->find(item.id);
+        return stored && stored->name == item.name ? stored : nullptr;
+    };
+    qsizetype renamed = 0;
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        const SoundItem* stored = current(items[i]);
+        if (!stored)
+            continue;
+        const SoundItem before = *stored;
+        const SoundNaming naming = co_await smartNaming(before);
+        if (!model)
+            co_return;
+        stored = current(before);
+        if (naming.name.isEmpty() || !stored)
+            continue;
+        give(before, naming);
+        ++renamed;
+    }
+    say(renamed == 1 ? u"Named it and added tags."_s : u"Renamed %1 sounds and added tags."_s.arg(renamed));
+}
+
+void AppModel::give(const SoundItem& item, const SoundNaming& naming)
+{
+    m_library->update(item, [&naming](SoundItem& record) {
+        record.name = naming.name;
+        record.nameIsAuto = false; // what the editor hears later doesn't replace it
+        record.addTags(naming.tags);
+    });
+}
+
+} // namespace tonequill
