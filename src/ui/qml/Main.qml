@@ -103,7 +103,8 @@ Window {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Metrics.spaceXl
-        text: window.model.noticeText
+        isBusy: window.model.noticeText === ""
         isError: window.model.noticeIsError
+        text: isBusy ? window.model.workingText : window.model.noticeText
     }
 }
