@@ -143,6 +143,12 @@ KeyboardItem {
         property int row: -1
 
         PopupMenuItem {
+            objectName: "smartNameItem"
+            iconName: "sparkle"
+            text: menu.visible ? control.model.smartNameLabel(menu.row) : ""
+            onTriggered: control.model.smartNameFrom(menu.row)
+        }
+        PopupMenuItem {
             iconName: "trash"
             text: menu.visible ? control.model.deleteLabel(menu.row) : ""
             keys: "Del"
