@@ -56,10 +56,9 @@ struct LibrarySearch::Term {
     QString text;
     QString whole;  // as a descriptor stands
     int weight = 0; // of all words of the query together
-    Signature signature;
 };
 
-std::vector<LibrarySearch::Term> LibrarySearch::termsOf(const QStringList& words)
+LibrarySearch::Terms LibrarySearch::termsOf(const QStringList& words)
 {
     constexpr int kOwnWord = 2;
     constexpr int kOtherWord = 1;
@@ -71,10 +70,12 @@ std::vector<LibrarySearch::Term> LibrarySearch::termsOf(const QStringList& words
         for (const QString& term : expanded(word.key()))
             weights[term] += *word * (term == word.key() ? kOwnWord : kOtherWord);
     }
-    std::vector<Term> terms;
-    for (auto term = weights.cbegin(); term != weights.cend(); ++term)
-        terms.push_back({term.key(), kSeparator + term.key() + kSeparator, *term, Signature(term.key())});
-    return terms;
+    Terms all;
+    for (auto term = weights.cbegin(); term != weights.cend(); ++term) {
+        all.terms.push_back({term.key(), kSeparator + term.key() + kSeparator, *term});
+        all.signatures.emplace_back(term.key());
+    }
+    return all;
 }
 
 QSet<QString> LibrarySearch::expanded(const QString& word)
@@ -125,7 +126,7 @@ QList<SoundItem> LibrarySearch::search(const QList<SoundItem>& items, const QStr
         return items;
     constexpr int kInName = 3;
     constexpr int kInTag = 2;
-    const std::vector<Term> terms = termsOf(words);
+    const Terms all = termsOf(words);
     struct Match {
         qsizetype index;
         int score;
@@ -135,15 +136,20 @@ QList<SoundItem> LibrarySearch::search(const QList<SoundItem>& items, const QStr
         const Folded& sound = folded(items, index);
         const QStringView text = sound.text;
         int score = 0;
-        for (const Term& term : terms) {
-            if (!sound.signature.mayContain(term.signature))
+        for (std::size_t i = 0; i < all.terms.size(); ++i) {
+            if (!sound.signature.mayContain(all.signatures[i]))
                 continue;
-            const auto isBetween = [&](qsizetype from, qsizetype to, const QString& part) {
-                return text.sliced(from, to - from).contains(part);
-            };
-            score += isBetween(0, sound.nameLength, term.text) ? kInName * term.weight : 0;
-            score += isBetween(sound.nameLength, sound.tagsEnd, term.text) ? kInTag * term.weight : 0;
-            score += isBetween(sound.tagsEnd - 1, text.size(), term.whole) ? term.weight : 0;
+            const Term& term = all.terms[i];
+            // No word holds a separator, so each place lies in one of the three.
+            qsizetype at = text.indexOf(term.text);
+            if (at >= 0 && at < sound.nameLength) {
+                score += kInName * term.weight;
+                at = text.indexOf(term.text, sound.nameLength);
+            }
+            if (at >= 0 && at < sound.tagsEnd)
+                score += kInTag * term.weight;
+            if (at >= 0 && text.indexOf(term.whole, sound.tagsEnd - 1) >= 0)
+                score += term.weight;
         }
         if (score > 0)
             matches.push_back({index, score});
@@ -158,19 +164,23 @@ QList<SoundItem> LibrarySearch::search(const QList<SoundItem>& items, const QStr
 
 QList<SoundItem> LibrarySearch::containing(const QList<SoundItem>& items, const QStringList& words)
 {
-    std::vector<Term> terms;
+    struct Part {
+        QString text;
+        Signature signature;
+    };
+    std::vector<Part> parts;
     for (const QString& word : words) {
         const QString text = word.normalized(QString::NormalizationForm_C);
-        terms.push_back({text, {}, 1, Signature(text)});
+        parts.push_back({text, Signature(text)});
     }
     QList<SoundItem> found;
     for (qsizetype index = 0; index < items.size(); ++index) {
         const Folded& sound = folded(items, index);
         const QStringView text = QStringView(sound.text).first(sound.tagsEnd);
-        const auto isIn = [&](const Term& term) {
-            return sound.signature.mayContain(term.signature) && text.contains(term.text);
+        const auto isIn = [&](const Part& part) {
+            return sound.signature.mayContain(part.signature) && text.contains(part.text);
         };
-        if (std::any_of(terms.begin(), terms.end(), isIn))
+        if (std::any_of(parts.begin(), parts.end(), isIn))
             found << items[index];
     }
     return found;

@@ -42,10 +42,16 @@ private:
         quint64 pairs = 0;
 
         explicit Signature(QStringView text = {});
-        bool mayContain(const Signature& part) const { return !(part.letters & ~letters) && !(part.pairs & ~pairs); }
+        bool mayContain(const Signature& part) const { return !((part.letters & ~letters) | (part.pairs & ~pairs)); }
     };
     struct Term;
-    static std::vector<Term> termsOf(const QStringList& words);
+    // The signatures lie apart, close together: a pasted text of a thousand words
+    // is held against every sound.
+    struct Terms {
+        std::vector<Term> terms;
+        std::vector<Signature> signatures; // of each
+    };
+    static Terms termsOf(const QStringList& words);
 
     // A sound's texts as they are compared, in one piece: the name, then each tag
     // behind a separator, then each descriptor between two.
