@@ -150,6 +150,8 @@ public:
     // Names those sounds whose names say nothing. A sound that is deleted or gets
     // another name meanwhile is left as it is.
     QCoro::Task<> smartRename(QList<SoundItem> items);
+    // Whether smartRename is at work on the sound now.
+    bool isBeingNamed(const QUuid& id) const { return m_beingNamed.contains(id); }
 
     // Flows (ExportFlows.cpp). Each works from the open sound, its parts and its
     // effects as they are when it starts.
@@ -194,6 +196,7 @@ Q_SIGNALS:
     void noticeChanged();
     void isWorkingChanged();
     void workingTextChanged();
+    void beingNamedChanged(const QUuid& id);
     void incomingChanged();
     void settingsChanged();
 
@@ -241,6 +244,7 @@ private:
     std::optional<QString> m_pendingSearch;
     QStringList m_flowsAtWork; // the text of each
     Tickets m_suggestions;
+    QSet<QUuid> m_beingNamed;
     QList<IncomingFile> m_incoming;
     AutoFolder m_autoFolder;
     enum class Watch { off, resting, waking, running } m_watch = Watch::off;

@@ -91,9 +91,13 @@ QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
         if (!stored)
             continue;
         const SoundItem before = *stored;
+        m_beingNamed.insert(before.id);
+        Q_EMIT beingNamedChanged(before.id);
         const SoundNaming naming = co_await smartNaming(before);
         if (!model)
             co_return;
+        m_beingNamed.remove(before.id);
+        Q_EMIT beingNamedChanged(before.id);
         stored = current(before);
         if (naming.name.isEmpty() || !stored)
             continue;

@@ -1,5 +1,7 @@
 #include "ui/LibraryListModel.h"
 
+#include "base/Background.h"
+
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +70,14 @@ LibraryListModel::LibraryListModel(AppModel& app)
         if (!m_sounds.isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
     });
+    connect(&app, &AppModel::beingNamedChanged, this, [this](const QUuid& id) {
+        const auto found =
+            std::find_if(m_sounds.begin(), m_sounds.end(), [&id](const SoundItem& sound) { return sound.id == id; });
+        if (found == m_sounds.end())
+            return;
+        const QModelIndex row = index(incomingCount() + int(found - m_sounds.begin()));
+        Q_EMIT dataChanged(row, row, {SubtitleRole, IsBeingNamedRole});
+    });
     connect(&app, &AppModel::selectionChanged, this, [this] { setCurrent(m_app.selectionOrNull()); });
     connect(&m_related, &RelatedWords::wordsChanged, this, &LibraryListModel::find);
     m_progressTimer.setInterval(kProgressMs);
@@ -81,8 +91,13 @@ int LibraryListModel::rowCount(const QModelIndex& parent) const
 
 QHash<int, QByteArray> LibraryListModel::roleNames() const
 {
-    return {{NameRole, "name"},           {SubtitleRole, "subtitle"}, {LevelsRole, "levels"}, {IsIncomingRole, "isIncoming"},
-            {IsSelectedRole, "selected"}, {CreditRole, "credit"}};
+    return {{NameRole, "name"},
+            {SubtitleRole, "subtitle"},
+            {LevelsRole, "levels"},
+            {IsIncomingRole, "isIncoming"},
+            {IsSelectedRole, "selected"},
+            {CreditRole, "credit"},
+            {IsBeingNamedRole, "isBeingNamed"}};
 }
 
 QVariant LibraryListModel::data(const QModelIndex& index, int role) const
@@ -96,7 +111,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case NameRole:
         return sound.name;
     case SubtitleRole:
-        return LibraryRow::subtitle(sound);
+        return m_app.isBeingNamed(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
     case LevelsRole:
         return QVariant::fromValue(
             Levels{sound.thumbnail ? QList<float>(sound.thumbnail->begin(), sound.thumbnail->end()) : QList<float>()});
@@ -106,6 +121,8 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
         return m_app.multi().contains(sound.id);
     case CreditRole:
         return LibraryRow::needsCredit(sound) ? sound.creditLine() : QString();
+    case IsBeingNamedRole:
+        return m_app.isBeingNamed(sound.id);
     default:
         return {};
     }
@@ -124,6 +141,7 @@ QVariant LibraryListModel::incomingData(qsizetype row, int role) const
     case IsIncomingRole:
         return true;
     case IsSelectedRole:
+    case IsBeingNamedRole:
         return false;
     case CreditRole:
         return QString();
@@ -299,6 +317,16 @@ QString LibraryListModel::deleteLabel(int row) const
 {
     const qsizetype count = meantBy(row).size();
     return count > 1 ? u"Delete %1 Sounds"_s.arg(count) : u"Delete"_s;
+}
+
+QString LibraryListModel::smartNameLabel(int row) const
+{
+    return meantBy(row).size() > 1 ? u"Smart Names"_s : u"Smart Name"_s;
+}
+
+void LibraryListModel::smartNameFrom(int row)
+{
+    startFlow(m_app.smartRename(meantBy(row)));
 }
 
 void LibraryListModel::deleteFrom(int row)

@@ -40,7 +40,15 @@ class LibraryListModel : public QAbstractListModel {
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged FINAL)
 
 public:
-    enum Role { NameRole = Qt::DisplayRole, SubtitleRole = Qt::UserRole, LevelsRole, IsIncomingRole, IsSelectedRole, CreditRole };
+    enum Role {
+        NameRole = Qt::DisplayRole,
+        SubtitleRole = Qt::UserRole,
+        LevelsRole,
+        IsIncomingRole,
+        IsSelectedRole,
+        CreditRole,
+        IsBeingNamedRole
+    };
     Q_ENUM(Role)
 
     explicit LibraryListModel(AppModel& app);
@@ -71,6 +79,8 @@ public:
     // The row's menu: all that are selected if the row is one of several, else it alone.
     Q_INVOKABLE QString deleteLabel(int row) const;
     Q_INVOKABLE void deleteFrom(int row);
+    Q_INVOKABLE QString smartNameLabel(int row) const;
+    Q_INVOKABLE void smartNameFrom(int row);
 
     // What an action on a row means: all that are selected if it is one of
     // several, else it alone.

@@ -20,6 +20,7 @@ SoundView::SoundView(AppModel& app) : m_app(app), m_parts(app.editor()), m_playb
     connect(&editor, &EditorModel::analysisChanged, this, &SoundView::takeAnalysis);
     connect(&editor, &EditorModel::loadErrorChanged, this, &SoundView::changed);
     connect(&editor, &EditorModel::heardChanged, this, &SoundView::heardChanged);
+    connect(&editor, &EditorModel::smartChanged, this, &SoundView::smartChanged);
     m_look.setInterval(kLookMs);
     connect(&m_look, &QTimer::timeout, this, &SoundView::progressChanged);
     takeItem();
@@ -144,6 +145,30 @@ QString SoundView::headline() const
 QString SoundView::summary() const
 {
     return editor().heard() && !editor().isListening() ? editor().heard()->summary : QString();
+}
+
+QString SoundView::suggestedName() const
+{
+    return hasSuggestion() ? editor().smartSuggestion()->name : QString();
+}
+
+QString SoundView::suggestedTags() const
+{
+    QStringList fresh = hasSuggestion() ? editor().smartSuggestion()->tags : QStringList();
+    fresh.removeIf([tags = tags()](const QString& tag) { return tags.contains(tag); });
+    return fresh.join(u", "_s);
+}
+
+void SoundView::suggestName()
+{
+    if (editor().item() && !isThinking())
+        startFlow(m_app.suggestSmartName(*editor().item()));
+}
+
+void SoundView::useSuggestion()
+{
+    if (editor().item())
+        m_app.useSmartSuggestion(SoundItem(*editor().item()));
 }
 
 void SoundView::rename(const QString& name)

@@ -34,6 +34,10 @@ class SoundView : public QObject {
     Q_PROPERTY(tonequill::Envelope envelope READ envelope NOTIFY envelopeChanged FINAL)
     Q_PROPERTY(QString headline READ headline NOTIFY heardChanged FINAL)
     Q_PROPERTY(QString summary READ summary NOTIFY heardChanged FINAL)
+    Q_PROPERTY(bool isThinking READ isThinking NOTIFY smartChanged FINAL)
+    Q_PROPERTY(bool hasSuggestion READ hasSuggestion NOTIFY smartChanged FINAL)
+    Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY smartChanged FINAL)
+    Q_PROPERTY(QString suggestedTags READ suggestedTags NOTIFY smartChanged FINAL)
     Q_PROPERTY(tonequill::PartsModel* parts READ parts CONSTANT FINAL)
     Q_PROPERTY(tonequill::PlaybackView* playback READ playback CONSTANT FINAL)
     Q_PROPERTY(tonequill::EffectsView* effects READ effects CONSTANT FINAL)
@@ -61,6 +65,10 @@ public:
     const Envelope& envelope() const { return m_envelope; }
     QString headline() const; // "Listening…", or what was heard
     QString summary() const;
+    bool isThinking() const { return editor().isThinking(); }
+    bool hasSuggestion() const { return editor().smartSuggestion().has_value(); }
+    QString suggestedName() const; // empty where none was found
+    QString suggestedTags() const; // those that the sound doesn't have: "wood, heavy"
     PartsModel* parts() { return &m_parts; }
     PlaybackView* playback() { return &m_playback; }
     EffectsView* effects() { return &m_effects; }
@@ -70,6 +78,10 @@ public:
     // A tag that it has already, or blanks, change nothing.
     Q_INVOKABLE void addTag(const QString& tag);
     Q_INVOKABLE void removeTag(const QString& tag);
+    // Asks for a name, and takes or forgets what is suggested.
+    Q_INVOKABLE void suggestName();
+    Q_INVOKABLE void useSuggestion();
+    Q_INVOKABLE void dismissSuggestion() { editor().setSmartSuggestion({}); }
 
 Q_SIGNALS:
     void opened(); // another sound than before, or none
@@ -77,6 +89,7 @@ Q_SIGNALS:
     void progressChanged();
     void envelopeChanged();
     void heardChanged();
+    void smartChanged();
 
 private:
     void takeItem();

@@ -20,6 +20,7 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
 {
     connect(&app, &AppModel::sectionChanged, this, &WindowModel::sectionChanged);
     connect(&app, &AppModel::noticeChanged, this, &WindowModel::noticeChanged);
+    connect(&app, &AppModel::workingTextChanged, this, &WindowModel::workingTextChanged);
     connect(&app, &AppModel::isWorkingChanged, this, [this] {
         m_isAdding = m_isAdding && isWorking();
         Q_EMIT isWorkingChanged();

@@ -21,6 +21,7 @@ class WindowModel : public QObject {
     Q_PROPERTY(QString noticeText READ noticeText NOTIFY noticeChanged FINAL)
     Q_PROPERTY(bool noticeIsError READ noticeIsError NOTIFY noticeChanged FINAL)
     Q_PROPERTY(bool isWorking READ isWorking NOTIFY isWorkingChanged FINAL)
+    Q_PROPERTY(QString workingText READ workingText NOTIFY workingTextChanged FINAL)
     Q_PROPERTY(bool canSendToFinalCut READ canSendToFinalCut NOTIFY isWorkingChanged FINAL)
     Q_PROPERTY(bool isAdding READ isAdding NOTIFY isWorkingChanged FINAL)
     Q_PROPERTY(tonequill::LibraryListModel* library READ library CONSTANT FINAL)
@@ -41,6 +42,7 @@ public:
     QString noticeText() const { return m_app.noticeText(); }
     bool noticeIsError() const { return m_app.noticeIsError(); }
     bool isWorking() const { return m_app.isWorking(); }
+    QString workingText() const { return m_app.workingText(); }
     bool canSendToFinalCut() const { return m_app.canSendToFinalCut(); }
     bool isAdding() const { return m_isAdding && isWorking(); }
     LibraryListModel* library() { return &m_library; }
@@ -69,6 +71,7 @@ Q_SIGNALS:
     void sectionChanged();
     void noticeChanged();
     void isWorkingChanged();
+    void workingTextChanged();
 
 private:
     static void dragOut(QQuickItem* from, const AppModel::StagedFiles& files);

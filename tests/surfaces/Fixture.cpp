@@ -124,6 +124,11 @@ void Fixture::answerHearing()
     m_openSound->work.hearings.back().answer({{u"slam"_s, 0.92}, {u"door"_s, 0.3}});
 }
 
+void Fixture::answerHearingWithNothing()
+{
+    m_openSound->work.hearings.back().answer({});
+}
+
 void Fixture::failEffects()
 {
     m_openSound->work.renders.back().fail(std::runtime_error("no"));

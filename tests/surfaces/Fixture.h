@@ -52,6 +52,7 @@ public:
     Q_INVOKABLE QString effects() const;
     Q_INVOKABLE QString record() const; // name and tags of the open sound
     Q_INVOKABLE void answerHearing();
+    Q_INVOKABLE void answerHearingWithNothing();
     Q_INVOKABLE void failEffects();        // the render that is asked for
     Q_INVOKABLE void play(double seconds); // the sound has come there
 

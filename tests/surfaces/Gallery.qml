@@ -82,16 +82,17 @@ Item {
         Group {
             title: "Rows"
             Repeater {
-                model: ["Rest", "Selected", "Selected, focused", "Selected, list without focus", "kitchen take 3"]
+                model: ["Rest", "Selected", "Selected, focused", "Selected, list without focus", "kitchen take 3", "IMG_0042"]
                 SoundRow {
                     required property string modelData
                     width: 536
                     height: 44
                     name: modelData
                     levels: Fixture.wave
-                    subtitle: index === 4 ? "Adding… 42 %" : "1.4 s · whoosh"
+                    subtitle: index === 4 ? "Adding… 42 %" : index === 5 ? "Listening…" : "1.4 s · whoosh"
                     credit: index === 0 ? "“Rest” by Mona (CC BY)" : ""
                     isIncoming: index === 4
+                    isBeingNamed: index === 5
                     isSelected: index > 0 && index < 4
                     isListFocused: index < 3
                     hasRing: index === 2
@@ -113,10 +114,10 @@ Item {
             }
             EmptyState { iconName: "discover"; text: "The free sound search is busy right now. Wait a minute and try again." }
         }
-        Item {
-            width: 570
-            height: 60
+        Row {
+            spacing: 12
             NoticeLine { text: "Added “Door Slam” to your library."; isError: false }
+            NoticeLine { text: "Naming 3"; isError: false; isBusy: true }
         }
     }
 }

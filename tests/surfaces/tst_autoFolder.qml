@@ -61,11 +61,22 @@ TestCase {
         compare(button.isOn, false);
     }
 
-    function test_aPressElsewhereClosesIt() {
+    function test_aPressElsewhereClosesItAndTakesTheKeys() {
         mouseClick(button);
         tryVerify(() => chooser());
-        mouseClick(window.contentItem, 600, 700);
+        const list = findChild(window.contentItem, "libraryList");
+        mouseClick(list, 100, 20);
         tryVerify(() => !chooser());
+        verify(list.activeFocus);
+    }
+
+    function test_escapeGivesTheKeysBackToTheButton() {
+        mouseClick(button);
+        tryVerify(() => chooser());
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !chooser());
+        verify(button.activeFocus);
+        verify(!button.visualFocus);
     }
 
     function test_itIsThereInEverySection() {

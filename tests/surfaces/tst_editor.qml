@@ -371,4 +371,94 @@ TestCase {
                 "Button: Robot", "Slider: Speed, 1×", "Slider: Reverb, 0%"])
             verify(stops.some(each => each.startsWith(stop)), stop + " of " + stops.join("; "));
     }
+
+    function test_aNameIsSuggestedAndUsed() {
+        const button = item("smartNameButton");
+        compare(Fixture.spoken(button), "Button: Suggest a name");
+        mouseClick(button);
+        compare(Fixture.spoken(button), "Button: Thinking…");
+        verify(!item("dismissName").visible);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        compare(Fixture.spoken(button), "Button: Use the name Slam");
+        compare(Fixture.record(), "Door Slam: door, slam");
+        compare(window.model.sound.suggestedTags, ""); // it has them
+        mouseClick(button);
+        compare(Fixture.record(), "Slam: door, slam");
+        compare(item("nameField").text, "Slam");
+        verify(!hasText("Use"));
+        compare(Fixture.spoken(button), "Button: Suggest a name");
+    }
+
+    function test_aSuggestedNameIsAskedForAndDismissedWithTheKeys() {
+        const button = item("smartNameButton");
+        button.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.flaws(window).join("; "), "");
+        keyClick(Qt.Key_Escape);
+        verify(!hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.record(), "Door Slam: door, slam");
+        keyClick(Qt.Key_Return);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        mouseClick(item("dismissName"));
+        verify(!hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.record(), "Door Slam: door, slam");
+    }
+
+    function test_withoutAnIdeaThereIsNothingToUse() {
+        const button = item("smartNameButton");
+        mouseClick(button);
+        Fixture.answerHearingWithNothing();
+        tryVerify(() => hasText("Not sure what this is"));
+        verify(!hasText("Use"));
+        mouseClick(item("dismissName"));
+        tryVerify(() => !hasText("Not sure what this is"));
+        compare(Fixture.record(), "Door Slam: door, slam");
+    }
+
+    function test_aLongNameLeavesRoomForTheSuggestion_data() {
+        return [{ tag: "wide", width: 1180 }, { tag: "narrow", width: 900 }];
+    }
+    function test_aLongNameLeavesRoomForTheSuggestion(data) {
+        window.width = data.width;
+        Fixture.rename(0, "The very long name of a door that is slammed shut again and again in an old house");
+        mouseClick(item("smartNameButton"));
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        const name = item("nameField");
+        const smart = item("smartName");
+        tryVerify(() => smart.x >= name.x + name.width);
+        tryVerify(() => smart.x + smart.width < item("dragButton").parent.x);
+        verify(smart.width >= 100, smart.width);
+        verify(name.width >= 100, name.width);
+    }
+
+    function test_namingFromTheMenuIsShownInTheRow() {
+        Fixture.rename(0, "IMG_0042");
+        const list = item("libraryList");
+        list.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => hasText("Smart Name"));
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => hasText("Naming 1"));
+        verify(hasText("Listening…"));
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Named it and added tags."));
+        verify(!hasText("Naming 1"));
+        compare(Fixture.record(), "Slam: door, slam");
+        tryVerify(() => !hasText("Smart Name"));
+        list.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => hasText("Smart Name"));
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => hasText("These sounds already have names you chose, so I left them alone."));
+    }
 }

@@ -11,6 +11,7 @@
 #include <QAbstractItemModelTester>
 #include <QJsonArray>
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -378,4 +379,25 @@ TEST_F(LibraryListModelTest, NobodyIsAskedWhereTheSearchFindsSomething)
     model->setQuery(u"dog"_s);
     clock.advance(std::chrono::milliseconds(5000));
     EXPECT_EQ(languageModel.questions, 0);
+}
+
+TEST_F(LibraryListModelTest, ASoundThatIsBeingNamedTellsSo)
+{
+    folder.add(u"IMG_0001"_s).tags = {u"door"_s};
+    folder.add(u"IMG_0002"_s);
+    open(1);
+    EXPECT_EQ(model->smartNameLabel(0), u"Smart Name"_s);
+    model->selectAll();
+    EXPECT_EQ(model->smartNameLabel(0), u"Smart Names"_s);
+    model->smartNameFrom(0);
+    EXPECT_TRUE(at(0, LibraryListModel::IsBeingNamedRole).toBool());
+    EXPECT_FALSE(at(1, LibraryListModel::IsBeingNamedRole).toBool()); // its turn will come
+    EXPECT_EQ(at(0, LibraryListModel::SubtitleRole).toString(), u"Listening…"_s);
+    QSignalSpy changes(model.get(), &LibraryListModel::dataChanged);
+    work.hearings.back().answer({{u"dog"_s, 0.5}});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return at(1, LibraryListModel::IsBeingNamedRole).toBool(); }, 5000));
+    EXPECT_FALSE(changes.isEmpty());
+    EXPECT_EQ(at(0, LibraryListModel::NameRole).toString(), u"Dog"_s);
+    EXPECT_EQ(at(0, LibraryListModel::SubtitleRole).toString(), u"1.4 s · door, dog"_s);
+    EXPECT_FALSE(at(0, LibraryListModel::IsBeingNamedRole).toBool());
 }

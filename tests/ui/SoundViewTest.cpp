@@ -5,6 +5,8 @@
 #include "ui/OpenSound.h"
 #include "understanding/SoundClassifier.h"
 
+#include <QSignalSpy>
+
 #include <gtest/gtest.h>
 
 using namespace tonequill;
@@ -156,4 +158,34 @@ TEST(SoundViewEdits, TellsHowFarALongAnalysisHasCome)
     open.work.analyses.back().question.progress->set(0.25);
     EXPECT_TRUE(test::OpenSound::wait([&looks] { return looks > 0; }));
     EXPECT_EQ(open.view->progress(), 0.25);
+}
+
+TEST(SoundViewEdits, ASuggestedNameIsTakenOrForgotten)
+{
+    test::OpenSound open;
+    QSignalSpy smart(open.view.get(), &SoundView::smartChanged);
+    open.view->suggestName();
+    EXPECT_TRUE(open.view->isThinking());
+    EXPECT_FALSE(open.view->hasSuggestion());
+    const auto questions = open.work.hearings.size();
+    open.view->suggestName(); // it thinks already
+    EXPECT_EQ(open.work.hearings.size(), questions);
+    open.work.hearings.back().answer({{u"glass_breaking"_s, 0.6}, {u"door"_s, 0.5}});
+    ASSERT_TRUE(test::OpenSound::wait([&open] { return open.view->hasSuggestion(); }));
+    EXPECT_FALSE(open.view->isThinking());
+    EXPECT_EQ(open.view->suggestedName(), u"Glass Break"_s);
+    EXPECT_EQ(open.view->suggestedTags(), u"glass, break"_s); // it has "door"
+    EXPECT_EQ(open.item().name, u"Door Slam"_s);
+    EXPECT_FALSE(smart.isEmpty());
+
+    open.view->dismissSuggestion();
+    EXPECT_FALSE(open.view->hasSuggestion());
+    EXPECT_EQ(open.view->suggestedName() + open.view->suggestedTags(), QString());
+    EXPECT_EQ(open.item().name, u"Door Slam"_s);
+
+    open.editor().setSmartSuggestion(EditorModel::SmartSuggestion{u"Glass Break"_s, {u"glass"_s}});
+    open.view->useSuggestion();
+    EXPECT_FALSE(open.view->hasSuggestion());
+    EXPECT_EQ(open.item().name, u"Glass Break"_s);
+    EXPECT_EQ(open.view->tags().join(u' '), u"door slam glass"_s);
 }

@@ -133,10 +133,21 @@ KeyboardItem {
         }
     }
 
+    FocusRing { // where no row can wear it
+        inside: true
+        visible: control.activeFocus && control.hasVisualFocus && control.model.currentRow < 0
+    }
+
     PopupMenu {
         id: menu
         property int row: -1
 
+        PopupMenuItem {
+            objectName: "smartNameItem"
+            iconName: "sparkle"
+            text: menu.visible ? control.model.smartNameLabel(menu.row) : ""
+            onTriggered: control.model.smartNameFrom(menu.row)
+        }
         PopupMenuItem {
             iconName: "trash"
             text: menu.visible ? control.model.deleteLabel(menu.row) : ""

@@ -127,8 +127,9 @@ Window {
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Metrics.spaceXl
-        text: window.model.noticeText
+        isBusy: window.model.noticeText === ""
         isError: window.model.noticeIsError
+        text: isBusy ? window.model.workingText : window.model.noticeText
     }
     Instantiator {
         active: window.showsSettings

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
 
@@ -7,20 +8,24 @@ Item {
 
     required property string text
     required property bool isError
+    property bool isBusy: false // it tells what goes on, not what has been done
 
     property string shownText: ""
     property bool shownIsError: false
+    property bool shownIsBusy: false
     readonly property bool isShown: text !== ""
 
     function take() {
         if (text !== "") {
             shownText = text;
             shownIsError = isError;
+            shownIsBusy = isBusy;
         }
     }
 
     onTextChanged: take()
     onIsErrorChanged: take()
+    onIsBusyChanged: take()
     Component.onCompleted: take()
 
     readonly property real words: measure.implicitWidth + icon.width + 2 * Metrics.spaceL + Metrics.spaceS
@@ -56,10 +61,18 @@ Item {
         id: icon
         x: Metrics.spaceL
         anchors.verticalCenter: parent.verticalCenter
+        visible: !line.shownIsBusy
         width: Metrics.icon
         height: Metrics.icon
         name: line.shownIsError ? "warning" : "check"
         color: line.shownIsError ? Theme.danger : Theme.success
+    }
+    OnDemand {
+        isWanted: line.shownIsBusy && line.visible
+
+        Spinner {
+            anchors.centerIn: icon
+        }
     }
     Label { // how wide the words would be on one line
         id: measure

@@ -24,7 +24,8 @@ T.Popup {
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
     onAboutToShow: byKeys = button.visualFocus
     onClosed: {
-        if (button.Window.activeFocusItem === null || byKeys)
+        const now = button.Window.activeFocusItem; // a press elsewhere has given the keys away already
+        if (!now || now === button.Window.contentItem)
             button.forceActiveFocus(byKeys ? Qt.TabFocusReason : Qt.PopupFocusReason);
     }
 

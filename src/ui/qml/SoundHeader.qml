@@ -13,12 +13,23 @@ Item {
 
     height: Metrics.button + Metrics.spaceXs + Metrics.tag
 
+    readonly property real room: actions.x - Metrics.spaceM // for the name and the one that is suggested
+
     NameField {
+        id: name
         objectName: "nameField"
         x: -leftPadding
-        width: Math.min(implicitWidth, actions.x - x - Metrics.spaceM)
+        width: Math.min(implicitWidth, header.room - x - Metrics.spaceXs - Math.min(smart.implicitWidth, header.room / 2))
         sound: header.sound
         onEditingEnded: header.editingEnded()
+    }
+    SmartName {
+        id: smart
+        objectName: "smartName"
+        x: name.x + name.width + Metrics.spaceXs
+        width: Math.min(implicitWidth, header.room - x)
+        height: name.height
+        sound: header.sound
     }
     Row {
         id: actions

@@ -12,6 +12,8 @@ ListRow {
     required property levels levels
     required property bool isIncoming
     required property string credit
+    required property bool isBeingNamed
+    readonly property bool isBusy: isIncoming || isBeingNamed
 
     Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + subtitle
@@ -58,19 +60,19 @@ ListRow {
         id: mark
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: row.isIncoming || row.credit !== "" ? Metrics.iconSmall + Metrics.spaceS : 0
+        width: row.isBusy || row.credit !== "" ? Metrics.iconSmall + Metrics.spaceS : 0
         height: Metrics.iconSmall
 
         Icon {
             anchors.right: parent.right
-            visible: row.credit !== "" && !row.isIncoming
+            visible: row.credit !== "" && !row.isBusy
             width: Metrics.iconSmall
             height: Metrics.iconSmall
             name: "credit"
             color: Theme.textSecondary
         }
         OnDemand {
-            isWanted: row.isIncoming
+            isWanted: row.isBusy
 
             Spinner {
                 anchors.right: mark.right
