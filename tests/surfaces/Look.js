@@ -22,7 +22,7 @@ function all(item, matches) {
 
 // Every visible text under `item`, from left to right and from the top down as it is built.
 function texts(item) {
-    return all(item, each => each.visible && (/^(Label|NumberText)_|^tonequill::NumberText/).test(each.toString())).map(each => each.text);
+    return all(item, each => each.visible && each.text !== "" && (/^(Label|NumberText)_|^tonequill::NumberText/).test(each.toString())).map(each => each.text);
 }
 
 // The first visible item that shows the text.

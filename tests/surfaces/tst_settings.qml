@@ -172,7 +172,7 @@ TestCase {
 
     function test_saveToHasAMenu() {
         open();
-        const button = named("Button: Save to Desktop");
+        const button = named("Button: Save to: Desktop");
         button.forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Return);
         tryVerify(() => label("Choose Folder…"));
@@ -212,6 +212,15 @@ TestCase {
         compare(Fixture.filesAskedFor, 0);
     }
 
+    function test_aScreenReaderFindsTheGroupsAndWhatTheyTell() {
+        open();
+        const words = Look.all(page, item => item.visible).map(item => Fixture.spoken(item));
+        for (const expected of ["Grouping: Appearance", "Grouping: Theme", "RadioButton: Rose", "PageTabList: Light or dark", "Grouping: Search",
+                "Grouping: Saving", "StaticText: Final Cut Pro: Found on this Mac", "Grouping: Library", "StaticText: Sounds: 3 saved, 0 searchable",
+                "StaticText: Sounds you add are saved on this Mac and work without internet."])
+            verify(words.includes(expected), expected + " is not in " + words.filter(each => each !== "").join("; "));
+    }
+
     function test_theTabKeyGoesRoundAndEverythingIsNamed() {
         open();
         compare(Fixture.flaws(window), []);
@@ -221,7 +230,7 @@ TestCase {
             reached.push(Fixture.spoken(window.activeFocusItem));
         }
         compare(reached, ["RadioButton: Aurora", "PageTab: System", "PageTab: Light, selected", "PageTab: Dark",
-            "CheckBox: Show short effects only by default", "CheckBox: Hide sounds that need a credit", "Button: Save to Desktop",
+            "CheckBox: Show short effects only by default", "CheckBox: Hide sounds that need a credit", "Button: Save to: Desktop",
             "CheckBox: Also add saved sounds to Final Cut Pro", "Button: Show in Finder", "Button: Close"]);
     }
 }

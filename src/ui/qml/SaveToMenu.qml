@@ -16,7 +16,7 @@ ActionButton {
     onClicked: menu.popup(control, width - menu.width, height + Metrics.spaceXs)
     Keys.onDownPressed: clicked()
 
-    Accessible.name: "Save to " + settings.saveFolderName
+    Accessible.name: "Save to: " + settings.saveFolderName
 
     PopupMenu {
         id: menu

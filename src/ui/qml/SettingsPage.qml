@@ -112,12 +112,7 @@ Flickable {
             }
             SettingsRow {
                 text: "Final Cut Pro"
-
-                Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    color: Theme.textSecondary
-                    text: page.settings.hasFinalCut ? "Found on this Mac" : "Not found"
-                }
+                value: page.settings.hasFinalCut ? "Found on this Mac" : "Not found"
             }
             SettingsSwitch {
                 enabled: page.settings.hasFinalCut
@@ -136,16 +131,7 @@ Flickable {
             SettingsRow {
                 isFirst: true
                 text: "Sounds"
-
-                NumberText {
-                    objectName: "soundCounts"
-                    anchors.verticalCenter: parent.verticalCenter
-                    type: Metrics.body
-                    color: Theme.textSecondary
-                    text: page.settings.soundCounts
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
-                }
+                value: page.settings.soundCounts
             }
             SettingsRow {
                 text: "Location"

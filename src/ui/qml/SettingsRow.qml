@@ -7,10 +7,15 @@ Item {
 
     default property alias content: right.data
     property string text: ""
+    property string value: "" // that is told and can't be set
     property bool isFirst: false // of its card: nothing parts it from what is above
 
     width: parent ? parent.width : 0
     height: Metrics.row + (isFirst ? 0 : Metrics.hairline)
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: value === "" ? text : text + ": " + value
+    Accessible.ignored: value === "" // the control has the name
 
     Hairline {
         visible: !row.isFirst
@@ -31,5 +36,12 @@ Item {
         anchors.bottom: parent.bottom
         width: childrenRect.width
         height: Metrics.row
+
+        NumberText {
+            anchors.verticalCenter: parent.verticalCenter
+            type: Metrics.body
+            color: Theme.textSecondary
+            text: row.value
+        }
     }
 }
