@@ -9,6 +9,7 @@
 #include "platform/LibraryLock.h"
 #include "platform/LocalLanguageModel.h"
 #include "platform/SdlAudioOutput.h"
+#include "platform/SystemAppearance.h"
 #include "ui/MainWindow.h"
 #include "understanding/SoundClassifier.h"
 
@@ -50,6 +51,7 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
+    const SystemAppearance system; // first, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
     auto library = std::make_unique<LibraryStore>(clock);
@@ -62,6 +64,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
     AppModel model(defaults, clock, work, apps, languageModel, std::move(library));
     MainWindow window(model, defaults);
+    QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     model.watchAutoFolder();
 
     HandOver server([&](const QJsonObject& message) {

@@ -64,6 +64,7 @@ public:
     EditorModel& editor() { return m_editor; }
     const EditorModel& editor() const { return m_editor; }
     LanguageModel& languageModel() { return m_languageModel; }
+    Clock& clock() { return m_clock; }
 
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
@@ -166,6 +167,9 @@ public:
     // where the application isn't installed.
     QCoro::Task<> sendToFinalCut(QList<SoundItem> items);
     bool canSendToFinalCut() const { return FinalCut::isInstalled(m_apps); }
+
+    // The library's folder in the desktop's file manager.
+    void showLibraryFolder() { m_apps.showFolder(m_library->folder()); }
 
     // Files under readable names for a drag, complete when these return
     // (StagingFlows.cpp). What can't be staged is left out.

@@ -70,7 +70,7 @@ bool start(QStringList command)
     return QProcess::startDetached(program, command);
 }
 
-bool showInFileManager(const QString& path, std::chrono::milliseconds patience)
+bool askFileManager(const QString& method, const QString& path, std::chrono::milliseconds patience)
 {
     // Without an address the library would start a bus of its own.
     const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
@@ -81,13 +81,25 @@ bool showInFileManager(const QString& path, std::chrono::milliseconds patience)
     {
         const QDBusConnection bus = QDBusConnection::connectToBus(address, name);
         auto call = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
-                                                   u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+                                                   u"org.freedesktop.FileManager1"_s, method);
         call << QStringList{QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded)} << QString();
         isShown = bus.isConnected() &&
                   bus.call(call, QDBus::Block, static_cast<int>(patience.count())).type() == QDBusMessage::ReplyMessage;
     }
     QDBusConnection::disconnectFromBus(name);
     return isShown;
+}
+
+// Has the file manager show `path`, or else opens `folder`.
+void show(const QString& method, const QString& path, const QString& folder, std::chrono::milliseconds patience)
+{
+    QThreadPool* const pool = QThreadPool::globalInstance();
+    pool->start([pool, method, path, folder, patience] {
+        pool->releaseThread(); // while it waits, another may work
+        if (!askFileManager(method, path, patience))
+            start({u"xdg-open"_s, folder});
+        pool->reserveThread();
+    });
 }
 
 } // namespace
@@ -105,13 +117,12 @@ bool DesktopApps::open(const QString& path, const QString& bundle)
 
 void DesktopApps::reveal(const QString& path)
 {
-    QThreadPool* const pool = QThreadPool::globalInstance();
-    pool->start([pool, path, patience = m_patience] {
-        pool->releaseThread(); // while it waits, another may work
-        if (!showInFileManager(path, patience))
-            start({u"xdg-open"_s, QFileInfo(path).absolutePath()});
-        pool->reserveThread();
-    });
+    show(u"ShowItems"_s, path, QFileInfo(path).absolutePath(), m_patience);
+}
+
+void DesktopApps::showFolder(const QString& path)
+{
+    show(u"ShowFolders"_s, path, path, m_patience);
 }
 
 } // namespace tonequill

@@ -23,6 +23,7 @@ public:
     bool has(const QString& bundle) const override;
     bool open(const QString& path, const QString& bundle) override;
     void reveal(const QString& path) override;
+    void showFolder(const QString& path) override;
 
 private:
     std::chrono::milliseconds m_patience;

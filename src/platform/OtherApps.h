@@ -20,6 +20,9 @@ public:
     // Shows a file, selected in its folder, or only the folder where nothing can
     // select it.
     virtual void reveal(const QString& path) = 0;
+
+    // Shows what is in a folder.
+    virtual void showFolder(const QString& path) = 0;
 };
 
 } // namespace tonequill

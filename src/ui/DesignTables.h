@@ -30,7 +30,10 @@
     X(sliderTrack, size, sliderTrack) X(sliderThumb, size, sliderThumb) X(handle, size, handle) \
     X(ruler, size, ruler) X(meter, size, meter) X(panelHandle, size, panelHandle) \
     X(trackHeader, size, trackHeader) X(track, size, track) X(iconSmall, size, iconSmall) \
-    X(icon, size, icon) X(sheetWidth, size, sheetWidth) X(popoverWidth, size, popoverWidth) \
+    X(icon, size, icon) X(sheetWidth, size, sheetWidth) X(settingsWidth, size, settingsWidth) \
+    X(settingsTitles, size, settingsTitles) X(swatchWidth, size, swatchWidth) X(swatchHeight, size, swatchHeight) \
+    X(swatchBar, size, swatchBar) X(popoverWidth, size, popoverWidth) \
+    X(searchWidth, size, searchWidth) X(searchWidthCompact, size, searchWidthCompact) \
     X(libraryWidth, size, libraryWidth) X(libraryWidthCompact, size, libraryWidthCompact) \
     X(windowGap, size, windowGap) X(windowWidth, size, windowWidth) X(windowHeight, size, windowHeight) \
     X(windowMinWidth, size, windowMinWidth) X(windowMinHeight, size, windowMinHeight) \

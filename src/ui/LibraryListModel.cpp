@@ -44,29 +44,27 @@ QString LibraryRow::step(double fraction, bool isFirst)
     return u"Adding… %1 %"_s.arg(int(fraction * 100));
 }
 
-LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_sounds(app.library().items()), m_incoming(app.incoming())
+LibraryListModel::LibraryListModel(AppModel& app)
+    : m_app(app),
+      m_sounds(app.library().items()),
+      m_incoming(app.incoming()),
+      m_related(app.languageModel(), app.clock())
 {
     m_current = app.selectionOrNull();
+    for (const SoundItem& item : m_sounds)
+        m_ids << item.id;
     const LibraryStore& library = app.library();
     connect(&library, &LibraryStore::itemInserted, this, [this](int index) {
-        beginInsertRows({}, incomingCount() + index, incomingCount() + index);
-        m_sounds.insert(index, m_app.library().items()[index]);
-        endInsertRows();
-        Q_EMIT countChanged();
-        Q_EMIT currentRowChanged();
+        m_ids.insert(index, m_app.library().items()[index].id);
+        find();
     });
     connect(&library, &LibraryStore::itemChanged, this, [this](int index) {
-        m_sounds[index] = m_app.library().items()[index];
-        const QModelIndex row = this->index(incomingCount() + index);
-        Q_EMIT dataChanged(row, row);
+        find();
+        const int row = rowOf(m_ids[index]);
+        if (row >= 0)
+            Q_EMIT dataChanged(this->index(row), this->index(row));
     });
-    connect(&library, &LibraryStore::itemRemoved, this, [this](int index) {
-        beginRemoveRows({}, incomingCount() + index, incomingCount() + index);
-        m_sounds.removeAt(index);
-        endRemoveRows();
-        Q_EMIT countChanged();
-        Q_EMIT currentRowChanged();
-    });
+    connect(&library, &LibraryStore::itemRemoved, this, &LibraryListModel::removeSound);
     connect(&app, &AppModel::incomingChanged, this, &LibraryListModel::takeIncoming);
     connect(&app, &AppModel::multiChanged, this, [this] {
         if (!m_sounds.isEmpty())
@@ -81,13 +79,14 @@ LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_sounds(app.lib
         Q_EMIT dataChanged(row, row, {SubtitleRole, IsBeingNamedRole});
     });
     connect(&app, &AppModel::selectionChanged, this, [this] { setCurrent(m_app.selectionOrNull()); });
+    connect(&m_related, &RelatedWords::wordsChanged, this, &LibraryListModel::find);
     m_progressTimer.setInterval(kProgressMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
 int LibraryListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : incomingCount() + soundCount();
+    return parent.isValid() ? 0 : incomingCount() + int(m_sounds.size());
 }
 
 QHash<int, QByteArray> LibraryListModel::roleNames() const
@@ -151,6 +150,70 @@ QVariant LibraryListModel::incomingData(qsizetype row, int role) const
     }
 }
 
+void LibraryListModel::setQuery(const QString& query)
+{
+    if (query == m_query)
+        return;
+    m_query = query;
+    find();
+    m_related.setQuery(query, m_searchFoundNothing ? RelatedWords::Found::nothing : RelatedWords::Found::something);
+    Q_EMIT queryChanged();
+}
+
+QString LibraryListModel::relatedHeading() const
+{
+    return isRelated() ? u"Related to “%1”: %2"_s.arg(m_query, m_related.words().join(u", "_s)) : QString();
+}
+
+QString LibraryListModel::nothingFound() const
+{
+    return m_query.isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(m_query);
+}
+
+void LibraryListModel::find()
+{
+    const QList<SoundItem> found = m_app.library().search(m_query);
+    m_searchFoundNothing = found.isEmpty();
+    show(isRelated() ? m_app.library().containing(m_related.words()) : found);
+}
+
+void LibraryListModel::show(const QList<SoundItem>& sounds)
+{
+    // What stays at both ends stays on the screen; the rows between are exchanged.
+    const auto isSame = [](const SoundItem& a, const SoundItem& b) { return a.id == b.id; };
+    const auto [oldBegin, newBegin] = std::mismatch(m_sounds.cbegin(), m_sounds.cend(), sounds.cbegin(), sounds.cend(), isSame);
+    const auto [oldEnd, newEnd] = std::mismatch(m_sounds.crbegin(), std::reverse_iterator(oldBegin), sounds.crbegin(),
+                                                std::reverse_iterator(newBegin), isSame);
+    const int first = incomingCount() + int(oldBegin - m_sounds.cbegin());
+    const int gone = int(oldEnd.base() - oldBegin);
+    const int come = int(newEnd.base() - newBegin);
+    if (gone > 0) {
+        beginRemoveRows({}, first, first + gone - 1);
+        m_sounds.remove(first - incomingCount(), gone);
+        endRemoveRows();
+    }
+    if (come > 0)
+        beginInsertRows({}, first, first + come - 1);
+    m_sounds = sounds; // with the records of today
+    if (come > 0)
+        endInsertRows();
+    Q_EMIT countChanged();
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryListModel::removeSound(int index)
+{
+    // The others are found as before. Deleting thousands must not search thousands of times.
+    const int row = rowOf(m_ids.takeAt(index));
+    if (row >= 0) {
+        beginRemoveRows({}, row, row);
+        m_sounds.removeAt(row - incomingCount());
+        endRemoveRows();
+    }
+    Q_EMIT countChanged();
+    Q_EMIT currentRowChanged();
+}
+
 void LibraryListModel::takeIncoming()
 {
     const QList<IncomingFile>& now = m_app.incoming();
@@ -188,10 +251,9 @@ const SoundItem* LibraryListModel::soundAt(int row) const
     return index >= 0 && index < m_sounds.size() ? &m_sounds[index] : nullptr;
 }
 
-int LibraryListModel::currentRow() const
+int LibraryListModel::rowOf(const QUuid& id) const
 {
-    const auto found =
-        std::find_if(m_sounds.begin(), m_sounds.end(), [this](const SoundItem& sound) { return sound.id == m_current; });
+    const auto found = std::find_if(m_sounds.begin(), m_sounds.end(), [&id](const SoundItem& sound) { return sound.id == id; });
     return found == m_sounds.end() ? -1 : incomingCount() + int(found - m_sounds.begin());
 }
 
@@ -207,7 +269,7 @@ void LibraryListModel::click(int row, int modifiers)
     if (!sound)
         return;
     const SoundItem clicked = *sound;
-    m_app.click(clicked, m_app.library().items(), Qt::KeyboardModifiers(modifiers));
+    m_app.click(clicked, m_sounds, Qt::KeyboardModifiers(modifiers));
     setCurrent(clicked.id);
 }
 
@@ -219,14 +281,28 @@ void LibraryListModel::moveTo(int row, int modifiers)
     click(std::clamp(row, incomingCount(), rowCount() - 1), modifiers & Qt::ShiftModifier);
 }
 
+void LibraryListModel::enter()
+{
+    if (currentRow() < 0)
+        moveTo(0, Qt::NoModifier);
+}
+
 void LibraryListModel::selectAll()
 {
-    m_app.selectAllInLibrary(m_app.library().items());
+    m_app.selectAllInLibrary(m_sounds);
 }
 
 void LibraryListModel::deleteSelected()
 {
-    m_app.deleteItems(m_app.selectedItems());
+    m_app.deleteItems(selectedSounds());
+}
+
+QList<SoundItem> LibraryListModel::selectedSounds() const
+{
+    QList<SoundItem> selected;
+    std::copy_if(m_sounds.begin(), m_sounds.end(), std::back_inserter(selected),
+                 [this](const SoundItem& sound) { return m_app.multi().contains(sound.id); });
+    return selected;
 }
 
 QList<SoundItem> LibraryListModel::meantBy(int row) const
@@ -234,8 +310,7 @@ QList<SoundItem> LibraryListModel::meantBy(int row) const
     const SoundItem* sound = soundAt(row);
     if (!sound)
         return {};
-    const QSet<QUuid>& marked = m_app.multi();
-    return marked.size() > 1 && marked.contains(sound->id) ? m_app.selectedItems() : QList<SoundItem>{*sound};
+    return m_app.multi().contains(sound->id) ? selectedSounds() : QList<SoundItem>{*sound};
 }
 
 QString LibraryListModel::deleteLabel(int row) const

@@ -2,6 +2,7 @@
 
 #include "app/AppModel.h"
 #include "ui/WaveItems.h"
+#include "understanding/RelatedWords.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
@@ -20,15 +21,21 @@ QString step(double fraction, bool isFirst);
 
 } // namespace LibraryRow
 
-// The rows of the library list: the files that are coming in, then the sounds,
-// newest first. Also the list's pointer and keys: what they do to the selection
-// is AppModel's rule, which row they mean is decided here. One thread.
+// The rows of the library list: the files that are coming in, then the sounds
+// that the search finds; all of them, newest first, while nothing is searched.
+// Also the list's pointer and keys: what they do to the selection is AppModel's
+// rule, which rows they mean is decided here: only ones that are shown. One thread.
 class LibraryListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("It belongs to the window's model")
-    Q_PROPERTY(int soundCount READ soundCount NOTIFY countChanged FINAL)
-    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY countChanged FINAL)
+    Q_PROPERTY(int soundCount READ soundCount NOTIFY countChanged FINAL) // of the library
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY countChanged FINAL)      // the library
+    Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY queryChanged FINAL)
+    // Over sounds that aren't the search's own: "Related to “spooky”: horror, creepy".
+    Q_PROPERTY(QString relatedHeading READ relatedHeading NOTIFY countChanged FINAL)
+    // What stands in the list's place where there is no row; empty while there are rows.
+    Q_PROPERTY(QString nothingFound READ nothingFound NOTIFY countChanged FINAL)
     // The row that the keys move; -1 for none.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged FINAL)
 
@@ -50,14 +57,23 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    int soundCount() const { return int(m_sounds.size()); }
-    bool isEmpty() const { return m_sounds.isEmpty() && m_incoming.isEmpty(); }
-    int currentRow() const;
+    int soundCount() const { return int(m_app.library().items().size()); }
+    bool isEmpty() const { return soundCount() == 0 && m_incoming.isEmpty(); }
+    int currentRow() const { return rowOf(m_current); }
+
+    const QString& query() const { return m_query; }
+    void setQuery(const QString& query);
+    // A language model may relate words to a query that finds nothing; the list
+    // is then what contains them.
+    QString relatedHeading() const;
+    QString nothingFound() const;
 
     // A click on a row, with what was held. Nothing for a file that comes in.
     Q_INVOKABLE void click(int row, int modifiers);
     // Moves to the row, or to the nearest sound; extends the selection with Shift.
     Q_INVOKABLE void moveTo(int row, int modifiers);
+    // To the list from elsewhere: to the first sound, unless the open one is shown.
+    Q_INVOKABLE void enter();
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void deleteSelected();
     // The row's menu: all that are selected if the row is one of several, else it alone.
@@ -73,11 +89,18 @@ public:
 Q_SIGNALS:
     void countChanged();
     void currentRowChanged();
+    void queryChanged();
 
 private:
     int incomingCount() const { return int(m_incoming.size()); }
     const SoundItem* soundAt(int row) const;
     QVariant incomingData(qsizetype row, int role) const;
+    int rowOf(const QUuid& id) const; // -1: not shown
+    QList<SoundItem> selectedSounds() const;
+    void removeSound(int index);
+    bool isRelated() const { return m_searchFoundNothing && !m_related.words().isEmpty(); }
+    void find();
+    void show(const QList<SoundItem>& sounds);
     void takeIncoming();
     void lookAtProgress();
     void setCurrent(const QUuid& id);
@@ -85,7 +108,11 @@ private:
     AppModel& m_app;
     // Copies, because a row must still be told while it goes.
     QList<SoundItem> m_sounds;
+    QList<QUuid> m_ids; // the library's
     QList<IncomingFile> m_incoming;
+    QString m_query;
+    bool m_searchFoundNothing = false;
+    RelatedWords m_related; // to a query that finds nothing
     QUuid m_current;
     QTimer m_progressTimer;
 };

@@ -1,8 +1,5 @@
 #include "ui/MainWindow.h"
 
-#include <QEvent>
-#include <QGuiApplication>
-#include <QPalette>
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
@@ -25,8 +22,6 @@ MainWindow::MainWindow(AppModel& app, Defaults& defaults)
       m_model(app, [this] { m_filePanel.open(m_window); })
 {
     m_themes.applyFont();
-    followSystem();
-    qApp->installEventFilter(this);
     // Hinted glyphs instead of distance fields: small text is crisper.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     prepareEngine(m_engine);
@@ -44,19 +39,6 @@ void MainWindow::bringToFront()
     m_window->show();
     m_window->raise();
     m_window->requestActivate();
-}
-
-bool MainWindow::eventFilter(QObject* object, QEvent* event)
-{
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        followSystem();
-    return QObject::eventFilter(object, event);
-}
-
-void MainWindow::followSystem()
-{
-    const QPalette palette = QGuiApplication::palette();
-    m_themes.setSystemIsDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
 }
 
 } // namespace tonequill

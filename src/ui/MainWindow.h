@@ -20,14 +20,10 @@ public:
     ~MainWindow() override;
 
     void bringToFront();
+    ThemeStore& themes() { return m_themes; }
     QQuickWindow* window() const { return m_window; }
 
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
-    void followSystem();
-
     ThemeStore m_themes;
     FilePanel m_filePanel;
     WindowModel m_model;

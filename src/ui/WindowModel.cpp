@@ -15,7 +15,8 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
     : m_app(app),
       m_askForFiles(std::move(askForFiles)),
       m_library(app),
-      m_sound(app)
+      m_sound(app),
+      m_autoFolder(app.autoFolder())
 {
     connect(&app, &AppModel::sectionChanged, this, &WindowModel::sectionChanged);
     connect(&app, &AppModel::noticeChanged, this, &WindowModel::noticeChanged);
@@ -24,6 +25,13 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
         m_isAdding = m_isAdding && isWorking();
         Q_EMIT isWorkingChanged();
     });
+}
+
+SettingsView* WindowModel::settings()
+{
+    if (!m_settings)
+        m_settings = std::make_unique<SettingsView>(m_app, ThemeStore::shared());
+    return m_settings.get();
 }
 
 void WindowModel::addToLibrary()

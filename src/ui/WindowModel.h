@@ -1,6 +1,8 @@
 #pragma once
 
+#include "ui/AutoFolderView.h"
 #include "ui/LibraryListModel.h"
+#include "ui/SettingsView.h"
 #include "ui/SoundView.h"
 
 #include <QObject>
@@ -24,6 +26,8 @@ class WindowModel : public QObject {
     Q_PROPERTY(bool isAdding READ isAdding NOTIFY isWorkingChanged FINAL)
     Q_PROPERTY(tonequill::LibraryListModel* library READ library CONSTANT FINAL)
     Q_PROPERTY(tonequill::SoundView* sound READ sound CONSTANT FINAL)
+    Q_PROPERTY(tonequill::AutoFolderView* autoFolder READ autoFolder CONSTANT FINAL)
+    Q_PROPERTY(tonequill::SettingsView* settings READ settings CONSTANT FINAL)
 
 public:
     // QML takes only capitals; the order is AppSection's.
@@ -43,6 +47,9 @@ public:
     bool isAdding() const { return m_isAdding && isWorking(); }
     LibraryListModel* library() { return &m_library; }
     SoundView* sound() { return &m_sound; }
+    AutoFolderView* autoFolder() { return &m_autoFolder; }
+    // Made when they are first asked for. REQUIRES: the process has its ThemeStore.
+    SettingsView* settings();
 
     Q_INVOKABLE void chooseFiles() const { m_askForFiles(); }
     // What becomes of the open sound's marked parts.
@@ -73,6 +80,8 @@ private:
     std::function<void()> m_askForFiles;
     LibraryListModel m_library;
     SoundView m_sound;
+    AutoFolderView m_autoFolder;
+    std::unique_ptr<SettingsView> m_settings;
     bool m_isAdding = false;
 };
 

@@ -20,10 +20,12 @@ public:
     }
 
     void reveal(const QString& path) override { revealed << path; }
+    void showFolder(const QString& path) override { shownFolders << path; }
 
     bool isThere = true;
     QStringList opened;
     QStringList revealed;
+    QStringList shownFolders;
 };
 
 } // namespace tonequill::test

@@ -1,13 +1,9 @@
 #include "platform/DesktopApps.h"
 
-#include "support/Environment.h"
-#include "support/MediaFactory.h"
 #include "support/Printing.h"
+#include "support/SessionBus.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -17,9 +13,6 @@
 #include <QThreadPool>
 
 #include <gmock/gmock.h>
-
-#include <csignal>
-#include <optional>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -100,52 +93,29 @@ private:
     } m_places;
 };
 
-// A session bus of the test's own, which this process is the file manager of.
-class FileManager final : public QDBusVirtualObject {
+// This process as the file manager of a session bus of the test's own.
+class FileManager {
 public:
     enum class Answer { shown, refused, none };
 
-    explicit FileManager(Answer answer) : m_answer(answer)
-    {
-        const QString told = test::makeFile(u"dbus"_s, {});
-        const QString line = u"dbus-daemon --session --fork --print-address=1 --print-pid=1 >'"_s + told + u'\'';
-        EXPECT_EQ(test::run(u"/bin/sh"_s, {u"-c"_s, u"PATH=/usr/bin "_s + line}), 0);
-        const QByteArrayList lines = test::bytesOfFile(told).split('\n');
-        const QByteArray& address = lines.value(0);
-        m_daemon = lines.value(1).toInt();
-        m_address.emplace("DBUS_SESSION_BUS_ADDRESS", address);
-        QDBusConnection bus = QDBusConnection::connectToBus(QString::fromUtf8(address), kConnection);
-        isThere = bus.registerService(u"org.freedesktop.FileManager1"_s) &&
-                  bus.registerVirtualObject(u"/org/freedesktop/FileManager1"_s, this);
-    }
-    ~FileManager() override
-    {
-        QDBusConnection::disconnectFromBus(kConnection);
-        if (m_daemon > 0)
-            kill(m_daemon, SIGTERM);
-    }
+    explicit FileManager(Answer answer)
+        : m_program(m_bus, u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+                    [this, answer](const QDBusMessage& call, const QDBusConnection& bus) {
+                        calls << call.member() + u' ' + call.arguments().value(0).toStringList().join(u',') + u' ' +
+                                     call.arguments().value(1).toString();
+                        if (answer == Answer::shown)
+                            bus.send(call.createReply());
+                        if (answer == Answer::refused)
+                            bus.send(call.createErrorReply(QDBusError::Failed, u"no"_s));
+                    })
+    {}
 
-    QString introspect(const QString&) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
-    {
-        calls << message.member() + u' ' + message.arguments().value(0).toStringList().join(u',') + u' ' +
-                     message.arguments().value(1).toString();
-        if (m_answer == Answer::shown)
-            bus.send(message.createReply());
-        if (m_answer == Answer::refused)
-            bus.send(message.createErrorReply(QDBusError::Failed, u"no"_s));
-        return true;
-    }
-
-    bool isThere = false;
+    bool isThere() const { return m_program.isThere; }
     QStringList calls;
 
 private:
-    const QString kConnection = u"file manager"_s;
-    Answer m_answer;
-    pid_t m_daemon = 0;
-    std::optional<test::Environment> m_address;
+    test::SessionBus m_bus;
+    test::BusProgram m_program;
 };
 
 } // namespace
@@ -220,7 +190,7 @@ TEST_F(DesktopAppsTest, PassesOverEntriesThatCannotBeRead)
 TEST_F(DesktopAppsTest, ShowsAFileInTheFileManager)
 {
     FileManager manager(FileManager::Answer::shown);
-    ASSERT_TRUE(manager.isThere);
+    ASSERT_TRUE(manager.isThere());
     addProgram(u"xdg-open"_s);
     apps.reveal(u"/some where/ä.fcpxml"_s);
     EXPECT_TRUE(waitFor([&] { return !manager.calls.isEmpty(); }));
@@ -229,12 +199,31 @@ TEST_F(DesktopAppsTest, ShowsAFileInTheFileManager)
     EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
 }
 
+TEST_F(DesktopAppsTest, ShowsAFolderInTheFileManager)
+{
+    FileManager manager(FileManager::Answer::shown);
+    ASSERT_TRUE(manager.isThere());
+    addProgram(u"xdg-open"_s);
+    apps.showFolder(u"/some where/Library"_s);
+    EXPECT_TRUE(waitFor([&] { return !manager.calls.isEmpty(); }));
+    EXPECT_EQ(manager.calls, QStringList{u"ShowFolders file:///some%20where/Library "_s});
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
+}
+
+TEST_F(DesktopAppsTest, OpensAFolderWithoutAFileManager)
+{
+    addProgram(u"xdg-open"_s);
+    apps.showFolder(u"/some where/Library"_s);
+    EXPECT_EQ(asked(), (QStringList{u"xdg-open"_s, u"/some where/Library"_s}));
+}
+
 TEST_F(DesktopAppsTest, OpensTheFolderWhereNothingCanSelectTheFile)
 {
     addProgram(u"xdg-open"_s);
     for (const auto answer : {FileManager::Answer::refused, FileManager::Answer::none}) {
         FileManager manager(answer);
-        ASSERT_TRUE(manager.isThere);
+        ASSERT_TRUE(manager.isThere());
         QElapsedTimer time;
         time.start();
         apps.reveal(u"/some where/x.fcpxml"_s);

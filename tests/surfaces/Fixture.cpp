@@ -59,6 +59,8 @@ Levels Fixture::wave()
 void Fixture::start(int count)
 {
     stop();
+    for (const QString& key : {u"autoFolderOn"_s, u"autoFolderName"_s, u"autoFolderBookmark"_s})
+        m_defaults.remove(key);
     m_folder = std::make_unique<LibraryFolder>();
     for (int i = 1; i <= count; ++i)
         m_folder->add(u"Sound %1"_s.arg(i)).descriptors = {u"short"_s, u"hit"_s};
@@ -168,6 +170,31 @@ void Fixture::say(const QString& text, bool isError)
 void Fixture::setDark(bool isDark)
 {
     m_themes.setAppearance(isDark ? Appearance::dark : Appearance::light);
+}
+
+QString Fixture::setting(const QString& key) const
+{
+    return Defaults(m_defaults.path()).text(key).value_or(QString());
+}
+
+void Fixture::resetSettings()
+{
+    for (const QString& key : {u"shortOnlyByDefault"_s, u"hideCreditSounds"_s, u"alsoFinalCut"_s, u"saveFolderPath"_s})
+        m_defaults.remove(key);
+    m_themes.setThemeID(u"aurora"_s);
+    m_themes.setAppearance(Appearance::light);
+    m_apps = FakeOtherApps();
+}
+
+void Fixture::deleteFirst()
+{
+    m_app->deleteItems({m_app->library().items().first()});
+}
+
+void Fixture::chooseAutoFolder(const QString& name)
+{
+    QDir().mkpath(m_folder->filePath(name));
+    m_app->autoFolder().chooseFolder(m_folder->filePath(name));
 }
 
 QString Fixture::sound(const QString& name) const

@@ -62,6 +62,15 @@ public:
     Q_INVOKABLE void say(const QString& text, bool isError);
     Q_INVOKABLE void advance(int milliseconds) { m_clock.advance(std::chrono::milliseconds(milliseconds)); }
     Q_INVOKABLE void setDark(bool isDark);
+    // The Auto Folder gets a folder of that name, and a run of it fails.
+    Q_INVOKABLE void chooseAutoFolder(const QString& name);
+    Q_INVOKABLE void failAutoFolder(const QString& problem) { m_app->autoFolder().record({}, problem); }
+    // A setting as it is stored, as text; and all of them as on a first start, but light.
+    Q_INVOKABLE QString setting(const QString& key) const;
+    Q_INVOKABLE void resetSettings();
+    Q_INVOKABLE void setFinalCut(bool isThere) { m_apps.isThere = isThere; }
+    Q_INVOKABLE QStringList shownFolders() const { return m_apps.shownFolders; }
+    Q_INVOKABLE void deleteFirst();
     // The path of a sound, or of a text file that is none.
     Q_INVOKABLE QString sound(const QString& name) const;
     Q_INVOKABLE QString words(const QString& name) const;

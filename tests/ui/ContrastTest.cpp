@@ -4,11 +4,15 @@
 
 #include "ui/DesignTokens.h"
 
-#include <QHash>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
 using namespace tonequill;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,7 +25,8 @@ struct Pair {
     const char* name;
     double floor;
     ColorOf ink;
-    std::vector<ColorOf> surfaces; // from the window's ground upwards
+    std::vector<ColorOf> surfaces;          // from the window's ground upwards
+    std::vector<ColorOf> darkSurfaces = {}; // in the dark, where they are others
 };
 
 QColor over(const QColor& top, const QColor& below)
@@ -45,16 +50,41 @@ double contrast(const QColor& a, const QColor& b)
     return (brighter + 0.05) / (darker + 0.05);
 }
 
-double worstContrast(const Palette& palette, const Pair& pair)
+// What `ink` comes to on surfaces laid over the window's ground, at its worst place.
+double worstContrast(const Palette& palette, const QColor& ink, const std::vector<QColor>& surfaces)
 {
     double worst = 21;
     for (const auto& [at, stop] : palette.windowStops) {
         QColor ground = over(stop, palette.windowBase);
-        for (const ColorOf surface : pair.surfaces)
-            ground = over(palette.*surface, ground);
-        worst = std::min(worst, contrast(over(palette.*pair.ink, ground), ground));
+        for (const QColor& surface : surfaces)
+            ground = over(surface, ground);
+        worst = std::min(worst, contrast(over(ink, ground), ground));
     }
     return worst;
+}
+
+double worstContrast(const Palette& palette, const Pair& pair, bool isDark)
+{
+    std::vector<QColor> surfaces;
+    for (const ColorOf surface : isDark && !pair.darkSurfaces.empty() ? pair.darkSurfaces : pair.surfaces)
+        surfaces.push_back(palette.*surface);
+    return worstContrast(palette, palette.*pair.ink, surfaces);
+}
+
+QColor between(const QColor& a, const QColor& b, double share)
+{
+    const auto mix = [share](float x, float y) { return float(x + (y - x) * share); };
+    return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
+}
+
+// Calls `look` for every theme in both appearances, with its name for messages.
+void forEachPalette(const std::function<void(const AppTheme&, const Palette&, bool isDark, const std::string& name)>& look)
+{
+    const DesignTokens tokens = DesignTokens::builtIn();
+    for (const AppTheme& theme : tokens.themes) {
+        look(theme, theme.light, false, theme.id.toStdString() + " light: ");
+        look(theme, theme.dark, true, theme.id.toStdString() + " dark: ");
+    }
 }
 
 using P = Palette;
@@ -112,7 +142,111 @@ const std::vector<Pair> kPairs{
     {"slider's fill", kGraphic, &P::sliderFill, {&P::panel}},
     {"first bar of the empty library", kGraphic, &P::wavePlayedStart, {&P::panel}},
     {"last bar of the empty library", kGraphic, &P::wavePlayedEnd, {&P::panel}},
+
+    {"button of the toolbar without a ground", kGraphic, &P::textSecondary, {&P::toolbar}},
+    {"title of the settings", kText, &P::textPrimary, {&P::popover}},
+    {"close button of the settings", kGraphic, &P::textSecondary, {&P::popover}},
+    {"setting", kText, &P::textPrimary, {&P::popover, &P::buttonFill}},
+    {"note, value, and theme's name", kText, &P::textSecondary, {&P::popover, &P::buttonFill}},
+    {"ring of the chosen theme", kGraphic, &P::accentInk, {&P::popover, &P::buttonFill}},
+    {"focus ring in the settings", kGraphic, &P::focusRing, {&P::popover, &P::buttonFill}},
+    {"switch of a setting, off", kGraphic, &P::control, {&P::popover, &P::buttonFill}},
+    {"switch of a setting, on", kGraphic, &P::accent, {&P::popover, &P::buttonFill}},
+    {"segment of a setting",
+     kText,
+     &P::textSecondary,
+     {&P::popover, &P::buttonFill, &P::buttonFill},
+     {&P::popover, &P::buttonFill, &P::fieldFill}},
+    {"segment of a setting under the pointer",
+     kText,
+     &P::textSecondary,
+     {&P::popover, &P::buttonFill, &P::buttonFill, &P::buttonFill},
+     {&P::popover, &P::buttonFill, &P::fieldFill, &P::buttonFill}},
+    {"segment of a setting, chosen", kText, &P::textPrimary, {&P::raised}},
+    {"button of a setting", kText, &P::textPrimary, {&P::raised}, {&P::popover, &P::buttonFill, &P::buttonFill}},
+    {"button of a setting under the pointer",
+     kText,
+     &P::textPrimary,
+     {&P::raised, &P::buttonFill},
+     {&P::popover, &P::buttonFill, &P::buttonHover}},
+    {"button of a setting, pressed",
+     kText,
+     &P::textPrimary,
+     {&P::raised, &P::buttonHover},
+     {&P::popover, &P::buttonFill, &P::buttonPressed}},
 };
+
+// Inks on the surfaces that surfaces to come may lay them on.
+const std::vector<Pair> kPalette = [] {
+    std::vector<Pair> pairs;
+    const auto add = [&pairs](double floor, std::vector<std::pair<const char*, ColorOf>> inks,
+                              const std::vector<std::vector<ColorOf>>& grounds) {
+        for (const auto& [name, ink] : inks) {
+            for (const auto& ground : grounds)
+                pairs.push_back({name, floor, ink, ground, {}});
+        }
+    };
+    add(kText, {{"textPrimary", &P::textPrimary}, {"textSecondary", &P::textSecondary}},
+        {{},
+         {&P::toolbar},
+         {&P::toolbarButton},
+         {&P::panel},
+         {&P::panel, &P::card},
+         {&P::panel, &P::card, &P::well},
+         {&P::panel, &P::rowHover},
+         {&P::panel, &P::rowSelected},
+         {&P::panel, &P::fieldFill},
+         {&P::panel, &P::buttonFill},
+         {&P::panel, &P::buttonHover},
+         {&P::popover},
+         {&P::popover, &P::buttonFill}});
+    add(kText, {{"textTertiary", &P::textTertiary}},
+        {{},
+         {&P::toolbar},
+         {&P::panel},
+         {&P::panel, &P::card},
+         {&P::panel, &P::card, &P::well},
+         {&P::panel, &P::rowHover},
+         {&P::popover},
+         {&P::popover, &P::buttonFill}});
+    add(kText, {{"accentInk", &P::accentInk}},
+        {{&P::toolbar},
+         {&P::panel},
+         {&P::panel, &P::card},
+         {&P::panel, &P::rowHover},
+         {&P::panel, &P::rowSelected},
+         {&P::popover}});
+    add(kText, {{"accentText", &P::accentText}}, {{&P::accent}, {&P::accentHover}, {&P::accentPressed}});
+    add(kText, {{"accentSoftText", &P::accentSoftText}},
+        {{&P::panel, &P::accentSoft}, {&P::panel, &P::card, &P::accentSoft}, {&P::panel, &P::accentSoftHover}});
+    add(kText, {{"danger", &P::danger}, {"warning", &P::warning}, {"success", &P::success}},
+        {{&P::panel}, {&P::panel, &P::card}});
+    add(kText, {{"dangerText", &P::dangerText}}, {{&P::panel, &P::dangerSoft}});
+    add(kText, {{"warningText", &P::warningText}}, {{&P::panel, &P::warningSoft}});
+    add(kText, {{"successText", &P::successText}}, {{&P::panel, &P::successSoft}});
+    add(kGraphic, {{"accent", &P::accent}, {"sliderFill", &P::sliderFill}}, {{&P::panel}, {&P::panel, &P::card}});
+    add(kGraphic, {{"control", &P::control}}, {{&P::panel}, {&P::panel, &P::card}, {&P::panel, &P::rowHover}, {&P::popover}});
+    add(kGraphic, {{"focusRing", &P::focusRing}},
+        {{}, {&P::toolbar}, {&P::panel}, {&P::panel, &P::card}, {&P::panel, &P::rowSelected}, {&P::popover}});
+    add(kGraphic,
+        {{"waveOutside", &P::waveOutside},
+         {"waveOutsideRms", &P::waveOutsideRms},
+         {"handle", &P::handle},
+         {"playhead", &P::playhead}},
+        {{&P::panel, &P::card, &P::well}});
+    add(kGraphic,
+        {{"waveUnplayed", &P::waveUnplayed},
+         {"waveUnplayedRms", &P::waveUnplayedRms},
+         {"wavePlayedStart", &P::wavePlayedStart},
+         {"wavePlayedEnd", &P::wavePlayedEnd}},
+        {{&P::panel, &P::card, &P::well, &P::waveRange}});
+    add(kGraphic, {{"handleGrip", &P::handleGrip}}, {{&P::handle}});
+    add(kGraphic, {{"playhead on a wave", &P::playhead}}, {{&P::waveUnplayed}});
+    add(kGraphic, {{"skimmer", &P::skimmer}, {"snapLine", &P::snapLine}, {"playhead", &P::playhead}}, {{&P::panel, &P::lane}});
+    add(kGraphic, {{"meterLow", &P::meterLow}, {"meterMid", &P::meterMid}, {"meterHigh", &P::meterHigh}},
+        {{&P::panel, &P::meterTrack}});
+    return pairs;
+}();
 
 } // namespace
 
@@ -125,12 +259,78 @@ TEST(Contrast, IsThatOfTheStandard)
 
 TEST(Contrast, ReachesItsFloorInEveryThemeAndAppearance)
 {
-    for (const AppTheme& theme : DesignTokens::builtIn().themes) {
-        for (const Palette* palette : {&theme.light, &theme.dark}) {
-            for (const Pair& pair : kPairs) {
-                EXPECT_GE(worstContrast(*palette, pair), pair.floor)
-                    << theme.id.toStdString() << (palette == &theme.dark ? " dark: " : " light: ") << pair.name;
-            }
+    forEachPalette([](const AppTheme&, const Palette& palette, bool isDark, const std::string& name) {
+        for (const auto* pairs : {&kPairs, &kPalette}) {
+            for (const Pair& pair : *pairs)
+                EXPECT_GE(worstContrast(palette, pair, isDark), pair.floor) << name << pair.name << ", " << pair.surfaces.size();
         }
-    }
+    });
+}
+
+TEST(Contrast, OfTheSwitchesThumb)
+{
+    forEachPalette([](const AppTheme&, const Palette& palette, bool isDark, const std::string& name) {
+        const QColor thumb = isDark ? palette.accentText : palette.thumb;
+        EXPECT_GE(contrast(thumb, palette.accent), kGraphic) << name << "on";
+        EXPECT_GE(contrast(thumb, palette.control), kGraphic) << name << "off";
+    });
+}
+
+// A swatch is known by its name and by the ring when it is chosen; its bar shows
+// the accent of its theme, whichever theme the settings wear.
+TEST(Contrast, OfEachSwatchsBarInItsEdge)
+{
+    forEachPalette([](const AppTheme&, const Palette& worn, bool isDark, const std::string& name) {
+        const DesignTokens tokens = DesignTokens::builtIn();
+        for (const AppTheme& shown : tokens.themes)
+            EXPECT_GE(contrast((isDark ? shown.dark : shown.light).accent, worn.popover), kGraphic)
+                << name << shown.id.toStdString();
+    });
+}
+
+TEST(Contrast, OfWhatHasBeenPlayedAllAlong)
+{
+    forEachPalette([](const AppTheme&, const Palette& palette, bool, const std::string& name) {
+        for (const double share : {0.25, 0.5, 0.75}) {
+            const QColor wave = between(palette.wavePlayedStart, palette.wavePlayedEnd, share);
+            EXPECT_GE(worstContrast(palette, wave, {palette.panel, palette.card, palette.well, palette.waveRange}), kGraphic)
+                << name << share;
+        }
+    });
+}
+
+TEST(Contrast, OfEachTopicsIcon)
+{
+    constexpr int kTopics = 13;
+    constexpr float kBadge = 0.16f; // opacity.topicBadge
+    forEachPalette([](const AppTheme&, const Palette& palette, bool, const std::string& name) {
+        for (int i = 0; i < kTopics; ++i) {
+            const QColor icon = between(palette.topicStart, palette.topicEnd, double(i) / (kTopics - 1));
+            QColor badge = icon;
+            badge.setAlphaF(kBadge);
+            EXPECT_GE(worstContrast(palette, icon, {palette.panel, palette.card, badge}), kGraphic) << name << i;
+        }
+    });
+}
+
+// The Studio's regions are no part of Palette yet: read from the file.
+TEST(Contrast, OfEachRegion)
+{
+    QFile file(u":/design/tokens.json"_s);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QJsonObject themes = QJsonDocument::fromJson(file.readAll())[u"themes"_s].toObject();
+    int count = 0;
+    forEachPalette([&](const AppTheme& theme, const Palette& palette, bool isDark, const std::string& name) {
+        const QJsonValue colors = themes[theme.id][isDark ? u"dark"_s : u"light"_s];
+        for (const QJsonValue& region : colors[u"regions"_s].toArray()) {
+            const auto color = [&region](const QString& key) { return colorFromText(region[key].toString()); };
+            EXPECT_GE(contrast(color(u"text"_s), color(u"regionHeader"_s)), kText) << name;
+            EXPECT_GE(contrast(color(u"wave"_s), color(u"region"_s)), kGraphic) << name;
+            EXPECT_GE(contrast(color(u"mutedWave"_s), color(u"muted"_s)), kGraphic) << name;
+            EXPECT_GE(contrast(palette.playhead, color(u"region"_s)), kGraphic) << name;
+            EXPECT_GE(worstContrast(palette, color(u"edge"_s), {palette.panel, palette.lane}), kGraphic) << name;
+            ++count;
+        }
+    });
+    EXPECT_EQ(count, 6 * 2 * 6);
 }

@@ -9,6 +9,7 @@
 #include "support/Printing.h"
 
 #include <QAbstractItemModelTester>
+#include <QJsonArray>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -33,6 +34,19 @@ protected:
     {
         for (int i = 0; i < count; ++i)
             folder.add(QString(QChar(u'a' + i)));
+        start();
+    }
+
+    // The sounds have these names: letters of their own, and words to find.
+    void openNamed(const QStringList& names)
+    {
+        for (const QString& name : names)
+            folder.add(name);
+        start();
+    }
+
+    void start()
+    {
         folder.write();
         app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
                                          std::make_unique<LibraryStore>(clock, folder.path()));
@@ -228,6 +242,143 @@ TEST_F(LibraryListModelTest, AFileThatFailsGoesAgain)
     test::await(app->importURLs({folder.filePath(u"words.txt"_s)}));
     EXPECT_EQ(rows(), u"A"_s);
     EXPECT_TRUE(app->noticeIsError());
+}
+
+TEST_F(LibraryListModelTest, ShowsWhatTheSearchFindsBestFirst)
+{
+    openNamed({u"a boom"_s, u"b rain"_s, u"c hit"_s, u"d rain boom"_s});
+    model->setQuery(u"rain boom"_s);
+    EXPECT_EQ(rows(), u"d rain boomA BOOMb rainc hit"_s); // a hit is a kind of boom
+    model->setQuery(u"RAIN"_s);
+    EXPECT_EQ(rows(), u"b raind rain boom"_s);
+    EXPECT_EQ(model->soundCount(), 4); // the library's
+    EXPECT_EQ(model->currentRow(), -1);
+    model->setQuery({});
+    EXPECT_EQ(rows(), u"A BOOMb rainc hitd rain boom"_s);
+    EXPECT_EQ(model->currentRow(), 0);
+}
+
+TEST_F(LibraryListModelTest, ClicksActOnTheListAsShown)
+{
+    openNamed({u"a dog"_s, u"b cat"_s, u"c dog"_s, u"d cat"_s, u"e dog"_s});
+    model->setQuery(u"dog"_s);
+    model->click(0, kPlain);
+    model->click(2, kShift);
+    EXPECT_EQ(rows(), u"A DOGC DOGE DOG"_s);
+    model->setQuery({});
+    EXPECT_EQ(rows(), u"A DOGb catC DOGd catE DOG"_s);
+    model->setQuery(u"cat"_s);
+    model->click(1, kShift); // the open sound isn't there to start from
+    EXPECT_EQ(rows(), u"b catD CAT"_s);
+    model->selectAll();
+    EXPECT_EQ(rows(), u"B CATD CAT"_s);
+    model->setQuery({});
+    EXPECT_EQ(rows(), u"a dogB CATc dogD CATe dog"_s);
+}
+
+TEST_F(LibraryListModelTest, WhatIsSelectedButNotShownIsSafe)
+{
+    openNamed({u"a dog"_s, u"b cat"_s, u"c dog"_s, u"d cat"_s});
+    model->selectAll();
+    model->setQuery(u"dog"_s);
+    EXPECT_EQ(model->deleteLabel(0), u"Delete 2 Sounds"_s);
+    EXPECT_EQ(model->meantBy(1).size(), 2);
+    model->deleteSelected();
+    EXPECT_EQ(model->rowCount(), 0);
+    model->setQuery({});
+    EXPECT_EQ(rows().toLower(), u"b catd cat"_s);
+}
+
+TEST_F(LibraryListModelTest, TheSearchFollowsTheLibrary)
+{
+    openNamed({u"a dog"_s, u"b cat"_s, u"c dog"_s});
+    model->setQuery(u"dog"_s);
+    app->library().rename(app->library().items()[1], u"b dog"_s);
+    EXPECT_EQ(rows(), u"A DOGb dogc dog"_s);
+    app->library().rename(app->library().items()[2], u"c cow"_s);
+    EXPECT_EQ(rows(), u"A DOGb dog"_s);
+    app->library().update(app->library().items()[1], [](SoundItem& item) { item.tags = {u"dog"_s}; });
+    EXPECT_EQ(rows(), u"b dogA DOG"_s);
+    test::await(app->library().importFile(test::writeTone(folder.filePath(u"dog n.wav"_s)), SoundOrigin::imported));
+    EXPECT_EQ(rows(), u"b dogdog nA DOG"_s);
+    test::await(app->library().importFile(test::writeTone(folder.filePath(u"cat n.wav"_s)), SoundOrigin::imported));
+    EXPECT_EQ(rows(), u"b dogdog nA DOG"_s);
+    app->deleteItems({app->library().items()[1]}); // dog n
+    EXPECT_EQ(rows(), u"b dogA DOG"_s);
+    app->deleteItems({app->library().items()[0]}); // cat n, which isn't shown
+    EXPECT_EQ(rows(), u"b dogA DOG"_s);
+    EXPECT_EQ(model->soundCount(), 3);
+}
+
+TEST_F(LibraryListModelTest, SaysThatNothingWasFound)
+{
+    openNamed({u"a dog"_s});
+    EXPECT_EQ(model->nothingFound(), QString());
+    model->setQuery(u"xylophone"_s);
+    EXPECT_EQ(model->nothingFound(), u"No Results for “xylophone”"_s);
+    EXPECT_FALSE(model->isEmpty());
+    model->selectAll();
+    model->enter();
+    model->moveTo(0, kPlain);
+    app->library().rename(app->library().items()[0], u"xylophone"_s);
+    EXPECT_EQ(model->nothingFound(), QString());
+    app->deleteItems(app->library().items());
+    EXPECT_EQ(model->nothingFound(), u"No Results for “xylophone”"_s);
+    EXPECT_TRUE(model->isEmpty());
+}
+
+TEST_F(LibraryListModelTest, FilesThatComeInAreShownWhateverIsSearched)
+{
+    openNamed({u"a dog"_s});
+    model->setQuery(u"cat"_s);
+    auto flow = app->importURLs({test::writeTone(folder.filePath(u"cat.wav"_s)), test::writeTone(folder.filePath(u"x.wav"_s))});
+    EXPECT_EQ(rows(), u"catx"_s);
+    EXPECT_EQ(model->nothingFound(), QString());
+    test::await(std::move(flow));
+    EXPECT_EQ(rows(), u"cat"_s);
+}
+
+TEST_F(LibraryListModelTest, TheKeysComeToTheOpenSoundOrTheFirst)
+{
+    openNamed({u"a dog"_s, u"b cat"_s, u"c cat"_s, u"d dog"_s});
+    model->click(3, kPlain);
+    model->setQuery(u"dog"_s);
+    model->enter();
+    EXPECT_EQ(rows(), u"a dogD DOG"_s);
+    model->setQuery(u"cat"_s);
+    EXPECT_EQ(model->currentRow(), -1);
+    model->enter();
+    EXPECT_EQ(rows(), u"B CATc cat"_s);
+    EXPECT_EQ(app->selectedItem()->name, u"b cat"_s);
+}
+
+TEST_F(LibraryListModelTest, AQueryThatFindsNothingShowsWhatIsRelatedToIt)
+{
+    openNamed({u"a Scream"_s, u"b rain"_s, u"c Creepy Door"_s});
+    languageModel.answer = {{{u"meaning"_s, u"ghosts"_s}, {u"tags"_s, QJsonArray{{u"creepy"_s, u"scream"_s}}}}};
+    model->setQuery(u"spukhaft"_s);
+    EXPECT_EQ(model->nothingFound(), u"No Results for “spukhaft”"_s);
+    clock.advance(std::chrono::milliseconds(800));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(model->relatedHeading(), u"Related to “spukhaft”: creepy, scream"_s);
+    EXPECT_EQ(model->nothingFound(), QString());
+    EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);                     // in the library's order
+    app->library().rename(app->library().items()[1], u"b spukhaft"_s); // now there is something
+    EXPECT_EQ(model->relatedHeading(), QString());
+    EXPECT_EQ(rows(), u"b spukhaft"_s);
+    app->library().rename(app->library().items()[1], u"b rain"_s);
+    EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);
+    model->setQuery(u"spukhafte"_s); // another question
+    EXPECT_EQ(model->relatedHeading(), QString());
+    EXPECT_EQ(model->rowCount(), 0);
+}
+
+TEST_F(LibraryListModelTest, NobodyIsAskedWhereTheSearchFindsSomething)
+{
+    openNamed({u"a dog"_s});
+    model->setQuery(u"dog"_s);
+    clock.advance(std::chrono::milliseconds(5000));
+    EXPECT_EQ(languageModel.questions, 0);
 }
 
 TEST_F(LibraryListModelTest, ASoundThatIsBeingNamedTellsSo)

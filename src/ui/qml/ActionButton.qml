@@ -10,19 +10,23 @@ T.Button {
     enum Kind {
         Plain,
         Accent, // the one action of a screen
-        Toolbar
+        Toolbar,
+        Raised // on a card
     }
 
     property int kind: ActionButton.Plain
     property string iconName: ""
     property bool isLoading: false
+    property bool isOn: false // what it opens is there
     property bool isCompact: false // the icon only; the words become the tip
     property bool isSmall: false
+    property string trailingIconName: ""
+    property real maximumTextWidth: Infinity
     property string tip: ""
     property string keys: ""
 
     readonly property bool isAccent: kind === ActionButton.Accent && enabled
-    readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : Theme.textPrimary
+    readonly property color ink: !enabled ? Theme.textDisabled : isAccent ? Theme.accentText : isOn ? Theme.accentSoftText : Theme.textPrimary
 
     implicitHeight: isSmall ? Metrics.hitTarget : Metrics.button
     topInset: isSmall ? (Metrics.hitTarget - Metrics.buttonSmall) / 2 : 0 // smaller to look at than to hit
@@ -43,8 +47,12 @@ T.Button {
         color: {
             if (control.isAccent)
                 return control.down ? Theme.accentPressed : control.hovered ? Theme.accentHover : Theme.accent;
+            if (control.isOn)
+                return control.hovered ? Theme.accentSoftHover : Theme.accentSoft;
             if (control.kind === ActionButton.Toolbar)
                 return control.down ? Theme.buttonPressed : control.hovered ? Theme.toolbarButtonHover : Theme.toolbarButton;
+            if (control.kind === ActionButton.Raised && !Theme.isDark)
+                return Qt.tint(Theme.raised, control.down ? Theme.buttonHover : control.hovered ? Theme.buttonFill : "transparent");
             return control.down ? Theme.buttonPressed : control.hovered && control.enabled ? Theme.buttonHover : Theme.buttonFill;
         }
 
@@ -52,6 +60,11 @@ T.Button {
             Fade {
                 duration: control.down ? Metrics.motionPress : Metrics.motionHover
             }
+        }
+        Shadow {
+            visible: control.kind === ActionButton.Raised
+            layers: Theme.controlShadow
+            radius: Metrics.radiusControl
         }
         FocusRing {
             visible: control.visualFocus
@@ -85,17 +98,26 @@ T.Button {
             }
             Label {
                 visible: !control.isCompact
+                width: Math.min(implicitWidth, control.maximumTextWidth)
                 anchors.verticalCenter: parent.verticalCenter
                 type: control.isSmall ? Metrics.captionStrong : control.kind === ActionButton.Accent ? Metrics.label : Metrics.bodyStrong
                 color: control.ink
                 text: control.text
+            }
+            Icon {
+                visible: control.trailingIconName !== ""
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.trailingIconName
+                color: control.ink
             }
         }
     }
 
     Tip {
         control: control
-        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        text: control.isOn ? "" : control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
         keys: control.keys
     }
 }

@@ -20,9 +20,11 @@ Column {
         color: Theme.textSecondary
     }
     Label {
-        visible: text !== ""
+        visible: state.title !== ""
         width: parent.width
         horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+        maximumLineCount: 3 // it may quote what the user typed
         type: Metrics.heading
         text: state.title
     }

@@ -7,8 +7,9 @@ Rectangle {
 
     required property string text
     property bool isWarning: false // recoverable, or the user's to decide
-
-    readonly property color ink: isWarning ? Theme.warningText : Theme.dangerText
+    property string iconName: "warning"
+    property color ink: isWarning ? Theme.warningText : Theme.dangerText
+    property alias maximumLineCount: label.maximumLineCount
 
     implicitHeight: label.implicitHeight + 2 * Metrics.spaceM
     radius: Metrics.radiusControl
@@ -23,7 +24,7 @@ Rectangle {
         y: Metrics.spaceM
         width: Metrics.iconSmall
         height: Metrics.iconSmall
-        name: "warning"
+        name: notice.iconName
         color: notice.ink
     }
     Label {

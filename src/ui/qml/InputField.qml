@@ -8,11 +8,14 @@ T.TextField {
 
     required property string name
     property bool hasError: false
+    property color fill: Theme.fieldFill
 
     implicitWidth: Metrics.popoverWidth
     implicitHeight: Metrics.field
     leftPadding: Metrics.spaceM
     rightPadding: Metrics.spaceM
+    topPadding: Math.max(0, contentHeight - Metrics.body.line) // an Arabic line is deeper; its baseline stays
+    horizontalAlignment: TextInput.AlignLeft // right-to-left text reads so inside its place
     verticalAlignment: TextInput.AlignVCenter
     color: enabled ? Theme.textPrimary : Theme.textDisabled
     selectionColor: Theme.accent
@@ -27,7 +30,7 @@ T.TextField {
 
     background: Rectangle {
         radius: Metrics.radiusControl
-        color: Theme.fieldFill
+        color: control.activeFocus && !Theme.isDark ? Theme.raised : control.fill
         border.width: Metrics.hairline
         border.color: Theme.hairline
 

@@ -41,6 +41,11 @@ KeyboardItem {
         case Qt.Key_PageDown: return step(now + page, event);
         case Qt.Key_Home: return step(0, event);
         case Qt.Key_End: return step(list.count - 1, event);
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            model.click(model.currentRow, Qt.NoModifier);
+            event.accepted = true;
+            return;
         case Qt.Key_Delete:
             model.deleteSelected();
             event.accepted = true;
@@ -80,11 +85,24 @@ KeyboardItem {
 
         T.ScrollBar.vertical: ScrollThumb {}
 
+        Connections {
+            target: control.model
+            function onQueryChanged() {
+                if (control.model.query !== "")
+                    list.positionViewAtBeginning(); // the best first
+                else if (list.currentIndex >= 0)
+                    list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+            }
+        }
+
         delegate: SoundRow {
             id: row
             required property bool selected
             property bool waits: false // for the release: until then it may be a drag of all that are selected
 
+            // A row that waits to be used again is hidden from screen readers, too.
+            ListView.onPooled: visible = false
+            ListView.onReused: visible = true
             width: ListView.view.width
             isSelected: selected
             isListFocused: control.activeFocus || menu.visible
@@ -113,6 +131,11 @@ KeyboardItem {
                     control.rowDragged(index);
             }
         }
+    }
+
+    FocusRing { // where no row can wear it
+        inside: true
+        visible: control.activeFocus && control.hasVisualFocus && control.model.currentRow < 0
     }
 
     PopupMenu {

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
 
@@ -11,20 +12,57 @@ Panel {
         list.forceActiveFocus(Qt.OtherFocusReason);
     }
 
+    // The keyboard comes from the search.
+    function enterList() {
+        if (panel.model.library.nothingFound !== "")
+            return; // there is nowhere to go
+        panel.model.library.enter();
+        list.forceActiveFocus(Qt.ShortcutFocusReason);
+    }
+
     padding: Metrics.spaceS
 
-    LibraryList {
-        id: list
-        objectName: "libraryList"
+    FocusScope {
+        id: found
         anchors.fill: parent
         anchors.bottomMargin: foot.height + Metrics.spaceS
-        model: panel.model.library
         focus: true
-        onRowDragged: row => panel.model.dragRow(row, list)
         opacity: target.containsDrag ? 0 : 1 // the target says all that matters then
 
         Behavior on opacity {
             Ease { duration: Metrics.motionHover }
+        }
+
+        InlineNotice {
+            id: related
+            objectName: "relatedHeading"
+            visible: text !== ""
+            width: parent.width
+            color: Theme.accentSoft
+            ink: Theme.accentSoftText
+            iconName: "sparkle"
+            maximumLineCount: 4
+            text: panel.model.library.relatedHeading
+        }
+        LibraryList {
+            id: list
+            objectName: "libraryList"
+            anchors.fill: parent
+            anchors.topMargin: related.visible ? related.height + Metrics.spaceXs : 0
+            model: panel.model.library
+            focus: true
+            onRowDragged: row => panel.model.dragRow(row, list)
+        }
+        OnDemand {
+            isWanted: panel.model.library.nothingFound !== ""
+
+            EmptyState {
+                anchors.centerIn: found
+                width: found.width - 2 * Metrics.spaceL
+                iconName: "search"
+                title: panel.model.library.nothingFound
+                text: "Check the spelling or try a new search."
+            }
         }
     }
     DropTarget {

@@ -9,6 +9,14 @@ FocusScope {
     required property WindowModel model
     required property bool isNarrow
 
+    function takeFocus() {
+        library.takeFocus();
+    }
+
+    function enterList() {
+        library.enterList();
+    }
+
     KeyMonitor {
         sound: section.model.sound
         onEditingEnded: library.takeFocus()

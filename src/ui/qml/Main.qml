@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
+import QtQml.Models
 
 // The window: the toolbar on the bare ground, the section below, the notice over all.
 Window {
@@ -8,6 +9,7 @@ Window {
 
     required property WindowModel model
     readonly property bool isNarrow: width < Metrics.narrowBelow
+    property bool showsSettings: false
 
     title: "Tonequill"
     width: Metrics.windowWidth
@@ -34,11 +36,21 @@ Window {
         onActivated: window.model.section = WindowModel.Create
     }
     Shortcut {
+        sequence: "Ctrl+F"
+        enabled: !window.showsSettings && window.model.section === WindowModel.Library
+        onActivated: toolbar.search()
+    }
+    Shortcut {
         sequence: "Ctrl+O"
         onActivated: window.model.chooseFiles()
     }
     Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: window.showsSettings = true
+    }
+    Shortcut {
         sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut // a sheet that is open keeps the others off
         onActivated: Qt.quit()
     }
 
@@ -50,6 +62,7 @@ Window {
         width: parent.width
         model: window.model
         isNarrow: window.isNarrow
+        onSettingsWanted: window.showsSettings = true
     }
     FocusScope {
         anchors.top: toolbar.bottom
@@ -64,10 +77,21 @@ Window {
             isWanted: window.model.section === WindowModel.Library
 
             LibrarySection {
+                id: librarySection
                 anchors.fill: parent
                 focus: true
                 model: window.model
                 isNarrow: window.isNarrow
+
+                Connections {
+                    target: toolbar
+                    function onResultsWanted() {
+                        librarySection.enterList();
+                    }
+                    function onSearchLeft() {
+                        librarySection.takeFocus();
+                    }
+                }
             }
         }
         OnDemand {
@@ -106,5 +130,15 @@ Window {
         isBusy: window.model.noticeText === ""
         isError: window.model.noticeIsError
         text: isBusy ? window.model.workingText : window.model.noticeText
+    }
+    Instantiator {
+        active: window.showsSettings
+
+        delegate: SettingsSheet {
+            parent: window.contentItem
+            settings: window.model.settings
+            Component.onCompleted: open()
+            onClosed: window.showsSettings = false
+        }
     }
 }

@@ -7,6 +7,7 @@ T.MenuItem {
 
     property string iconName: ""
     property string keys: ""
+    property bool isChosen: false // of a few
 
     implicitWidth: row.implicitWidth + keysLabel.implicitWidth + Metrics.spaceXl + leftPadding + rightPadding
     implicitHeight: Metrics.hitTarget
@@ -46,6 +47,15 @@ T.MenuItem {
             type: Metrics.caption
             color: control.highlighted ? Theme.accentSoftText : Theme.textTertiary
             text: control.keys
+        }
+        Icon {
+            visible: control.isChosen
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: Metrics.iconSmall
+            height: Metrics.iconSmall
+            name: "check"
+            color: control.highlighted ? Theme.accentSoftText : Theme.textPrimary
         }
     }
 }

@@ -1,20 +1,31 @@
 import QtQuick
 import Tonequill
 
-// A field to search with; Escape and the cross empty it.
+// A field to search with. Escape and the cross empty it, another Escape leaves
+// it; Down and Return go to what was found.
 InputField {
     id: control
 
+    property string keys: ""
+
+    signal resultsWanted
+    signal abandoned
+
     placeholderText: name
-    leftPadding: Metrics.spaceM + Metrics.iconSmall + Metrics.spaceS
+    leftPadding: Metrics.spaceS + Metrics.iconSmall + Metrics.spaceS
     rightPadding: clearButton.visible ? Metrics.hitTarget : Metrics.spaceM
-    Keys.onEscapePressed: event => {
-        event.accepted = text !== "";
-        clear();
+    Keys.onEscapePressed: {
+        if (text === "")
+            abandoned();
+        else
+            clear();
     }
+    Keys.onDownPressed: resultsWanted()
+    Keys.onReturnPressed: resultsWanted()
+    Keys.onEnterPressed: resultsWanted()
 
     Icon {
-        x: Metrics.spaceM
+        x: Metrics.spaceS
         anchors.verticalCenter: parent.verticalCenter
         width: Metrics.iconSmall
         height: Metrics.iconSmall
@@ -30,5 +41,11 @@ InputField {
         iconName: "close"
         text: "Clear"
         onClicked: control.clear()
+    }
+    Tip {
+        control: control
+        isWanted: control.hovered && !control.activeFocus
+        text: control.keys !== "" ? control.name : ""
+        keys: control.keys
     }
 }

@@ -7,6 +7,7 @@ Item {
 
     default property alias segments: row.data
     property bool isOnToolbar: false
+    property bool isSunken: false // on a card, which a fill would lighten in the dark
     property bool isSmall: false // smaller to look at than to hit
     property string name: ""
 
@@ -40,7 +41,7 @@ Item {
         anchors.topMargin: control.inset
         anchors.bottomMargin: control.inset
         radius: Metrics.radiusControl
-        color: control.isOnToolbar ? Theme.toolbarButton : Theme.buttonFill
+        color: control.isOnToolbar ? Theme.toolbarButton : control.isSunken && Theme.isDark ? Theme.fieldFill : Theme.buttonFill
     }
     Row {
         id: row

@@ -8,11 +8,15 @@ import QtQuick.Templates as T
 Instantiator {
     id: tip
 
-    required property T.Control control
+    required property Item control
     required property string text
     property string keys: ""
+    property bool isWanted: {
+        const button = control as T.Control;
+        return button !== null && (button.hovered || button.visualFocus);
+    }
 
-    active: text !== "" && (control.hovered || control.visualFocus)
+    active: text !== "" && isWanted
 
     delegate: T.ToolTip {
         id: popup
@@ -44,7 +48,9 @@ Instantiator {
             spacing: Metrics.spaceM
 
             Label {
+                width: Math.min(implicitWidth, Metrics.textWidth)
                 type: Metrics.caption
+                wrapMode: Text.Wrap
                 text: tip.text
             }
             Label {
