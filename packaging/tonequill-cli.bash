@@ -2,12 +2,13 @@
 _tonequill_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-}
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "add list search show delete credits analyze peaks listen parts export render save fcpxml sync mix --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "add list search show delete credits name analyze peaks listen parts export render save fcpxml sync mix --help --version" -- "$word")
     elif [[ $word == -* ]]; then
         local options="--help --json"
         case $command in
         add) options+=" --all-parts --max --effects --keep-source --raw --library" ;;
         list | search | show | delete | credits) options+=" --library" ;;
+        name) options+=" --all --library" ;;
         sync) options+=" --folder --library" ;;
         save | fcpxml) options+=" --to --library" ;;
         peaks) options+=" --bins" ;;
@@ -18,7 +19,7 @@ _tonequill_cli() {
         mix) options+=" --preset" ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-    elif [[ $command =~ ^(show|delete|credits|save|fcpxml)$ ]]; then
+    elif [[ $command =~ ^(show|delete|credits|name|save|fcpxml)$ ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$(tonequill-cli list 2>/dev/null | cut -d' ' -f1)" -- "$word")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

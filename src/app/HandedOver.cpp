@@ -19,6 +19,7 @@ namespace {
 
 const QString kAdd = u"add"_s;
 const QString kDelete = u"delete"_s;
+const QString kName = u"name"_s;
 
 void addFiles(AppModel& model, const QJsonArray& values)
 {
@@ -31,15 +32,15 @@ void addFiles(AppModel& model, const QJsonArray& values)
         startFlow(model.importURLs(files));
 }
 
-void deleteSounds(AppModel& model, const QJsonArray& values)
+QList<SoundItem> soundsOf(const AppModel& model, const QJsonArray& ids)
 {
     QList<SoundItem> items;
-    for (const auto& value : values) {
+    for (const auto& value : ids) {
         const auto id = uuidFromText(value.toString());
         if (const SoundItem* item = id ? model.library().find(*id) : nullptr)
             items << *item;
     }
-    model.deleteItems(items);
+    return items;
 }
 
 } // namespace
@@ -51,10 +52,14 @@ QJsonObject addMessage(const QStringList& files)
 
 QJsonObject carryOut(AppModel& model, const QJsonObject& message)
 {
-    const bool isUnderstood = message.value(kAdd).isArray() || message.value(kDelete).isArray();
+    const QStringList understood{kAdd, kDelete, kName};
+    const bool isUnderstood = std::any_of(understood.begin(), understood.end(),
+                                          [&message](const QString& key) { return message.value(key).isArray(); });
     addFiles(model, message.value(kAdd).toArray());
     if (message.contains(kDelete))
-        deleteSounds(model, message.value(kDelete).toArray());
+        model.deleteItems(soundsOf(model, message.value(kDelete).toArray()));
+    if (message.value(kName).isArray())
+        startFlow(model.smartRename(soundsOf(model, message.value(kName).toArray())));
     return {{u"ok"_s, isUnderstood}};
 }
 

@@ -14,8 +14,8 @@ namespace HandedOver {
 // What a second start sends: its files, or none to bring the window to the front.
 QJsonObject addMessage(const QStringList& files);
 
-// Does what the message asks: {"add": [absolute paths]} or {"delete": [ids]}.
-// Answers {"ok": true}, or {"ok": false} for anything else.
+// Does what the message asks: {"add": [absolute paths]}, {"delete": [ids]} or
+// {"name": [ids]}, for smart names. Answers {"ok": true}, or {"ok": false} for anything else.
 QJsonObject carryOut(AppModel& model, const QJsonObject& message);
 
 // Sends the message to the owner of the library; while the owner is still

@@ -31,6 +31,7 @@ int search(const QStringList& arguments);
 int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
 int credits(const QStringList& arguments);
+int name(const QStringList& arguments);
 int analyze(const QStringList& arguments);
 int peaks(const QStringList& arguments);
 int listen(const QStringList& arguments);

@@ -13,6 +13,7 @@ std::span<const Command> commands()
         Command{"show", "SOUND", "Tell everything about one sound.", show},
         Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
         Command{"credits", "[SOUND…]", "Print the credit lines of sounds, ready to paste.", credits},
+        Command{"name", "SOUND…", "Give sounds smart names and tags by what is heard in them.", name},
         Command{"analyze", "FILE", "Analyse a file without taking it in.", analyze},
         Command{"peaks", "FILE", "Print the waveform of a file.", peaks},
         Command{"listen", "FILE", "Tell what a recording sounds like.", listen},

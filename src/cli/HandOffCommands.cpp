@@ -69,20 +69,16 @@ int handOff(Options& options, const QStringList& arguments, const QString& stand
         return *end;
     SystemClock clock;
     const LibraryStore store(clock, options.libraryFolder());
-    QList<SoundItem> items;
-    for (const QString& word : options.positional()) {
-        const auto item = soundMeant(store.items(), word);
-        if (!item)
-            return kFailed;
-        items << *item;
-    }
+    const auto items = soundsMeant(store.items(), options.positional());
+    if (!items)
+        return kFailed;
     const QString folder = QFileInfo(options.value(u"to"_s)).absoluteFilePath();
     if (!QFileInfo(folder).isDir()) {
         terminal::complain(terminal::harmless(u"There is no folder %1"_s.arg(folder)));
         return kFailed;
     }
     try {
-        Written written = writeSounds(store, items, folder);
+        Written written = writeSounds(store, *items, folder);
         if (document == Document::fcpxml)
             written.document = FinalCut::write(written.clips, folder, u"Tonequill"_s, clock);
         tell(options, written);

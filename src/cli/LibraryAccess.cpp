@@ -52,4 +52,16 @@ std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString
     return std::nullopt;
 }
 
+std::optional<QList<SoundItem>> soundsMeant(const QList<SoundItem>& items, const QStringList& words)
+{
+    QList<SoundItem> meant;
+    for (const QString& word : words) {
+        const auto item = soundMeant(items, word);
+        if (!item)
+            return std::nullopt;
+        meant << *item;
+    }
+    return meant;
+}
+
 } // namespace tonequill::cli

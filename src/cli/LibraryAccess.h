@@ -32,5 +32,7 @@ std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject&
 // of one (8 characters and more), or its name in any case. None, and a sentence
 // on stderr, unless it is exactly one.
 std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word);
+// The same for several words; none unless all of them are found.
+std::optional<QList<SoundItem>> soundsMeant(const QList<SoundItem>& items, const QStringList& words);
 
 } // namespace tonequill::cli

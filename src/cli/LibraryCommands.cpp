@@ -51,19 +51,6 @@ bool hasCredit(const SoundItem& item)
     return item.credit || item.license || item.pageURL;
 }
 
-// The sounds that the words mean; none, and it has been said, unless all are found.
-std::optional<QList<SoundItem>> soundsMeant(const LibraryStore& store, const QStringList& words)
-{
-    QList<SoundItem> meant;
-    for (const QString& word : words) {
-        const auto item = soundMeant(store.items(), word);
-        if (!item)
-            return std::nullopt;
-        meant << *item;
-    }
-    return meant;
-}
-
 QString dateText(double secondsSince2001)
 {
     constexpr double kUnixSecondsAt2001 = 978307200; // 2001-01-01 00:00:00 UTC
@@ -152,7 +139,7 @@ int deleteSounds(const QStringList& arguments)
     SystemClock clock;
     // The owner has the newest state in memory, and on the disk as well.
     const LibraryStore reader(clock, options.libraryFolder());
-    const auto doomed = soundsMeant(reader, options.positional());
+    const auto doomed = soundsMeant(reader.items(), options.positional());
     if (!doomed)
         return kFailed;
     if (own) {
@@ -191,7 +178,7 @@ int credits(const QStringList& arguments)
     if (options.positional().isEmpty()) {
         std::copy_if(store.items().begin(), store.items().end(), std::back_inserter(credited), hasCredit);
     } else {
-        const auto meant = soundsMeant(store, options.positional());
+        const auto meant = soundsMeant(store.items(), options.positional());
         if (!meant)
             return kFailed;
         credited = *meant;

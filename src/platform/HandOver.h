@@ -16,8 +16,9 @@ namespace tonequill {
 // JSON object over a local socket, answered by one. Only the same user can
 // connect.
 //
-// The two messages: {"add": [absolute paths]} imports files (none: the window
-// just comes to the front), {"delete": [ids]} deletes sounds.
+// The messages: {"add": [absolute paths]} imports files (none: the window just
+// comes to the front), {"delete": [ids]} deletes sounds, {"name": [ids]} gives
+// them smart names.
 class HandOver : public QObject {
     Q_OBJECT
 

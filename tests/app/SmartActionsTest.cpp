@@ -1,5 +1,7 @@
 #include "app/AppModel.h"
+#include "app/HandedOver.h"
 #include "base/Background.h"
+#include "base/Uuid.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
@@ -432,4 +434,18 @@ TEST_F(SmartActionsTest, TheProgramMayEndWhileItNames)
     languageModel.thoughts.back().fail(LanguageModelError(LanguageModelError::Kind::cancelled));
     settle();
     EXPECT_EQ(LibraryStore(clock, folder->path()).items()[1].name, u"MVI_0007"_s);
+}
+
+TEST_F(SmartActionsTest, ASecondProgramMayHandSoundsOver)
+{
+    languageModel.available = false;
+    const QJsonArray ids{uuidText(sound(1).id), uuidText(sound(2).id), uuidText(QUuid::createUuid()), 7};
+    EXPECT_EQ(HandedOver::carryOut(*model, {{u"name"_s, ids}}), (QJsonObject{{u"ok"_s, true}}));
+    settle();
+    hear({{u"dog"_s, 0.5}});
+    EXPECT_EQ(sound(1).name, u"Dog"_s);
+    EXPECT_EQ(sound(2).name, u"Cellar Door"_s);
+    EXPECT_EQ(HandedOver::carryOut(*model, {{u"name"_s, u"all"_s}}), (QJsonObject{{u"ok"_s, false}}));
+    settle();
+    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s); // of before
 }

@@ -192,7 +192,7 @@ TEST_F(CliTest, EveryCommandHasItsHelp)
     const QString help = QString::fromUtf8(cli.run({u"--help"_s}).out);
     for (const QString& command :
          {u"add"_s, u"list"_s, u"search"_s, u"show"_s, u"delete"_s, u"credits"_s, u"analyze"_s, u"peaks"_s, u"listen"_s,
-          u"parts"_s, u"export"_s, u"render"_s, u"save"_s, u"fcpxml"_s, u"sync"_s, u"mix"_s}) {
+          u"parts"_s, u"export"_s, u"render"_s, u"save"_s, u"fcpxml"_s, u"sync"_s, u"mix"_s, u"name"_s}) {
         EXPECT_TRUE(help.contains(u"\n  "_s + command)) << command.toStdString();
         const auto own = cli.run({command, u"--help"_s});
         EXPECT_EQ(own.exitCode, 0);
