@@ -21,7 +21,7 @@ Column {
         spacing: Metrics.spaceXs
 
         // Columns as wide as their longest names ask for.
-        readonly property list<real> shares: control.isCompact ? [1 / 3, 1 / 3, 1 / 3] : [0.295, 0.336, 0.369]
+        readonly property list<real> shares: control.isCompact ? [1 / 3, 1 / 3, 1 / 3] : [0.285, 0.34, 0.375]
 
         Repeater {
             model: control.voices
