@@ -9,7 +9,7 @@ _tonequill_cli() {
         add) options+=" --all-parts --max --effects --keep-source --raw --library" ;;
         list | search | show | delete | credits) options+=" --library" ;;
         name) options+=" --all --library" ;;
-        sync) options+=" --folder --library" ;;
+        sync) options+=" --folder" ;;
         save | fcpxml) options+=" --to --library" ;;
         peaks) options+=" --bins" ;;
         listen) options+=" --start --end --top" ;;

@@ -36,10 +36,10 @@ int sync(const QStringList& arguments)
                     "library is busy.");
     options.addValue(u"folder"_s, u"Choose this folder first, and switch the delivery on."_s, u"folder"_s);
     options.addJson();
-    options.addLibrary();
     if (const auto end = options.parse(arguments, 0, 0))
         return *end;
-    const auto own = ownLibrary(options.libraryFolder());
+    // The folder belongs to the settings, and they to the standard library.
+    const auto own = ownLibrary(LibraryStore::defaultFolder());
     if (!own) {
         terminal::complain(u"Tonequill is open and keeps the folder up to date itself."_s);
         return kLibraryBusy;
@@ -52,7 +52,8 @@ int sync(const QStringList& arguments)
             terminal::complain(terminal::harmless(u"There is no folder %1"_s.arg(chosen)));
             return kFailed;
         }
-        folder.chooseFolder(chosen);
+        if (!folder.isAt(chosen)) // it would get every sound once more
+            folder.chooseFolder(chosen);
         folder.setEnabled(true);
     }
     if (!folder.hasFolder() || !folder.enabled()) {

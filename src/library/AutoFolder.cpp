@@ -74,6 +74,15 @@ void AutoFolder::setEnabled(bool enabled)
     Q_EMIT changed();
 }
 
+bool AutoFolder::isAt(const QString& folder) const
+{
+    try {
+        return m_bookmark && FolderBookmark::resolve(*m_bookmark) == QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+    } catch (const FileError&) {
+        return false;
+    }
+}
+
 void AutoFolder::chooseFolder(const QString& folder)
 {
     const auto bookmark = FolderBookmark::make(folder);
@@ -187,7 +196,8 @@ void AutoFolder::record(const AutoFolderManifest& entries, const QString& proble
 void AutoFolder::saveManifest()
 {
     m_defaults.setData(kManifestKey, encodeManifest(m_manifest));
-    m_journal.clear();
+    if (m_defaults.isSaved())
+        m_journal.clear(); // else it is all that a restart finds
 }
 
 void AutoFolder::setSyncing(bool isSyncing)

@@ -71,6 +71,8 @@ public:
     int stepsDone() const { return m_stepsDone; }
     const AutoFolderManifest& manifest() const { return m_manifest; }
 
+    // Whether it is at this path.
+    bool isAt(const QString& folder) const;
     // Takes another folder, which gets every sound; the old one is left alone.
     // Nothing happens if it can't be kept.
     void chooseFolder(const QString& folder);

@@ -8,9 +8,13 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +31,25 @@ std::optional<struct stat> folderAt(const QString& path)
     return info;
 }
 
+std::optional<quint64> fileSystemAt(const QString& path)
+{
+    struct statfs info = {};
+    if (::statfs(QFile::encodeName(path).constData(), &info) != 0)
+        return std::nullopt;
+    return quint64(info.f_type);
+}
+
+// Whether a folder has the same inode for ever. On these it gets a new number when
+// the disk is mounted, or whenever the kernel forgot it.
+bool hasLastingInodes(quint64 fileSystem)
+{
+    constexpr quint64 kExfat = 0x2011BAB0; // not in the magic.h of every kernel
+    constexpr quint64 kCifs = 0xFF534D42;
+    constexpr quint64 kSmb2 = 0xFE534D42;
+    constexpr std::array kWithout{quint64(MSDOS_SUPER_MAGIC), quint64(FUSE_SUPER_MAGIC), kExfat, kCifs, kSmb2};
+    return std::find(kWithout.begin(), kWithout.end(), fileSystem) == kWithout.end();
+}
+
 // JSON numbers hold 53 bits; these have 64.
 QString numberText(quint64 number)
 {
@@ -41,8 +64,13 @@ std::optional<QByteArray> make(const QString& folder)
     const auto info = folderAt(path);
     if (!info)
         return std::nullopt;
-    const QJsonObject bookmark{
-        {u"path"_s, path}, {u"device"_s, numberText(info->st_dev)}, {u"inode"_s, numberText(info->st_ino)}};
+    QJsonObject bookmark{{u"path"_s, path}};
+    if (const auto fileSystem = fileSystemAt(path); fileSystem && !hasLastingInodes(*fileSystem)) {
+        bookmark[u"fileSystem"_s] = numberText(*fileSystem);
+    } else {
+        bookmark[u"device"_s] = numberText(info->st_dev);
+        bookmark[u"inode"_s] = numberText(info->st_ino);
+    }
     return QJsonDocument(bookmark).toJson(QJsonDocument::Compact);
 }
 
@@ -55,6 +83,10 @@ QString resolve(const QByteArray& bookmark)
         fail(ENOENT);
     const QString inode = fields[u"inode"_s].toString();
     const auto found = [&]() -> std::optional<QString> {
+        if (const QString kind = fields[u"fileSystem"_s].toString(); !kind.isEmpty()) {
+            const auto fileSystem = folderAt(path) ? fileSystemAt(path) : std::nullopt;
+            return fileSystem && numberText(*fileSystem) == kind ? std::optional(path) : std::nullopt;
+        }
         // The device isn't asked here: a disk may get another number each time it is mounted.
         if (const auto info = folderAt(path); info && numberText(info->st_ino) == inode)
             return path;

@@ -76,19 +76,19 @@ void Defaults::setData(const QString& key, const QByteArray& value)
 void Defaults::remove(const QString& key)
 {
     m_values.remove(key);
-    save();
+    m_isSaved = save();
 }
 
 void Defaults::set(const QString& key, const QVariant& value)
 {
     m_values.insert(key, value);
-    save();
+    m_isSaved = save();
 }
 
 // QSettings makes the text, but doesn't write it home: on a full disk it turns a
 // small file into an empty one and reports success. Settings that cannot be
 // saved are no reason to stop anything, so a failure stays silent.
-void Defaults::save() const
+bool Defaults::save() const
 {
     const QTemporaryDir scratch;
     const QString scratchPath = scratch.filePath(u"settings.ini"_s);
@@ -98,14 +98,16 @@ void Defaults::save() const
             ini.setValue(it.key(), it.value());
     }
     if (readIni(scratchPath).size() != m_values.size())
-        return;
+        return false;
     try {
         QDir().mkpath(QFileInfo(m_path).path());
         constexpr qint64 kLimit = 64 << 20;
         const QByteArray bytes = m_values.isEmpty() ? QByteArray() : Files::readAll(scratchPath, kLimit);
         Files::writeDurably(m_path, std::span(&bytes, 1), Files::Privacy::ownerOnly); // it may hold tokens
     } catch (const FileError&) {
+        return false;
     }
+    return true;
 }
 
 } // namespace tonequill

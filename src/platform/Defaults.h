@@ -29,12 +29,16 @@ public:
     void setData(const QString& key, const QByteArray& value);
     void remove(const QString& key);
 
+    // Whether the last change is on the disk.
+    bool isSaved() const { return m_isSaved; }
+
 private:
     void set(const QString& key, const QVariant& value);
-    void save() const;
+    bool save() const;
 
     QString m_path;
     QVariantMap m_values;
+    bool m_isSaved = true;
 };
 
 } // namespace tonequill

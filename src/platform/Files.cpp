@@ -20,6 +20,14 @@ namespace tonequill {
 
 namespace {
 
+// The stem, cut where the whole would be too long with so many bytes of an ending.
+QString nameOf(const QString& stem, const QString& ending, const QString& extension, qsizetype endingBytes)
+{
+    constexpr qsizetype kNameBytes = 255; // NAME_MAX of ext4, APFS, NTFS and their kin
+    const QString suffix = u'.' + extension;
+    return text::firstBytes(stem, std::max<qsizetype>(0, kNameBytes - endingBytes - suffix.toUtf8().size())) + ending + suffix;
+}
+
 FileError::Reason reasonOf(int systemError)
 {
     switch (systemError) {
@@ -318,22 +326,23 @@ void syncFolder(const QString& path)
 
 QString fittingName(const QString& stem, const QString& extension)
 {
-    constexpr qsizetype kNameBytes = 255; // NAME_MAX of ext4, APFS, NTFS and their kin
-    const QString suffix = u'.' + extension;
-    return text::firstBytes(stem, std::max<qsizetype>(0, kNameBytes - suffix.toUtf8().size())) + suffix;
+    return nameOf(stem, {}, extension, 0);
+}
+
+QString countedName(const QString& stem, int count, const QString& extension)
+{
+    constexpr qsizetype kRoomForCount = 12; // bytes for a blank and the count
+    return nameOf(stem, u' ' + QString::number(count), extension, kRoomForCount);
 }
 
 QString uniqueFreePath(const QString& folder, const QString& stem, const QString& extension)
 {
-    constexpr qsizetype kRoomForCount = 12; // bytes for a blank and the count
-    const QString shortStem =
-        fittingName(stem, extension + QString(kRoomForCount, u'x')).chopped(extension.size() + kRoomForCount + 1);
     const QDir directory(folder);
     // A link that leads nowhere takes the name as well, so QFile::exists() alone is not enough.
     const auto isTaken = [](const QString& path) { return QFile::exists(path) || QFileInfo(path).isSymLink(); };
     QString path = directory.filePath(fittingName(stem, extension));
     for (int count = 2; isTaken(path); ++count)
-        path = directory.filePath(fittingName(shortStem + u' ' + QString::number(count), extension));
+        path = directory.filePath(countedName(stem, count, extension));
     return path;
 }
 

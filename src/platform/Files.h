@@ -60,6 +60,9 @@ void syncFolder(const QString& path);
 // `stem`, a dot and `extension`, the stem cut between two characters so that
 // the whole has at most 255 bytes, what file systems take for one name.
 QString fittingName(const QString& stem, const QString& extension);
+// The same with a blank and the count behind the stem, which is cut alike for
+// every count.
+QString countedName(const QString& stem, int count, const QString& extension);
 
 // The first path in `folder` that is free: "stem.extension", then
 // "stem 2.extension", "stem 3.extension", … without limit.

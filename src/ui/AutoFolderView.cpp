@@ -19,7 +19,7 @@ AutoFolderView::AutoFolderView(AutoFolder& folder)
 
 QString AutoFolderView::folderText() const
 {
-    return hasFolder() ? m_folder.folderName() : u"No folder chosen"_s;
+    return m_folder.folderName().isEmpty() ? u"No folder chosen"_s : m_folder.folderName();
 }
 
 QString AutoFolderView::chooserText() const

@@ -3,8 +3,10 @@
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
+#include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Wav.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -72,6 +74,69 @@ TEST_F(AutoFolderSyncTest, SoundsAreDeliveredASecondAfterTheSwitch)
     clock.advance(1ms);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
     EXPECT_EQ(model->noticeText(), u"Copied 2 sounds to Movies."_s);
+    EXPECT_FALSE(model->noticeIsError());
+}
+
+TEST_F(AutoFolderSyncTest, NothingIsSaidWhereNothingWasCopied)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+    clock.advance(10s); // the notice goes
+    ASSERT_EQ(model->noticeText(), QString());
+    model->library().rename(model->library().items().first(), u"Gate"_s);
+    clock.advance(1s);
+    ASSERT_TRUE(becomes({u"Gate.wav"_s, u"Rain.wav"_s}));
+    EXPECT_EQ(model->noticeText(), QString()); // a rename is no copy
+    model->deleteItems(model->library().items());
+    const double before = *model->autoFolder().lastSync();
+    clock.advance(1s);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return *model->autoFolder().lastSync() > before; }, kPatienceMs));
+    EXPECT_EQ(model->noticeText(), QString()); // an empty library is none either
+}
+
+TEST_F(AutoFolderSyncTest, ABurstOfChangesLeadsToOneRun)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+    clock.advance(10s);
+    int runs = 0;
+    bool wasSyncing = false;
+    QObject::connect(&model->autoFolder(), &AutoFolder::changed, &model->autoFolder(), [&] {
+        const bool isSyncing = model->autoFolder().isSyncing();
+        runs += isSyncing && !wasSyncing ? 1 : 0;
+        wasSyncing = isSyncing;
+    });
+    for (int i = 1; i <= 10; ++i) {
+        model->library().rename(model->library().items().first(), u"Gate %1"_s.arg(i));
+        clock.advance(50ms);
+    }
+    clock.advance(1s);
+    ASSERT_TRUE(becomes({u"Gate 10.wav"_s, u"Rain.wav"_s}));
+    clock.advance(5s);
+    QTest::qWait(50);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(AutoFolderSyncTest, ANewSoundIsDelivered)
+{
+    turnOn();
+    model->watchAutoFolder();
+    ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
+    test::await(model->importURLs({test::writeTone(library.filePath(u"Bell.wav"_s))}));
+    clock.advance(1s);
+    EXPECT_TRUE(becomes({u"Bell.wav"_s, u"Door.wav"_s, u"Rain.wav"_s}));
+}
+
+TEST_F(AutoFolderSyncTest, AFolderThatWentAwayIsToldSoonAfterTheStart)
+{
+    turnOn();
+    ASSERT_TRUE(QDir(delivered()).removeRecursively());
+    model->watchAutoFolder();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().problem().isEmpty(); }, kPatienceMs));
+    EXPECT_EQ(model->autoFolder().problem(), u"Tonequill can't open that folder any more. Choose it again."_s);
+    EXPECT_EQ(model->noticeText(), QString());
 }
 
 TEST_F(AutoFolderSyncTest, ARunAtTheStartFollowsWhatHappenedMeanwhile)

@@ -33,6 +33,9 @@ TEST_F(SyncTest, CopiesWhatIsMissingOnce)
     EXPECT_EQ(QString::fromUtf8(first.out), u"Copied 1 sound to Movies.\n"_s);
     EXPECT_EQ(files(), QStringList{u"Door.wav"_s});
     EXPECT_EQ(QString::fromUtf8(cli.run({u"sync"_s}).out), u"Movies is up to date.\n"_s);
+    EXPECT_EQ(QString::fromUtf8(cli.run({u"sync"_s, u"--folder"_s, u"Movies/../Movies"_s}).out),
+              u"Movies is up to date.\n"_s); // it is that folder already
+    EXPECT_EQ(files(), QStringList{u"Door.wav"_s});
     QFile::remove(cli.at(u"Movies/Door.wav"_s));
     EXPECT_EQ(cli.run({u"sync"_s, u"--json"_s}).json()[u"copied"].toInt(-1), 0); // what was removed there stays away
     EXPECT_TRUE(files().isEmpty());
@@ -55,5 +58,7 @@ TEST_F(SyncTest, TheOwnerOfTheLibraryKeepsTheFolderItself)
     LibraryLock owner(cli.library());
     ASSERT_TRUE(owner.acquire());
     EXPECT_EQ(cli.run({u"sync"_s, u"--folder"_s, u"Movies"_s}).exitCode, 3);
+    // The settings are the window's, whatever library is meant.
+    EXPECT_EQ(cli.run({u"sync"_s, u"--folder"_s, u"Movies"_s, u"--library"_s, cli.at(u"other"_s)}).exitCode, 2);
     EXPECT_TRUE(files().isEmpty());
 }

@@ -99,10 +99,23 @@ private:
 
     QString someName()
     {
-        static const QStringList names{u"Dog"_s,          u"dog"_s,  u"DOG"_s,        u"Dog 2"_s, u"a/b"_s,
-                                       u"a:b"_s,          u"Élan"_s, u"E\u0301lan"_s, u"باب"_s,   u"👩‍👩‍👧"_s,
-                                       u".dot"_s,         u"x\ny"_s, u" "_s,          u".."_s,    QString(100, u'x'),
-                                       QString(300, u'ب')};
+        static const QStringList names{u"Dog"_s,
+                                       u"dog"_s,
+                                       u"DOG"_s,
+                                       u"Dog 2"_s,
+                                       u"a/b"_s,
+                                       u"a:b"_s,
+                                       u"Élan"_s,
+                                       u"E\u0301lan"_s,
+                                       u"باب"_s,
+                                       u"👩‍👩‍👧"_s,
+                                       u".dot"_s,
+                                       u"x\ny"_s,
+                                       u" "_s,
+                                       u".."_s,
+                                       QString(100, u'x'),
+                                       QString(300, u'ب'),
+                                       u"🎧"_s.repeated(62) + u"abc"_s};
         return names[below(names.size())];
     }
 

@@ -3,7 +3,6 @@
 #include "audio/AudioExporter.h"
 #include "base/Uuid.h"
 #include "fakes/FakeClock.h"
-#include "library/FolderBookmark.h"
 #include "platform/AudioFile.h"
 #include "platform/Files.h"
 #include "support/Await.h"
@@ -12,8 +11,11 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gmock/gmock.h>
+
+#include <atomic>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -141,6 +143,26 @@ TEST(AutoFolderPlan, LongNamesFitAFileName)
     EXPECT_TRUE(names[1].endsWith(u"👧 2.wav"_s));
 }
 
+TEST(AutoFolderPlan, NamesOfEveryLengthAreCounted)
+{
+    for (int bytes = 230; bytes < 260; ++bytes) {
+        const QString name = u"🎧"_s.repeated(bytes / 4) + QString(bytes % 4, u'a');
+        const QStringList names = fileNames(AutoFolder::plan(QList<Sound>(120, sound(name)), {}, {}));
+        EXPECT_EQ(QSet<QString>(names.begin(), names.end()).size(), 120) << bytes;
+        EXPECT_TRUE(names[119].endsWith(u" 120.wav"_s)) << bytes;
+        for (const QString& one : names)
+            EXPECT_LE(one.toUtf8().size(), 255);
+    }
+}
+
+TEST(AutoFolderPlan, ANameThatARenameGivesUpIsTakenAgain)
+{
+    const Sound cat = sound(u"Cat"_s);
+    const AutoFolderManifest manifest{{uuidText(cat.id), {u"Dog 2.wav"_s, u"Dog"_s}}};
+    EXPECT_EQ(fileNames(AutoFolder::plan({sound(u"Dog"_s), cat, sound(u"Dog"_s)}, manifest, {u"Dog.wav"_s, u"Dog 2.wav"_s})),
+              (QStringList{u"Dog 3.wav"_s, u"Cat.wav"_s, u"Dog 2.wav"_s}));
+}
+
 TEST(AutoFolderManifest, ReadsBackWhatItWrote)
 {
     const AutoFolderManifest manifest{{u"A"_s, {u"Tür \"1\".wav"_s, u"باب\n"_s}}, {u"B"_s, {u""_s, u""_s}}};
@@ -158,27 +180,6 @@ TEST(AutoFolderManifest, GarbageIsNone)
         EXPECT_EQ(decodeManifest(json), std::nullopt) << json.left(30).toStdString();
 }
 
-TEST_F(AutoFolderTest, BookmarksFollowTheirFolderAndNoOther)
-{
-    const auto bookmark = FolderBookmark::make(folder + u"/../Sounds/"_s);
-    ASSERT_TRUE(bookmark);
-    EXPECT_EQ(FolderBookmark::resolve(*bookmark), folder);
-    EXPECT_EQ(FolderBookmark::originalPath(*bookmark), folder);
-
-    const QString beside = base.filePath(u"Movies/New name"_s);
-    ASSERT_TRUE(QDir().rename(folder, beside));
-    EXPECT_EQ(FolderBookmark::resolve(*bookmark), beside);
-    QDir().mkpath(folder); // another folder in its place
-    EXPECT_EQ(FolderBookmark::resolve(*bookmark), beside);
-    ASSERT_TRUE(QDir().rename(beside, base.filePath(u"elsewhere"_s)));
-    EXPECT_THROW(FolderBookmark::resolve(*bookmark), FileError);
-
-    EXPECT_EQ(FolderBookmark::make(base.filePath(u"missing"_s)), std::nullopt);
-    EXPECT_EQ(FolderBookmark::make(test::writeTone(base.filePath(u"a.wav"_s))), std::nullopt);
-    for (const QByteArray& garbage : {QByteArray(), QByteArray("{}"), QByteArray("\xff\xfe"), QByteArray("[1]")})
-        EXPECT_THROW(FolderBookmark::resolve(garbage), FileError);
-}
-
 TEST_F(AutoFolderTest, IsOffUntilItIsTurnedOnAndHasAFolder)
 {
     EXPECT_FALSE(autoFolder->enabled() || autoFolder->hasFolder() || autoFolder->isSyncing());
@@ -186,6 +187,7 @@ TEST_F(AutoFolderTest, IsOffUntilItIsTurnedOnAndHasAFolder)
     autoFolder->setEnabled(true);
     EXPECT_EQ(sync({sound(u"Dog"_s)}), 0);
     EXPECT_FALSE(autoFolder->lastSync());
+    EXPECT_EQ(autoFolder->copiedText(1), u"Copied 1 sound to your folder."_s); // which has no name
     autoFolder->chooseFolder(base.filePath(u"missing"_s));
     EXPECT_FALSE(autoFolder->hasFolder());
     autoFolder->chooseFolder(folder);
@@ -240,6 +242,13 @@ TEST_F(AutoFolderTest, OneFailureLeavesTheOthersAndIsTriedAgain)
     EXPECT_EQ(autoFolder->copiedCount(), 9);
     EXPECT_EQ(autoFolder->problem(), u"“Sound 4.wav” couldn't be written because the disk is full."_s);
     EXPECT_EQ(files().size(), 9);
+    failing << u"Sound 7"_s;
+    sounds.insert(3, sound(u"New"_s));
+    sounds << sound(u"Sound 7"_s); // the last failure counts
+    EXPECT_EQ(sync(sounds), 1);
+    EXPECT_EQ(autoFolder->problem(), u"“Sound 7 2.wav” couldn't be written because the disk is full."_s);
+    failing.removeAll(u"Sound 7"_s);
+    EXPECT_EQ(sync(sounds), 1);
     failing.clear();
     EXPECT_EQ(sync(sounds), 1);
     EXPECT_EQ(autoFolder->copiedText(1), u"Copied 1 sound to Sounds."_s);
@@ -342,6 +351,10 @@ TEST_F(AutoFolderTest, RemembersOverARestart)
     const QList<Sound> sounds{sound(u"Dog"_s)};
     sync(sounds);
     QFile::remove(folder + u"/Dog.wav"_s);
+    for (const auto& [key, text] : {std::pair(u"autoFolderOn"_s, u"true"_s), std::pair(u"autoFolderName"_s, u"Sounds"_s)})
+        EXPECT_EQ(Defaults(defaults->path()).text(key), text);
+    EXPECT_TRUE(Defaults(defaults->path()).data(u"autoFolderBookmark"_s));
+    EXPECT_EQ(decodeManifest(*Defaults(defaults->path()).data(u"autoFolderManifest"_s)), autoFolder->manifest());
     restart();
     EXPECT_TRUE(autoFolder->enabled() && autoFolder->hasFolder());
     EXPECT_EQ(autoFolder->folderName(), u"Sounds"_s);
@@ -349,6 +362,71 @@ TEST_F(AutoFolderTest, RemembersOverARestart)
     EXPECT_FALSE(autoFolder->lastSync());
     EXPECT_EQ(sync(sounds), 0);
     EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(AutoFolderTest, SoundsThatAreDeletedKeepTheirEntries)
+{
+    turnOn();
+    sync({sound(u"Dog"_s), sound(u"Cat"_s)});
+    clock.advance(std::chrono::seconds(60));
+    EXPECT_EQ(sync({}), 0);
+    EXPECT_EQ(autoFolder->copiedCount(), 2);
+    EXPECT_EQ(autoFolder->lastSync(), clock.secondsSince2001());
+    restart();
+    EXPECT_EQ(autoFolder->copiedCount(), 2);
+}
+
+TEST_F(AutoFolderTest, ARestartForgetsTheProblemAndARunTellsItAgain)
+{
+    turnOn();
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    clock.advance(std::chrono::seconds(60));
+    sync({sound(u"Dog"_s)});
+    EXPECT_FALSE(autoFolder->problem().isEmpty());
+    EXPECT_EQ(autoFolder->lastSync(), clock.secondsSince2001()); // a run that fails is a run
+    restart();
+    EXPECT_EQ(autoFolder->problem(), QString());
+    sync({});
+    EXPECT_FALSE(autoFolder->problem().isEmpty());
+    QDir().mkpath(folder);
+    autoFolder->chooseFolder(folder);
+    EXPECT_EQ(autoFolder->problem(), QString());
+}
+
+TEST_F(AutoFolderTest, WhatCannotBeSavedIsNotDeliveredTwice)
+{
+    turnOn();
+    const QString settings = defaults->path();
+    const QList<Sound> sounds{sound(u"Dog"_s)};
+    ASSERT_TRUE(QFile::rename(settings, settings + u".aside"_s));
+    ASSERT_TRUE(QDir().mkpath(settings)); // nothing can be written there
+    EXPECT_EQ(sync(sounds), 1);
+    ASSERT_TRUE(QDir().rmdir(settings));
+    ASSERT_TRUE(QFile::rename(settings + u".aside"_s, settings));
+    restart();
+    EXPECT_EQ(autoFolder->copiedCount(), 1);
+    EXPECT_EQ(sync(sounds), 0);
+    EXPECT_EQ(files(), QStringList{u"Dog.wav"_s});
+}
+
+TEST_F(AutoFolderTest, FilesAreMadeOneAtATimeAndNotHere)
+{
+    std::atomic<int> atOnce = 0;
+    std::atomic<int> most = 0;
+    std::atomic<bool> isHere = false;
+    autoFolder =
+        std::make_unique<AutoFolder>(*defaults, clock, [&, here = QThread::currentThread()](const Sound&, const QString& path) {
+            most = std::max(most.load(), ++atOnce);
+            isHere = isHere || QThread::currentThread() == here;
+            QThread::msleep(5);
+            test::writeBytes(path, "x");
+            --atOnce;
+        });
+    turnOn();
+    EXPECT_EQ(sync({sound(u"A"_s), sound(u"B"_s), sound(u"C"_s), sound(u"D"_s)}), 4);
+    EXPECT_EQ(most, 1);
+    EXPECT_FALSE(isHere);
+    autoFolder.reset();
 }
 
 TEST_F(AutoFolderTest, AManifestOfGarbageCountsAsNone)

@@ -81,4 +81,9 @@ TEST_F(DefaultsTest, WhatCannotBeWrittenStaysInMemory)
     defaults.setText(u"theme"_s, u"rose"_s);
     EXPECT_EQ(defaults.text(u"theme"_s), u"rose"_s);
     EXPECT_TRUE(QFileInfo(path).isDir());
+    EXPECT_FALSE(defaults.isSaved());
+    ASSERT_TRUE(QDir().rmdir(path));
+    defaults.setBoolean(u"also"_s, true);
+    EXPECT_TRUE(defaults.isSaved());
+    EXPECT_EQ(Defaults(path).text(u"theme"_s), u"rose"_s);
 }
