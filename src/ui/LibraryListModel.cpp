@@ -209,6 +209,8 @@ void LibraryListModel::removeSound(int index)
         beginRemoveRows({}, row, row);
         m_sounds.removeAt(row - incomingCount());
         endRemoveRows();
+        if (m_sounds.isEmpty() && !m_query.isEmpty())
+            find(); // what is related may show now
     }
     Q_EMIT countChanged();
     Q_EMIT currentRowChanged();

@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QDragEnterEvent>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QMetaEnum>
 #include <QMimeData>
 
@@ -189,6 +191,11 @@ void Fixture::resetSettings()
 void Fixture::deleteFirst()
 {
     m_app->deleteItems({m_app->library().items().first()});
+}
+
+void Fixture::answerRelated(const QStringList& words)
+{
+    m_languageModel.answer = QJsonObject{{u"meaning"_s, u"something"_s}, {u"tags"_s, QJsonArray::fromStringList(words)}};
 }
 
 void Fixture::chooseAutoFolder(const QString& name)

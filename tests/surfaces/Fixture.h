@@ -64,6 +64,8 @@ public:
     Q_INVOKABLE void setDark(bool isDark);
     // The Auto Folder gets a folder of that name, and a run of it fails.
     Q_INVOKABLE void chooseAutoFolder(const QString& name);
+    // What the language model will say is related to any query.
+    Q_INVOKABLE void answerRelated(const QStringList& words);
     Q_INVOKABLE void failAutoFolder(const QString& problem) { m_app->autoFolder().record({}, problem); }
     // A setting as it is stored, as text; and all of them as on a first start, but light.
     Q_INVOKABLE QString setting(const QString& key) const;

@@ -104,6 +104,7 @@ TestCase {
         sees("Tonequill Sounds");
         sees("Change…");
         sees("0 sounds in the folder");
+        verify(Look.find(window.contentItem, item => item.name === "check" && item.visible));
         compare(keepSwitch().checked, false);
         mouseClick(keepSwitch());
         compare(window.model.autoFolder.isOn, true);

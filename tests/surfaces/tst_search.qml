@@ -146,6 +146,24 @@ TestCase {
         verify(!label("No Results for “xylophone”"));
     }
 
+    function test_whatIsRelatedStandsBelowItsHeading() {
+        open(["Scream", "Rain"]);
+        Fixture.answerRelated(["creepy", "scream"]);
+        const heading = findChild(window.contentItem, "relatedHeading");
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        type("spooky");
+        verify(!heading.visible);
+        verify(label("No Results for “spooky”"));
+        Fixture.advance(800);
+        tryVerify(() => heading.visible);
+        verify(Look.find(heading, item => item !== heading && item.text === "Related to “spooky”: creepy, scream" && item.visible));
+        verify(Look.find(heading, item => item.name === "sparkle" && item.visible));
+        verify(!label("No Results for “spooky”"));
+        tryVerify(() => row("Scream"));
+        verify(row("Scream").mapToItem(heading, 0, 0).y >= heading.height, "the list begins below it");
+        verify(!row("Rain"));
+    }
+
     function test_theListStartsAtTheBestAndReturnsToTheOpenSound() {
         const names = [];
         for (let i = 0; i < 200; ++i)

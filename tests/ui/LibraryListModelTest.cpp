@@ -368,6 +368,12 @@ TEST_F(LibraryListModelTest, AQueryThatFindsNothingShowsWhatIsRelatedToIt)
     EXPECT_EQ(rows(), u"b spukhaft"_s);
     app->library().rename(app->library().items()[1], u"b rain"_s);
     EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);
+    app->library().rename(app->library().items()[1], u"b spukhaft"_s);
+    app->deleteItems({app->library().items()[1]}); // what was found is gone
+    EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);
+    app->deleteItems(app->library().items()); // and what was related
+    EXPECT_EQ(model->relatedHeading(), u"Related to “spukhaft”: creepy, scream"_s);
+    EXPECT_EQ(model->nothingFound(), u"No Results for “spukhaft”"_s);
     model->setQuery(u"spukhafte"_s); // another question
     EXPECT_EQ(model->relatedHeading(), QString());
     EXPECT_EQ(model->rowCount(), 0);
