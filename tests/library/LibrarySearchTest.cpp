@@ -115,6 +115,14 @@ TEST_F(LibrarySearchTest, ASynonymLeadsToItsWholeRows)
                                                                  u"boom"_s, u"bass"_s, u"deep"_s, u"low"_s, u"drop"_s}));
     EXPECT_EQ(LibrarySearch::expanded(u"giggle"_s), (QSet<QString>{u"laugh"_s, u"giggle"_s, u"funny"_s}));
     EXPECT_EQ(LibrarySearch::expanded(u"door"_s), QSet<QString>{u"door"_s});
+    for (const QString& word : {u"pop"_s, u"click"_s})
+        EXPECT_EQ(LibrarySearch::expanded(word), (QSet<QString>{u"pop"_s, u"click"_s, u"bubble"_s, u"tap"_s}));
+    for (const QString& word : {u"riser"_s, u"tension"_s}) {
+        EXPECT_EQ(LibrarySearch::expanded(word), (QSet<QString>{u"riser"_s, u"rise"_s, u"swell"_s, u"build"_s, u"tension"_s}));
+    }
+    for (const QString& word : {u"sparkle"_s, u"chime"_s}) {
+        EXPECT_EQ(LibrarySearch::expanded(word), (QSet<QString>{u"sparkle"_s, u"bright"_s, u"shine"_s, u"magic"_s, u"chime"_s}));
+    }
 }
 
 TEST_F(LibrarySearchTest, ArabicIsUnderstood)
@@ -129,6 +137,7 @@ TEST_F(LibrarySearchTest, ArabicIsUnderstood)
     EXPECT_EQ(LibrarySearch::expanded(u"ووش"_s),
               (QSet<QString>{u"ووش"_s, u"whoosh"_s, u"swoosh"_s, u"swish"_s, u"swipe"_s, u"transition"_s, u"fast"_s}));
     EXPECT_EQ(LibrarySearch::expanded(u"دوي"_s), (QSet<QString>{u"دوي"_s, u"boom"_s}));
+    EXPECT_TRUE(LibrarySearch::expanded(u"الأبواب"_s).contains(u"horn"_s)); // by one letter
 }
 
 TEST_F(LibrarySearchTest, AnEnglishMeaningOfTwoWordsIsFoundAsItStands)

@@ -2,6 +2,7 @@
 #include "support/Printing.h"
 
 #include <QFile>
+#include <QMap>
 #include <QSet>
 
 #include <gtest/gtest.h>
@@ -109,6 +110,7 @@ TEST(SearchTerms, SpellingIsFolded)
     EXPECT_EQ(SearchTerms::normalize(u"ال"), u"ال"_s);
     EXPECT_EQ(SearchTerms::normalize(u"الم"), u"الم"_s);
     EXPECT_EQ(SearchTerms::normalize(u"الحب"), u"حب"_s);
+    EXPECT_EQ(SearchTerms::normalize(u"المء"), u"الم"_s); // the hamza goes first
     EXPECT_EQ(SearchTerms::normalize(u"مسئول"), u"مسول"_s);
     EXPECT_EQ(SearchTerms::normalize(u"مسؤول"), u"مسول"_s);
     EXPECT_EQ(SearchTerms::normalize(u"سماء"), u"سما"_s);
@@ -163,6 +165,26 @@ TEST(SearchTerms, PrefixesAndSuffixesComeOff)
     EXPECT_EQ(SearchTerms::english(u"مبارك"_s, Fuzzy::no), (QStringList{u"congratulations"_s, u"celebration"_s}));
 }
 
+TEST(SearchTerms, EveryPrefixAndEverySuffixComesOff)
+{
+    for (const QString& prefix : u"عال بال لل وال فال كال و ف ب ل ك س"_s.split(u' '))
+        EXPECT_EQ(SearchTerms::english(prefix + u"باب"_s, Fuzzy::no), QStringList{u"door"_s}) << prefix.toStdString();
+    for (const QString& suffix : u"ات ون ين ان ه ي ك نا ها هم"_s.split(u' '))
+        EXPECT_EQ(SearchTerms::english(u"انفجار"_s + suffix, Fuzzy::no), QStringList{u"explosion"_s}) << suffix.toStdString();
+}
+
+TEST(SearchTerms, WordsOfEveryPartOfTheDictionaryMeanWhatTheyMean)
+{
+    const QMap<QString, QStringList> some{{u"وووش"_s, {u"whoosh"_s}},    {u"كاميرا"_s, {u"camera shutter"_s}},
+                                          {u"قطه"_s, {u"cat"_s}},        {u"تحدي"_s, {u"challenge"_s, u"fanfare"_s}},
+                                          {u"عطسة"_s, {u"sneeze"_s}},    {u"جايع"_s, {u"hungry"_s}},
+                                          {u"زهقان"_s, {u"bored"_s}},    {u"صحراء"_s, {u"desert"_s}},
+                                          {u"اطلاق"_s, {u"shooting"_s}}, {u"ماشاءالله"_s, {u"mashallah"_s}},
+                                          {u"مريض"_s, {u"sick"_s}},      {u"غموض"_s, {u"mystery"_s}}};
+    for (auto word = some.begin(); word != some.end(); ++word)
+        EXPECT_EQ(SearchTerms::english(word.key(), Fuzzy::no), word.value()) << word.key().toStdString();
+}
+
 TEST(SearchTerms, OneWrongLetterIsForgivenWhereItLeavesNoDoubt)
 {
     EXPECT_EQ(SearchTerms::english(u"الأبواب"_s, Fuzzy::no), QStringList());
@@ -215,6 +237,8 @@ TEST(SearchTerms, AnOnlineQueryIsInEnglish)
     EXPECT_EQ(SearchTerms::onlineQuery(u"صوتX"_s), u"صوتX"_s);      // joined to Latin: as it is
     EXPECT_EQ(SearchTerms::onlineQuery(u"é باب"_s), u"door"_s);     // no ASCII, unknown: dropped
     EXPECT_EQ(SearchTerms::onlineQuery(u"\u064E\u0651"_s), std::nullopt);
+    EXPECT_EQ(SearchTerms::onlineQuery(u"ماء"_s), u"water"_s); // folded it would be the stop word "ما"
+    EXPECT_EQ(SearchTerms::onlineQuery(u"صَوتX"_s), u"صَوتX"_s); // and keeps its marks
 }
 
 TEST(SearchTerms, EveryStopWordIsDroppedWithOrWithoutItsMarks)
