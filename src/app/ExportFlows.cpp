@@ -21,8 +21,11 @@ namespace {
 const QString kExtension = u"wav"_s;
 const QString kEventName = u"Tonequill"_s;
 
+// Makes the folder if it is missing, as a desktop may be. Throws FileError.
 QString freePathFor(const QString& folder, const QString& name)
 {
+    if (!QDir().mkpath(folder))
+        throw FileError(FileError::Action::write, folder, errno);
     return Files::uniqueFreePath(folder, FileNames::safe(name), kExtension);
 }
 
@@ -154,8 +157,6 @@ QCoro::Task<> AppModel::sendToFinalCut(QList<SoundItem> items)
     // The files stay for ever: the application refers to them where they lie.
     const QString folder = m_library->folder() + u"/FinalCut"_s;
     try {
-        if (!QDir().mkpath(folder))
-            throw FileError(FileError::Action::write, folder, errno);
         QList<FinalCut::Clip> clips;
         for (const SoundItem& item : std::as_const(items)) {
             const QString path = freePathFor(folder, item.name);

@@ -5,6 +5,7 @@
 #include "fakes/FakeOtherApps.h"
 #include "platform/AudioFile.h"
 #include "support/Await.h"
+#include "support/Environment.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 
@@ -317,6 +318,13 @@ TEST_F(ExportFlowsTest, ASaveFolderThatVanishedIsTheDesktop)
     QDir(saved()).removeRecursively();
     EXPECT_NE(model.saveFolder(), saved());
     EXPECT_EQ(model.saveFolderPath(), saved()); // the setting is not cleared
+
+    const QString home = folder.filePath(u"home"_s); // and it has no desktop yet
+    const test::Environment itsHome("HOME", QFile::encodeName(home));
+    const test::Environment noConfig("XDG_CONFIG_HOME", QFile::encodeName(home));
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(model.noticeText(), u"Saved “Door.wav” to Desktop."_s);
+    EXPECT_TRUE(QFile::exists(home + u"/Desktop/Door.wav"_s));
 }
 
 TEST_F(ExportFlowsTest, ALongOrForeignNameIsSavedAsFarAsItFits)
