@@ -24,14 +24,18 @@ const RecordSchema kIdea{
 
 class LocalLanguageModelTest : public testing::Test {
 protected:
-    LocalLanguageModel::Settings settings() const
+    // Patient, for a busy machine, unless it is the impatience that is tested.
+    LocalLanguageModel::Settings settings(std::chrono::milliseconds probe = kPatience,
+                                          std::chrono::milliseconds answer = kPatience) const
     {
-        LocalLanguageModel::Settings quick;
-        quick.base = server.base();
-        quick.probeTime = std::chrono::milliseconds(300);
-        quick.answerTime = std::chrono::milliseconds(300);
-        return quick;
+        LocalLanguageModel::Settings own;
+        own.base = server.base();
+        own.probeTime = probe;
+        own.answerTime = answer;
+        return own;
     }
+    static constexpr std::chrono::milliseconds kPatience{10000};
+    static constexpr std::chrono::milliseconds kImpatience{300};
 
     // How a question fails.
     static std::optional<Kind> failureOf(LanguageModel& model)
@@ -111,7 +115,7 @@ TEST_F(LocalLanguageModelTest, EndsHoweverAServerMisbehaves)
     server.content = uR"({"name": "Door", "tags": []})"_s;
     for (const auto& [mood, kind] : cases) {
         server.mood = mood;
-        LocalLanguageModel model(settings());
+        LocalLanguageModel model(settings(kPatience, kind == Kind::timedOut ? kImpatience : kPatience));
         QElapsedTimer timer;
         timer.start();
         EXPECT_EQ(failureOf(model), kind) << static_cast<int>(mood);
@@ -123,7 +127,7 @@ TEST_F(LocalLanguageModelTest, IsNotAvailableWithoutAServerThatHasAModel)
 {
     for (const Mood mood : {Mood::refuse, Mood::hang, Mood::drip, Mood::tenMegabytes, Mood::dieInTheMiddle}) {
         server.probeMood = mood;
-        LocalLanguageModel model(settings());
+        LocalLanguageModel model(settings(kImpatience));
         EXPECT_FALSE(test::await(model.isAvailable())) << static_cast<int>(mood);
         EXPECT_EQ(failureOf(model), Kind::unavailable);
     }
