@@ -328,7 +328,8 @@ QString LibraryListModel::smartNameLabel(int row) const
 
 void LibraryListModel::smartNameFrom(int row)
 {
-    startFlow(m_app.smartRename(meantBy(row)));
+    if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
+        startFlow(m_app.smartRename(meant));
 }
 
 void LibraryListModel::deleteFrom(int row)

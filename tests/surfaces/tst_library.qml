@@ -152,6 +152,17 @@ TestCase {
         compare(Fixture.selected(), "Sound 2");
     }
 
+    function test_theMenuGoesWhenTheRowsMoveUnderIt() {
+        open(3);
+        clickRow(1, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Delete"));
+        const item = menuItem("Delete");
+        Fixture.deleteFirst();
+        item.triggered(); // as by a press that was on its way
+        tryVerify(() => !menuItem("Delete"));
+        compare(list.model.soundCount, 2);
+    }
+
     function test_theMenuOfOneOfSeveralMeansThemAll_data() {
         return [
             { tag: "right button", open: () => clickRow(1, Qt.NoModifier, Qt.RightButton) },

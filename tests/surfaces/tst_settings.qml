@@ -49,6 +49,18 @@ TestCase {
         return Look.find(page.parent, item => item.visible && item.activeFocusOnTab && Fixture.spoken(item) === text);
     }
 
+    function test_aNoticeIsSeenOverTheSettings() {
+        open();
+        Fixture.say("Copied 2 sounds to Movies.", false);
+        const notice = Look.find(page.parent, item => item.objectName === "sheetNotice");
+        tryCompare(notice, "opacity", 1);
+        compare(notice.shownText, "Copied 2 sounds to Movies.");
+        const below = findChild(window.contentItem, "noticeLine");
+        verify(!below.visible, "once is enough");
+        keyClick(Qt.Key_Escape);
+        tryCompare(below, "opacity", 1);
+    }
+
     function test_allThatIsToBeSetIsThereInItsOrder() {
         open();
         const expected = ["Appearance", "Aurora", "Sunset", "Ocean", "Forest", "Rose", "Graphite", "Light or dark", "System", "Light",

@@ -75,8 +75,12 @@ TestCase {
             compare(segment.checked, true);
             compare(!!label("Nothing here yet."), i > 0);
         }
-        keyClick(Qt.Key_3, Qt.ControlModifier);
-        compare(window.model.section, WindowModel.Studio);
+        for (const [key, section] of [[Qt.Key_3, WindowModel.Studio], [Qt.Key_4, WindowModel.Create],
+                [Qt.Key_2, WindowModel.Discover], [Qt.Key_1, WindowModel.Library]]) {
+            keyClick(key, Qt.ControlModifier);
+            compare(window.model.section, section);
+        }
+        verify(Look.find(window.contentItem, item => Fixture.spoken(item) === "PageTabList: Section"));
     }
 
     function test_theArrowsMoveBetweenTheSections() {

@@ -8,6 +8,9 @@
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
 
+#include <QApplication>
+#include <QFileDialog>
+#include <QQuickWindow>
 #include <QSignalSpy>
 #include <QStandardPaths>
 
@@ -157,6 +160,22 @@ TEST_F(SettingsViewTest, TheCountsFollowTheLibraryAndTheCatalogue)
     view->setSearchableCount(302'114);
     EXPECT_EQ(view->soundCounts(), u"2 saved, 302,114 searchable"_s);
     EXPECT_EQ(changes.count(), 2);
+}
+
+TEST_F(SettingsViewTest, AFolderIsChosenInThePanel)
+{
+    QQuickWindow window;
+    view->chooseSaveFolder(&window);
+    QFileDialog* panel = nullptr;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        panel = panel ? panel : qobject_cast<QFileDialog*>(widget);
+    ASSERT_TRUE(panel);
+    EXPECT_EQ(panel->windowTitle(), u"Choose Folder"_s);
+    EXPECT_EQ(panel->labelText(QFileDialog::Accept), u"Save Here"_s);
+    EXPECT_EQ(panel->directory().absolutePath(), home(u"Desktop"_s));
+    QDir().mkpath(home(u"Cuts"_s));
+    Q_EMIT panel->fileSelected(home(u"Cuts"_s));
+    EXPECT_EQ(app->saveFolder(), home(u"Cuts"_s));
 }
 
 TEST_F(SettingsViewTest, ShowsTheLibrarysFolder)

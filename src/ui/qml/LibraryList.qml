@@ -138,9 +138,26 @@ KeyboardItem {
         visible: control.activeFocus && control.hasVisualFocus && control.model.currentRow < 0
     }
 
+    Connections {
+        target: control.model
+
+        // The menu means what it was opened for: it goes when the rows move under it.
+        function onRowsInserted() {
+            menu.leave();
+        }
+        function onRowsRemoved() {
+            menu.leave();
+        }
+    }
+
     PopupMenu {
         id: menu
         property int row: -1
+
+        function leave() {
+            row = -1;
+            close();
+        }
 
         PopupMenuItem {
             objectName: "smartNameItem"

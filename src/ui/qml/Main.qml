@@ -122,21 +122,17 @@ Window {
             }
         }
     }
-    NoticeLine {
+    WindowNotice {
         objectName: "noticeLine"
-        anchors.horizontalCenter: parent.horizontalCenter
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Metrics.spaceXl
-        isBusy: window.model.noticeText === ""
-        isError: window.model.noticeIsError
-        text: isBusy ? window.model.workingText : window.model.noticeText
+        model: window.model
+        isWanted: !window.showsSettings // the sheet has its own
     }
     Instantiator {
         active: window.showsSettings
 
         delegate: SettingsSheet {
             parent: window.contentItem
-            settings: window.model.settings
+            model: window.model
             Component.onCompleted: open()
             onClosed: window.showsSettings = false
         }

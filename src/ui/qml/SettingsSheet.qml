@@ -6,14 +6,14 @@ import Tonequill
 Sheet {
     id: sheet
 
-    required property SettingsView settings
+    required property WindowModel model
 
     title: "Settings"
     implicitWidth: Metrics.settingsWidth
     margins: Metrics.windowGap
     padding: Metrics.hairline
     topPadding: Metrics.toolbar + Metrics.hairline
-    onAboutToShow: settings.refresh()
+    onAboutToShow: model.settings.refresh()
 
     Shortcut {
         sequence: "Ctrl+W"
@@ -51,7 +51,7 @@ Sheet {
         SettingsPage {
             id: page
             anchors.fill: parent
-            settings: sheet.settings
+            settings: sheet.model.settings
         }
         IconButton {
             objectName: "closeButton"
@@ -62,6 +62,10 @@ Sheet {
             text: "Close"
             keys: "Esc"
             onClicked: sheet.close()
+        }
+        WindowNotice {
+            objectName: "sheetNotice"
+            model: sheet.model
         }
     }
 }

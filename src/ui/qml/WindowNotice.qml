@@ -1,0 +1,15 @@
+import QtQuick
+import Tonequill
+
+// The notice of the window's model, at the lower edge of what it lies over.
+NoticeLine {
+    required property WindowModel model
+    property bool isWanted: true
+
+    anchors.horizontalCenter: parent.horizontalCenter
+    anchors.bottom: parent.bottom
+    anchors.bottomMargin: Metrics.spaceXl
+    isBusy: model.noticeText === ""
+    isError: model.noticeIsError
+    text: !isWanted ? "" : isBusy ? model.workingText : model.noticeText
+}
