@@ -4,6 +4,7 @@
 #include "app/HandedOver.h"
 #include "audio/EffectRenderer.h"
 #include "base/Background.h"
+#include "library/DragStaging.h"
 #include "platform/DesktopApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
@@ -57,6 +58,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     auto library = std::make_unique<LibraryStore>(clock);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
+    DragStaging::clean(); // here alone: the terminal may be used while the window's files are on their way
     const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
     SdlAudioOutput output;
     BackgroundEditorWork work(classifier, output);

@@ -1,7 +1,5 @@
 #include "app/AppModel.h"
 
-#include "library/DragStaging.h"
-
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -45,7 +43,6 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
     m_editor.setOnHeard([this](const SoundItem& item, const SoundHeard& heard) { applyHeard(item, heard); });
-    DragStaging::clean();
     // The newest sound starts to load before the window appears.
     if (!m_library->items().isEmpty())
         setSelection(m_library->items().first().id);

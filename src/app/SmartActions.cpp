@@ -79,11 +79,12 @@ QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
         co_return;
     }
     const QPointer model(this);
-    const Working working(*this, u"Naming %1"_s.arg(items.size()));
-    // The record as it is, while it is still the one that was to be named.
+    auto working = std::make_optional<Working>(*this, u"Naming %1"_s.arg(items.size()));
+    // The record as it is, unless somebody named it meanwhile. What the editor's own
+    // ear calls it is no such name.
     const auto current = [this](const SoundItem& item) {
         const SoundItem* stored = m_library->find(item.id);
-        return stored && stored->name == item.name ? stored : nullptr;
+        return stored && (stored->name == item.name || stored->nameIsAuto == true) ? stored : nullptr;
     };
     qsizetype renamed = 0;
     for (qsizetype i = 0; i < items.size(); ++i) {
@@ -104,6 +105,7 @@ QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
         give(before, naming);
         ++renamed;
     }
+    working.reset();
     say(renamed == 1 ? u"Named it and added tags."_s : u"Renamed %1 sounds and added tags."_s.arg(renamed));
 }
 

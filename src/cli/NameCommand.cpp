@@ -60,7 +60,7 @@ int report(const LibraryStore& library, const Wish& wish, bool isJson)
         list->beginArray();
     for (const SoundItem& before : wish.toName) {
         const SoundItem* now = library.find(before.id);
-        if (now && now->name != before.name) {
+        if (now && *now != before) { // the name may be given again, with tags
             named.beginObject().key("id").text(uuidText(now->id)).key("oldName").text(before.name);
             named.key("name").text(now->name).key("tags").list(now->tags).endObject();
             continue;

@@ -93,9 +93,11 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     model->setHideCreditSounds(true);
     model->setCreateWithCredits(true);
     model->setSaveFolderPath(folder.path());
+    model->setSection(AppSection::studio);
     Defaults stored(folder.filePath(u"tonequill.ini"_s));
     const AppModel again(stored, clock, work, apps, languageModel,
                          std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    EXPECT_EQ(again.section(), AppSection::library); // each start begins there
     EXPECT_FALSE(again.alsoFinalCut());
     EXPECT_FALSE(again.shortOnlyByDefault());
     EXPECT_TRUE(again.hideCreditSounds());

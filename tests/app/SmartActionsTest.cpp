@@ -275,6 +275,28 @@ TEST_F(SmartActionsTest, ANameThatIsGivenMeanwhileStays)
     EXPECT_EQ(languageModel.questions, 1); // the second wasn't asked about
 }
 
+TEST_F(SmartActionsTest, WhatTheEditorHearsFirstIsNoChosenName)
+{
+    languageModel.answer = idea(u"Heavy Door Slam"_s, {u"wood"_s});
+    rename({sound(0)});
+    model->applyHeard(sound(0), {u"Door"_s, {}, {}, {{u"door"_s, 0.95}}});
+    EXPECT_EQ(sound(0).name, u"Door"_s);
+    hear({{u"door"_s, 0.9}});
+    EXPECT_EQ(sound(0).name, u"Heavy Door Slam"_s);
+    EXPECT_TRUE(sound(0).tags.contains(u"wood"_s));
+    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s);
+}
+
+TEST_F(SmartActionsTest, TheWorkIsOverWhenItIsTold)
+{
+    languageModel.available = false;
+    rename({sound(1)});
+    std::optional<bool> wasWorking;
+    QObject::connect(model.get(), &AppModel::noticeChanged, model.get(), [&] { wasWorking = model->isWorking(); });
+    hear({{u"dog"_s, 0.5}});
+    EXPECT_EQ(wasWorking, false);
+}
+
 TEST_F(SmartActionsTest, TagsThatAreAddedMeanwhileStay)
 {
     languageModel.available = false;

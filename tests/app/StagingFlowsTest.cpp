@@ -97,11 +97,3 @@ TEST_F(StagingFlowsTest, APartThatFailsIsLeftOut)
     model->setSelection(std::nullopt);
     EXPECT_EQ(model->stageSelectionFiles(), AppModel::StagedFiles());
 }
-
-TEST_F(StagingFlowsTest, AStartRemovesWhatEarlierOnesStaged)
-{
-    const auto staged = model->stageFiles({item(0)});
-    model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                       std::make_unique<LibraryStore>(clock, folder.path()));
-    EXPECT_FALSE(QFile::exists(staged.paths[0]));
-}
