@@ -123,6 +123,19 @@ TEST_F(NameTest, ALanguageModelIsAsked)
     EXPECT_EQ(names()[1], u"Kettle Whistle"_s);
 }
 
+TEST_F(NameTest, ANameThatIsGivenAgainIsGiven)
+{
+    folder.add(u"Voice"_s);
+    folder.write();
+    test::FakeModelServer server;
+    server.content = u"{\"name\": \"voice\", \"tags\": [\"steam\"]}"_s;
+    qputenv("TONEQUILL_LANGUAGE_MODEL", server.base().toEncoded());
+    const auto named = runServed({u"name"_s, u"Voice"_s});
+    EXPECT_EQ(named.exitCode, 0);
+    EXPECT_EQ(named.error, QString());
+    EXPECT_EQ(QString::fromUtf8(named.out), u"Voice → Voice  · steam\n"_s);
+}
+
 TEST_F(NameTest, WhatCannotBeHeardKeepsItsName)
 {
     QFile::resize(folder.path() + u'/' + camera.fileName, 0);
