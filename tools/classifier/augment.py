@@ -71,6 +71,23 @@ def change(patch, random):
     return patch
 
 
+def wild(first, second, third, random):
+    """Something that has no label any more, only a teacher who hears something
+    in it: far shifts, two sounds one after the other, three at once."""
+    parts = []
+    for patch in (first, second, third):
+        patch = change(patch, random)
+        if random.random() < 0.5:
+            patch = np.roll(patch, random.integers(-8, 9), 1)
+        parts.append(patch)
+    out = mix(parts[0], parts[1], random)[0] if random.random() < 0.6 else parts[0]
+    if random.random() < 0.4:
+        out = mix(out, parts[2], random)[0]
+    if random.random() < 0.4:
+        out = np.concatenate([out[:(at := random.integers(16, PATCH - 16))], parts[1][at:]])
+    return out
+
+
 def add_noise(patch, random):
     level = np.sqrt((patch ** 2).mean()) * 10 ** (-random.uniform(8, 45) / 20)
     colour = np.exp(np.interp(np.arange(BANDS), np.linspace(0, BANDS, 5), random.normal(0, 1, 5)))
@@ -103,9 +120,10 @@ class Sampler:
     more often, but by the square root only. Some patches stay as they are: what
     people drop into the program is seldom as bad as what `change` makes."""
 
-    def __init__(self, recordings, chosen, synthetic, labels, synthetic_share=0.12, plain_share=0.3):
+    def __init__(self, recordings, chosen, synthetic, labels, synthetic_share=0.12, plain_share=0.3,
+                 wild_share=0.25):
         self.recordings, self.synthetic, self.labels = recordings, synthetic, labels
-        self.share, self.plain_share = synthetic_share, plain_share
+        self.share, self.plain_share, self.wild_share = synthetic_share, plain_share, wild_share
         self.tables = []
         for sounds, indices in ((recordings, chosen), (synthetic, range(len(synthetic)))):
             groups = {}
@@ -125,11 +143,16 @@ class Sampler:
         return cut(sounds.sound(group[random.integers(len(group))]), random, spread), self.labels.index(names[label])
 
     def draw(self, count, random):
-        """count x 96 x 64 log-mel (float16) and count x labels targets."""
+        """count x 96 x 64 log-mel (float16) and count x labels targets: none for what
+        is wild."""
         patches = np.empty((count, PATCH, BANDS), np.float16)
         targets = np.zeros((count, len(self.labels)), np.float32)
         quiet = self.labels.index("silence")
         for number in range(count):
+            if random.random() < self.wild_share:
+                patch = wild(*(self.one(random, 0.25)[0] for _ in range(3)), random)
+                patches[number] = features.log_mel(add_noise(patch, random) if random.random() < 0.5 else patch)
+                continue
             plain = random.random() < self.plain_share
             patch, label = self.one(random, 0.0 if plain else 0.1)
             share, other = 0.0, label

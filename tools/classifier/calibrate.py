@@ -139,10 +139,10 @@ def main():
     parser.add_argument("--teacher", nargs=2, metavar=("TEACHER", "CLASSES"))
     arguments = parser.parse_args()
     network.use_one_core()
-    student, names = load(os.path.join(arguments.work, "student.pt"))
+    scorer, names = load(arguments.work)
     sounds = held_out_sounds(arguments.sounds, arguments.work)
     patches, windows = train.windows_of(sounds, range(len(sounds)))
-    scores = train.peak_scores(torch.softmax(train.forward(student, patches), 1).numpy(), windows)
+    scores = train.peak_scores(train.forward(scorer, patches, scorer).numpy(), windows)
     scores[:, names.index("silence")] = 0  # never an answer
     truth = np.array([names.index(label) for label in sounds.labels])
     answer, best = scores.argmax(1), scores.max(1)

@@ -1,11 +1,12 @@
 """Trains the network.
 
-  train.py SOUNDS WORK TEACHER.onnx CLASSES.csv [--minutes 80] [--bfloat16] [--small] [--everything]
+  train.py SOUNDS WORK TEACHER.onnx CLASSES.csv [--minutes 80] [--bfloat16] [--small] [--everything] [--kind separable]
+           [--from FILE.pt]
 
 A second process makes augmented patches of the training sounds all the while
 and asks the teacher for its embedding of each. The network follows that
 embedding, the teacher's own scores, a small head on the embedding (guide.py)
-and the true label. Writes WORK/student.pt, averaged weights, after every round.
+and the true label. Writes WORK/KIND.pt, averaged weights, after every round.
 """
 
 import argparse
@@ -26,7 +27,7 @@ import network
 BATCH = 96
 PART = 6000  # patches
 KEPT = 64  # parts in memory, 90 MB each
-AT_ONCE, PER_PART = 16, 300  # parts made as fast as may be; then one for so many steps
+AT_ONCE, PER_PART = 16, 150  # parts made as fast as may be; then one for so many steps
 ROUND = 240.0  # seconds
 
 
@@ -129,17 +130,17 @@ def averaged(model, target, rate):
 
 def step_losses(model, teacher, head, x, targets, embedding, bfloat16):
     """How far from the teacher's embedding, its scores, the head, the truth."""
-    with torch.no_grad():
-        wish = torch.softmax(head(embedding), 1)
-        scores = torch.sigmoid(teacher.head(embedding))
     with torch.autocast("cpu", torch.bfloat16, enabled=bfloat16):
+        with torch.no_grad():
+            wish, scores = head(embedding), teacher.head(embedding)
         features, logits = model(x[:, None].contiguous(memory_format=torch.channels_last))
         mine = model.embed(features)
         classes = teacher.head(mine)
+    wish, scores = torch.softmax(wish.float(), 1), torch.sigmoid(scores.float())
     mine, logits, classes = mine.float(), logits.float(), classes.float()
     near = 1 - F.cosine_similarity(mine, embedding, 1).mean() + 0.5 * F.smooth_l1_loss(mine, embedding)
     heard = F.binary_cross_entropy_with_logits(classes, scores, reduction="sum") / len(x)
-    told = soft_loss(logits, targets * 0.9 + 0.1 / targets.shape[1])
+    told = soft_loss(logits, targets * 0.9 + targets.sum(1, keepdim=True) * 0.1 / targets.shape[1])
     return near, heard, soft_loss(logits, wish), told
 
 
@@ -153,7 +154,8 @@ def main():
     parser.add_argument("--bfloat16", action="store_true", help="twice as fast where the processor knows it")
     parser.add_argument("--small", action="store_true", help="a run of a minute, to see that it runs")
     parser.add_argument("--everything", action="store_true", help="hold nothing out: for a last network")
-    parser.add_argument("--width", type=int, default=36)
+    parser.add_argument("--kind", choices=network.BODIES, default="residual")
+    parser.add_argument("--from", dest="start", metavar="FILE.pt", help="go on from these weights")
     parser.add_argument("--seed", type=int, default=1)
     arguments = parser.parse_args()
     network.use_one_core()
@@ -182,12 +184,15 @@ def main():
             scores = torch.softmax(head(heard), 1).numpy()
         log("guide: top-1 %.3f top-3 %.3f" % accuracy(peak_scores(scores, held[1]), truth))
 
-    model = network.Student(len(names), arguments.width).to(memory_format=torch.channels_last)
-    checker = network.Student(len(names), arguments.width).eval()
+    model = network.Student(len(names), arguments.kind).to(memory_format=torch.channels_last)
+    if arguments.start:
+        model.load_state_dict(torch.load(arguments.start)["weights"])
+    checker = network.Student(len(names), arguments.kind).eval()
     average = {name: value.clone() for name, value in model.state_dict().items()}
     log(sum(p.numel() for n, p in model.named_parameters() if not n.startswith("embed")), "parameters")
-    path = os.path.join(arguments.work, "student.pt")
+    path = os.path.join(arguments.work, f"{arguments.kind}.pt")
     minutes = 0.5 if arguments.small else arguments.minutes
+    peak = 2e-3 if arguments.start else 3e-3
     optimiser = torch.optim.AdamW(model.parameters(), 3e-3, weight_decay=0.02)
     model.train()
     parts.append(queue.get())
@@ -199,7 +204,7 @@ def main():
                 parts = [*parts, queue.get()][-KEPT:]
                 made += 1
             used = (time.time() - begin) / 60 / minutes
-            rate = 3e-3 * min(1.0, (step + 1) / 200) * (0.5 + 0.5 * np.cos(np.pi * min(used, 1.0))) + 1e-5
+            rate = peak * min(1.0, (step + 1) / 200) * (0.5 + 0.5 * np.cos(np.pi * min(used, 1.0))) + 1e-5
             for group in optimiser.param_groups:
                 group["lr"] = rate
             near, heard, taught, told = step_losses(model, teacher, head, *batch(parts, random), arguments.bfloat16)
@@ -214,7 +219,7 @@ def main():
             averaged(model, average, min(0.999, step / (step + 20)))
             sums += [near.item(), heard.item(), taught.item(), told.item()]
         rounds += 1
-        torch.save({"weights": average, "width": arguments.width, "labels": names}, path + ".part")
+        torch.save({"weights": average, "kind": arguments.kind, "labels": names}, path + ".part")
         os.replace(path + ".part", path)
         line = (f"round {rounds} step {step} of {used:.2f} parts {made} rate {rate:.5f} "
                 f"losses {np.round(sums / steps, 3)}")
