@@ -1,17 +1,13 @@
 // add: the whole road of a file, from the import to the finished cuts.
 
-#include "app/AppModel.h"
 #include "base/Background.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
+#include "cli/Windowless.h"
 #include "library/LibraryIndex.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
 
 #include <QCoroSignal>
 
@@ -163,25 +159,17 @@ int handFiles(const Options& options, const QStringList& files)
 
 int walkRoad(OwnLibrary& own, const Road& road, const QStringList& files, bool isJson)
 {
-    Defaults defaults;
-    const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::fail));
     try {
-        if (!road.isRaw)
-            classifier.prepare();
+        Windowless program(own, road.isRaw ? Windowless::Ear::mayStayClosed : Windowless::Ear::isNeeded);
+        Report report(isJson);
+        Walker walker(program.model(), road, report);
+        startFlow(walker.walk(files));
+        QCoreApplication::exec();
+        return report.finish(program.model().library());
     } catch (const SoundModelError& error) {
         terminal::complain(error.message());
         return kFailed;
     }
-    NoAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
-    DesktopApps apps;
-    LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, own.clock, work, apps, languageModel, std::move(own.store));
-    Report report(isJson);
-    Walker walker(model, road, report);
-    startFlow(walker.walk(files));
-    QCoreApplication::exec();
-    return report.finish(model.library());
 }
 
 } // namespace

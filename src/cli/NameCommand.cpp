@@ -1,6 +1,5 @@
 // name: smart names for sounds whose names say nothing.
 
-#include "app/AppModel.h"
 #include "base/Background.h"
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
@@ -8,11 +7,8 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
+#include "cli/Windowless.h"
 #include "library/NamePolicy.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -99,32 +95,26 @@ QCoro::Task<> nameAll(AppModel& model, QList<SoundItem> items)
 // Names them as the window does, with the same flow.
 int nameHere(OwnLibrary& own, const Wish& wish, bool isJson)
 {
-    Defaults defaults;
-    const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::fail));
     try {
-        classifier.prepare();
+        Windowless program(own, Windowless::Ear::isNeeded);
+        AppModel& model = program.model();
+        model.setSelection(std::nullopt); // an open sound would be listened to, and perhaps named as well
+        if (!isJson) {
+            QObject::connect(&model.library(), &LibraryStore::itemChanged, &model, [&](int index) {
+                const SoundItem& now = model.library().items()[index];
+                const auto before = std::find_if(wish.toName.begin(), wish.toName.end(),
+                                                 [&now](const SoundItem& item) { return item.id == now.id; });
+                if (before != wish.toName.end())
+                    tellNamed(*before, now);
+            });
+        }
+        startFlow(nameAll(model, wish.toName));
+        QCoreApplication::exec();
+        return report(model.library(), wish, isJson);
     } catch (const SoundModelError& error) {
         terminal::complain(error.message());
         return kFailed;
     }
-    NoAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
-    DesktopApps apps;
-    LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, own.clock, work, apps, languageModel, std::move(own.store));
-    model.setSelection(std::nullopt); // an open sound would be listened to, and perhaps named as well
-    if (!isJson) {
-        QObject::connect(&model.library(), &LibraryStore::itemChanged, &model, [&](int index) {
-            const SoundItem& now = model.library().items()[index];
-            const auto before =
-                std::find_if(wish.toName.begin(), wish.toName.end(), [&now](const SoundItem& item) { return item.id == now.id; });
-            if (before != wish.toName.end())
-                tellNamed(*before, now);
-        });
-    }
-    startFlow(nameAll(model, wish.toName));
-    QCoreApplication::exec();
-    return report(model.library(), wish, isJson);
 }
 
 int handToWindow(const Options& options, const QList<SoundItem>& items)

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/AppModel.h"
+#include "cli/LibraryAccess.h"
+#include "platform/DesktopApps.h"
+#include "platform/LocalLanguageModel.h"
+#include "platform/NoAudioOutput.h"
+#include "understanding/SoundClassifier.h"
+
+namespace tonequill::cli {
+
+// The program without its window: its flows, over a library of its own.
+class Windowless {
+public:
+    enum class Ear { isNeeded, mayStayClosed };
+
+    // Takes the library's store. Throws SoundModelError if the ear is needed and its
+    // network can't be used.
+    Windowless(OwnLibrary& own, Ear ear)
+        : m_work(opened(m_classifier, ear), m_output),
+          m_languageModel(LocalLanguageModel::Settings::from(m_defaults)),
+          m_model(m_defaults, own.clock, m_work, m_apps, m_languageModel, std::move(own.store))
+    {}
+
+    AppModel& model() { return m_model; }
+
+private:
+    static const SoundClassifier& opened(const SoundClassifier& classifier, Ear ear)
+    {
+        if (ear == Ear::isNeeded)
+            classifier.prepare();
+        return classifier;
+    }
+
+    Defaults m_defaults;
+    const SoundClassifier m_classifier{ClassifierChoice::from(m_defaults, ClassifierChoice::IfBroken::fail)};
+    NoAudioOutput m_output;
+    BackgroundEditorWork m_work;
+    DesktopApps m_apps;
+    LocalLanguageModel m_languageModel;
+    AppModel m_model;
+};
+
+} // namespace tonequill::cli
