@@ -11,8 +11,8 @@ namespace tonequill {
 
 AutoFolderView::AutoFolderView(AutoFolder& folder)
     : m_folder(folder),
-      m_panel(u"Choose where Tonequill keeps a copy of your sounds, for example a folder in Movies."_s, u"Use This Folder"_s,
-              [this](const QString& path) { m_folder.chooseFolder(path); })
+      m_panel(OpenPanel::Wanted::folder, u"Choose where Tonequill keeps a copy of your sounds, for example a folder in Movies."_s,
+              u"Use This Folder"_s, [this](const QStringList& paths) { m_folder.chooseFolder(paths.first()); })
 {
     connect(&folder, &AutoFolder::changed, this, &AutoFolderView::changed);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/AutoFolder.h"
-#include "ui/FolderPanel.h"
+#include "ui/OpenPanel.h"
 
 #include <QQuickWindow>
 #include <QtQml/qqmlregistration.h>
@@ -48,7 +48,7 @@ private:
     bool isCopying() const { return m_folder.isSyncing() && m_folder.stepCount() > 0; }
 
     AutoFolder& m_folder;
-    FolderPanel m_panel;
+    OpenPanel m_panel;
 };
 
 } // namespace tonequill

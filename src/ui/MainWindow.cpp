@@ -18,8 +18,9 @@ void prepareEngine(QQmlEngine& engine)
 
 MainWindow::MainWindow(AppModel& app, Defaults& defaults)
     : m_themes(defaults),
-      m_filePanel([this](const QStringList& paths) { m_model.addFiles(paths); }),
-      m_model(app, [this] { m_filePanel.open(m_window); })
+      m_addPanel(OpenPanel::Wanted::sounds, u"Add Files"_s, u"Add"_s,
+                 [this](const QStringList& paths) { m_model.addFiles(paths); }),
+      m_model(app, [this] { m_addPanel.open(m_window); })
 {
     m_themes.applyFont();
     // Hinted glyphs instead of distance fields: small text is crisper.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/FilePanel.h"
+#include "ui/OpenPanel.h"
 #include "ui/ThemeStore.h"
 #include "ui/WindowModel.h"
 
@@ -25,7 +25,7 @@ public:
 
 private:
     ThemeStore m_themes;
-    FilePanel m_filePanel;
+    OpenPanel m_addPanel;
     WindowModel m_model;
     QQmlApplicationEngine m_engine; // last, so that QML goes first
     QQuickWindow* m_window = nullptr;

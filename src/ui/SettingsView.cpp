@@ -26,7 +26,8 @@ SettingsView::SettingsView(AppModel& app, ThemeStore& themes)
     : m_app(app),
       m_store(themes),
       m_themes(themes),
-      m_folderPanel(u"Choose Folder"_s, u"Save Here"_s, [this](const QString& path) { m_app.setSaveFolderPath(path); })
+      m_folderPanel(OpenPanel::Wanted::folder, u"Choose Folder"_s, u"Save Here"_s,
+                    [this](const QStringList& paths) { m_app.setSaveFolderPath(paths.first()); })
 {
     connect(&themes, &ThemeStore::changed, this, &SettingsView::appearanceChanged);
     connect(&app, &AppModel::settingsChanged, this, &SettingsView::changed);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/AppModel.h"
-#include "ui/FolderPanel.h"
+#include "ui/OpenPanel.h"
 #include "ui/ThemesModel.h"
 
 #include <QQuickWindow>
@@ -78,7 +78,7 @@ private:
     AppModel& m_app;
     ThemeStore& m_store;
     ThemesModel m_themes;
-    FolderPanel m_folderPanel;
+    OpenPanel m_folderPanel;
     bool m_hasFinalCut = false;
     int m_searchableCount = 0;
 };

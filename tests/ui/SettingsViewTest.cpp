@@ -174,7 +174,7 @@ TEST_F(SettingsViewTest, AFolderIsChosenInThePanel)
     EXPECT_EQ(panel->labelText(QFileDialog::Accept), u"Save Here"_s);
     EXPECT_EQ(panel->directory().absolutePath(), home(u"Desktop"_s));
     QDir().mkpath(home(u"Cuts"_s));
-    Q_EMIT panel->fileSelected(home(u"Cuts"_s));
+    Q_EMIT panel->filesSelected({home(u"Cuts"_s)});
     EXPECT_EQ(app->saveFolder(), home(u"Cuts"_s));
 }
 
