@@ -1,7 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <vector>
+
+namespace cv::hal {
+struct DFT1D;
+}
 
 namespace tonequill {
 
@@ -17,22 +22,18 @@ public:
     static constexpr int kBands = 64;
 
     MelFrontEnd();
+    MelFrontEnd(const MelFrontEnd&) = delete;
+    MelFrontEnd& operator=(const MelFrontEnd&) = delete;
 
     // Takes samples and appends the frames that they complete to `frames`,
     // kBands values each. REQUIRES: finite samples.
     void add(std::span<const float> samples, std::vector<float>& frames);
 
 private:
-    // The bins under one triangle and their weights.
-    struct Band {
-        int firstBin = 0;
-        std::vector<float> weights;
-    };
     void frame(const float* samples, float* out);
 
-    std::vector<float> m_window;
-    std::vector<Band> m_bands;
-    std::vector<float> m_pending; // samples that later frames still need
+    std::shared_ptr<cv::hal::DFT1D> m_transform; // has room of its own: for one frame at a time
+    std::vector<float> m_pending;                // samples that later frames still need
     std::vector<double> m_padded;
     std::vector<double> m_spectrum;
 };

@@ -137,7 +137,7 @@ def separable_body():
 
 def residual_body():
     layers, before = [Conv(1, 64, 8, 4, 2)], 64
-    for channels, blocks in ((64, 2), (128, 3), (256, 4)):
+    for channels, blocks in ((64, 1), (128, 3), (256, 3)):
         if channels != before:
             layers.append(Conv(before, channels, 2, 2))
         layers += [Block(channels) for _ in range(blocks)]
