@@ -47,6 +47,14 @@ protected:
         return all.size() == 1 ? all.first() : nullptr;
     }
 
+    static void expectToBe(const QFileDialog* dialog, const QString& title, const QString& button, QFileDialog::FileMode mode)
+    {
+        ASSERT_TRUE(dialog);
+        EXPECT_EQ(dialog->windowTitle(), title);
+        EXPECT_EQ(dialog->labelText(QFileDialog::Accept), button);
+        EXPECT_EQ(dialog->fileMode(), mode);
+    }
+
     // As typed into the panel's own field, several in quotes.
     void choose(QFileDialog* dialog, const QString& names)
     {
@@ -67,10 +75,7 @@ protected:
 TEST_F(OpenPanelTest, LiesOverItsWindowWithItsOwnButton)
 {
     QFileDialog* dialog = open(folder);
-    ASSERT_TRUE(dialog);
-    EXPECT_EQ(dialog->windowTitle(), u"Choose Folder"_s);
-    EXPECT_EQ(dialog->labelText(QFileDialog::Accept), u"Save Here"_s);
-    EXPECT_EQ(dialog->fileMode(), QFileDialog::Directory);
+    ASSERT_NO_FATAL_FAILURE(expectToBe(dialog, u"Choose Folder"_s, u"Save Here"_s, QFileDialog::Directory));
     EXPECT_EQ(QFileInfo(dialog->directory().path()), QFileInfo(home.path()));
     EXPECT_EQ(dialog->windowHandle()->transientParent(), &over);
     EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
@@ -89,10 +94,7 @@ TEST_F(OpenPanelTest, GivesTheFolderThatIsChosen)
 TEST_F(OpenPanelTest, GivesSeveralSoundsAndVideos)
 {
     QFileDialog* dialog = open(sounds);
-    ASSERT_TRUE(dialog);
-    EXPECT_EQ(dialog->windowTitle(), u"Add Files"_s);
-    EXPECT_EQ(dialog->labelText(QFileDialog::Accept), u"Add"_s);
-    EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
+    ASSERT_NO_FATAL_FAILURE(expectToBe(dialog, u"Add Files"_s, u"Add"_s, QFileDialog::ExistingFiles));
     choose(dialog, uR"("one.wav" "two.mp4")"_s);
     EXPECT_EQ(QSet(chosen.begin(), chosen.end()), QSet({home.filePath(u"one.wav"_s), home.filePath(u"two.mp4"_s)}));
 }
