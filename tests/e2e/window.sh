@@ -40,6 +40,30 @@ until_true() {
         sleep 0.1
     done
 }
+# busy: milliseconds that the window's threads have run or waited for a core.
+busy() { cat /proc/"$app"/task/*/schedstat 2> /dev/null | awk '{ sum += $1 + $2 } END { printf "%d", sum / 1e6 }' || true; }
+# settle SECONDS: waits so long, and on until the window has next to nothing left
+# to do, however slow the machine is. Not while it plays.
+settle() {
+    local before after tries=100
+    sleep "$1"
+    after=$(busy)
+    while
+        before=$after
+        sleep 0.2
+        after=$(busy)
+        tries=$((tries - 1))
+        [ $((after - before)) -gt 40 ] && [ "$tries" -gt 0 ]
+    do :; done
+}
+# press KEY…: one key after another, each with its time.
+press() {
+    local key
+    for key in "$@"; do
+        xdotool key --clearmodifiers "$key"
+        settle 0.1
+    done
+}
 has_sounds() { [ "$(count)" = "$1" ]; }
 window_is_there() { window=$(xdotool search --onlyvisible --name '^Tonequill$' 2>/dev/null | head -n 1) && [ -n "$window" ]; }
 open_window() {
@@ -48,7 +72,7 @@ open_window() {
     started+=("$app")
     until_true 20 window_is_there || fail "the window did not open"
     xdotool windowmove "$window" 0 0 windowsize "$window" 1180 740 windowactivate --sync "$window"
-    sleep 1
+    settle 0.8
 }
 close_window() {
     xdotool windowactivate --sync "$window" key --clearmodifiers ctrl+q
@@ -69,7 +93,7 @@ open_other() {
 # pick_up X Y: presses there and moves far enough for a drag to begin.
 pick_up() {
     xdotool mousemove "$1" "$2" mousedown 1 mousemove $(($1 - 10)) "$2" mousemove $(($1 - 20)) "$2"
-    sleep 0.3
+    settle 0.1
 }
 # carry X Y…: moves on through these points.
 carry() {
@@ -78,7 +102,7 @@ carry() {
         sleep 0.05
         shift 2
     done
-    sleep 0.4
+    settle 0.2
 }
 let_go() { xdotool mouseup 1; }
 
