@@ -93,7 +93,7 @@ class Together(nn.Module):
 def load(work):
     """The students of a work folder as they ship, and their labels."""
     students, labels = [], None
-    for kind in network.BODIES:
+    for kind in network.SHIPPED:
         path = os.path.join(work, f"{kind}.pt")
         if os.path.exists(path):
             stored = torch.load(path)

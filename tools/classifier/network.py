@@ -4,6 +4,7 @@ Our own keeps to what OpenCV 4.6 can import: padding sits in the convolutions,
 no functional padding, no identity on stored values.
 """
 
+import functools
 import math
 
 import torch
@@ -57,6 +58,8 @@ class Conv(nn.Conv2d):
     of a training step. With bfloat16 it is trained as a matrix product where that
     is the same (1 x 1, strides of the kernel's size, a single channel)."""
 
+    TINY = 1e-4  # added to the length
+
     def __init__(self, inputs, outputs, kernel, stride=1, padding=0, groups=1, gain=1.0):
         super().__init__(inputs, outputs, kernel, stride, padding, groups=groups)
         self.gain = nn.Parameter(torch.full((outputs, 1, 1, 1), gain))
@@ -65,7 +68,7 @@ class Conv(nn.Conv2d):
     def filters(self):
         flat = self.weight.flatten(1)
         flat = flat - flat.mean(1, keepdim=True)
-        return (flat / (flat.norm(dim=1, keepdim=True) + 1e-4)).view_as(self.weight) * self.gain
+        return (flat / (flat.norm(dim=1, keepdim=True) + self.TINY)).view_as(self.weight) * self.gain
 
     def plain(self):
         """The same as an ordinary convolution, for good."""
@@ -89,17 +92,17 @@ class Conv(nn.Conv2d):
 
 
 class Block(nn.Module):
-    """Adds to its input: a 3 x 3 filter per channel, then a mix of the channels
-    through twice as many. It starts as hardly more than its input."""
+    """Adds to its input: a 3 x 3 filter per channel, then two mixes of the channels
+    with a ReLU between. It starts as hardly more than its input."""
 
-    def __init__(self, channels):
+    def __init__(self, channels, between):
         super().__init__()
         self.spatial = Conv(channels, channels, 3, 1, 1, groups=channels)
-        self.widen = Conv(channels, 2 * channels, 1)
-        self.mix = Conv(2 * channels, channels, 1, gain=0.1 * RELU_GAIN)
+        self.mix = Conv(channels, between, 1)
+        self.add = Conv(between, channels, 1, gain=0.1 * RELU_GAIN)
 
     def forward(self, x):
-        return x + self.mix(torch.relu(self.widen(self.spatial(x))))
+        return x + self.add(torch.relu(self.mix(self.spatial(x))))
 
 
 # The other kind: ordinary convolutions with batch norms.
@@ -126,26 +129,30 @@ class Separable(nn.Module):
         return torch.relu(y + x) if self.shortcut else torch.relu(y)
 
 
-def separable_body():
+def separable_body(first=16, second=48):
     w = 36
     return nn.Sequential(
-        dense(1, w // 2, 2), dense(w // 2, 2 * w, 2), dense(2 * w, 4 * w, 2),
+        dense(1, first, 2), dense(first, second, 2), dense(second, 4 * w, 2),
         Separable(4 * w, 4 * w), Separable(4 * w, 4 * w),
         Separable(4 * w, 8 * w, 2), *[Separable(8 * w, 8 * w) for _ in range(4)],
         Separable(8 * w, 16 * w)), 16 * w
 
 
-def residual_body():
+def residual_body(widening=1):
     layers, before = [Conv(1, 64, 8, 4, 2)], 64
     for channels, blocks in ((64, 1), (128, 3), (256, 3)):
         if channels != before:
             layers.append(Conv(before, channels, 2, 2))
-        layers += [Block(channels) for _ in range(blocks)]
+        layers += [Block(channels, widening * channels) for _ in range(blocks)]
         before = channels
     return nn.Sequential(*layers, Conv(before, 512, 1), nn.ReLU()), 512
 
 
-BODIES = {"residual": residual_body, "separable": separable_body}
+SHIPPED = ("residual", "separable")
+# The wide ones are trained first and narrowed then (narrow.py).
+BODIES = {"residual": residual_body, "separable": separable_body,
+          "residual_wide": functools.partial(residual_body, widening=2),
+          "separable_wide": functools.partial(separable_body, first=18, second=72)}
 
 
 class Student(nn.Module):
