@@ -67,6 +67,13 @@ int plainScore(const SoundItem& item, const QStringList& words)
 
 } // namespace
 
+TEST_F(LibrarySearchTest, AControlCharacterDoesNotEndAName)
+{
+    add(u"Bell"_s, {u"slam"_s});
+    add(u"Door\u001FSlam"_s);
+    EXPECT_THAT(find(u"slam"_s), ElementsAre(u"Door\u001FSlam"_s, u"Bell"_s));
+}
+
 TEST_F(LibrarySearchTest, AQueryWithoutWordsYieldsEverything)
 {
     add(u"b"_s);
