@@ -80,7 +80,7 @@ def refit(filters, moments, keep, size=1, weights=None, centred=False):
 
 def batches(patches):
     for i in range(0, len(patches), AT_ONCE):
-        yield (torch.from_numpy(patches[i:i + AT_ONCE, None].astype(np.float32)) - network.Student.MEAN) * network.Student.SCALE
+        yield network.Student.scaled(torch.from_numpy(patches[i:i + AT_ONCE, None].astype(np.float32)))
 
 
 def narrow_residual(wide, narrow, patches):

@@ -169,8 +169,12 @@ class Student(nn.Module):
         self.head = nn.Linear(features, labels)
         self.drop = nn.Dropout(0.2)
 
+    @classmethod
+    def scaled(cls, patches):
+        return (patches - cls.MEAN) * cls.SCALE
+
     def features(self, patches):
-        return self.body((patches - self.MEAN) * self.SCALE).mean((2, 3))
+        return self.body(self.scaled(patches)).mean((2, 3))
 
     def forward(self, patches):
         features = self.features(patches)
