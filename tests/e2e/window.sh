@@ -12,7 +12,7 @@ fi
 
 work=$(mktemp -d)
 export XDG_DATA_HOME="$work/data" XDG_CONFIG_HOME="$work/config" XDG_CACHE_HOME="$work/cache" XDG_RUNTIME_DIR="$work/run"
-export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software SDL_AUDIODRIVER=dummy
+export QT_QPA_PLATFORM=xcb QT_QUICK_BACKEND=software SDL_AUDIODRIVER=dummy LC_ALL=C.UTF-8 # which xdotool types Arabic in
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 started=()
 finish() {
