@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "library/LibraryStore.h"
-#include "platform/Clock.h"
 #include "platform/LibraryLock.h"
 
 #include <QJsonObject>

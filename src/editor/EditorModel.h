@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "base/Ticket.h"
 #include "editor/EditorWork.h"
 #include "library/SoundItem.h"
-#include "platform/Clock.h"
 #include "platform/ScratchFile.h"
 
 #include <QCoroTask>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "base/Ticket.h"
 #include "library/AutoFolderManifest.h"
-#include "platform/Clock.h"
 #include "platform/Defaults.h"
 
 #include <QCoroTask>

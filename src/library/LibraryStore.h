@@ -1,10 +1,10 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "base/Progress.h"
 #include "library/ImportError.h"
 #include "library/LibrarySearch.h"
 #include "library/SoundItem.h"
-#include "platform/Clock.h"
 
 #include <QCoroTask>
 #include <QList>

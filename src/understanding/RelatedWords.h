@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Clock.h"
 #include "base/Ticket.h"
-#include "platform/Clock.h"
 #include "platform/LanguageModel.h"
 
 #include <QObject>
