@@ -44,11 +44,12 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     Defaults defaults(folder.filePath(u"tonequill.ini"_s));
     const SoundClassifier classifier;
     NoAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
+    Workers workers;
+    BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, time, work, apps, languageModel,
-                   std::make_unique<LibraryStore>(time, folder.filePath(u"Library"_s)));
+    AppModel model({defaults, time, workers, work, apps, languageModel},
+                   std::make_unique<LibraryStore>(time, workers, folder.filePath(u"Library"_s)));
     double shown = 0;
     double heard = 0;
     QObject::connect(&model.editor(), &EditorModel::rangeChanged, &model, [&] {

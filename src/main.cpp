@@ -17,7 +17,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QThreadPool>
 
 #include <cstdio>
 
@@ -55,16 +54,17 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     const SystemAppearance system; // first, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
-    auto library = std::make_unique<LibraryStore>(clock);
+    Workers workers;
+    auto library = std::make_unique<LibraryStore>(clock, workers);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
     DragStaging::clean(); // here alone: the terminal may be used while the window's files are on their way
     const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
     SdlAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
+    BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, clock, work, apps, languageModel, std::move(library));
+    AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     model.watchAutoFolder();
@@ -96,7 +96,5 @@ int main(int argc, char** argv)
     LibraryLock lock(LibraryStore::defaultFolder());
     if (!lock.acquire())
         return handToFirst(lock, files);
-    const int exitCode = runWindow(lock, files);
-    QThreadPool::globalInstance()->waitForDone(); // work that was cancelled ends at its next block
-    return exitCode;
+    return runWindow(lock, files);
 }

@@ -24,21 +24,16 @@ qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
 
 } // namespace
 
-AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, LanguageModel& languageModel,
-                   std::unique_ptr<LibraryStore> library)
-    : m_defaults(defaults),
-      m_clock(clock),
-      m_apps(apps),
-      m_languageModel(languageModel),
-      m_editorWork(work),
-      m_editor(work, clock),
+AppModel::AppModel(const Services& services, std::unique_ptr<LibraryStore> library)
+    : m_services(services),
+      m_editor(services.editorWork, services.clock),
       m_library(std::move(library)),
-      m_autoFolder(defaults, clock),
-      m_createWithCredits(defaults.boolean(kCreateWithCredits).value_or(false)),
-      m_shortOnlyByDefault(defaults.boolean(kShortOnlyByDefault).value_or(true)),
-      m_hideCreditSounds(defaults.boolean(kHideCreditSounds).value_or(false)),
-      m_alsoFinalCut(defaults.boolean(kAlsoFinalCut).value_or(true)),
-      m_saveFolderPath(defaults.text(kSaveFolderPath))
+      m_autoFolder(services.defaults, services.clock, services.workers),
+      m_createWithCredits(services.defaults.boolean(kCreateWithCredits).value_or(false)),
+      m_shortOnlyByDefault(services.defaults.boolean(kShortOnlyByDefault).value_or(true)),
+      m_hideCreditSounds(services.defaults.boolean(kHideCreditSounds).value_or(false)),
+      m_alsoFinalCut(services.defaults.boolean(kAlsoFinalCut).value_or(true)),
+      m_saveFolderPath(services.defaults.text(kSaveFolderPath))
 {
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
@@ -50,8 +45,16 @@ AppModel::AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps
 
 AppModel::~AppModel()
 {
-    for (const IncomingFile& file : std::as_const(m_incoming))
-        file.progress->cancel();
+    close();
+}
+
+void AppModel::close()
+{
+    // The parts first: the flows wait in them.
+    m_editor.close();
+    m_autoFolder.close();
+    m_library->close();
+    m_flows.end();
 }
 
 void AppModel::setSection(AppSection section)
@@ -155,7 +158,7 @@ void AppModel::say(const QString& text, Tone tone)
     const QUuid id = QUuid::createUuid();
     m_notice = Notice{id, text, tone == Tone::error};
     Q_EMIT noticeChanged();
-    m_clock.after(tone == Tone::error ? 7000ms : 3500ms, [model = QPointer(this), id] {
+    m_services.clock.after(tone == Tone::error ? 7000ms : 3500ms, [model = QPointer(this), id] {
         if (!model || !model->m_notice || model->m_notice->id != id)
             return;
         model->m_notice.reset();
@@ -170,51 +173,49 @@ QString AppModel::workingText() const
     return newest == m_flowsAtWork.rend() ? QString() : *newest;
 }
 
-AppModel::Working::Working(AppModel& model, const QString& text) : m_model(&model), m_text(text)
+AppModel::Working::Working(AppModel& model, const QString& text) : m_model(model), m_text(text)
 {
-    m_model->m_flowsAtWork << text;
-    if (m_model->m_flowsAtWork.size() == 1)
-        Q_EMIT m_model->isWorkingChanged();
+    m_model.m_flowsAtWork << text;
+    if (m_model.m_flowsAtWork.size() == 1)
+        Q_EMIT m_model.isWorkingChanged();
     if (!text.isEmpty())
-        Q_EMIT m_model->workingTextChanged();
+        Q_EMIT m_model.workingTextChanged();
 }
 
 AppModel::Working::~Working()
 {
-    if (!m_model)
-        return;
-    m_model->m_flowsAtWork.removeOne(m_text);
-    if (m_model->m_flowsAtWork.isEmpty())
-        Q_EMIT m_model->isWorkingChanged();
+    m_model.m_flowsAtWork.removeOne(m_text);
+    if (m_model.m_flowsAtWork.isEmpty())
+        Q_EMIT m_model.isWorkingChanged();
     if (!m_text.isEmpty())
-        Q_EMIT m_model->workingTextChanged();
+        Q_EMIT m_model.workingTextChanged();
 }
 
 void AppModel::setCreateWithCredits(bool value)
 {
     m_createWithCredits = value;
-    m_defaults.setBoolean(kCreateWithCredits, value);
+    m_services.defaults.setBoolean(kCreateWithCredits, value);
     Q_EMIT settingsChanged();
 }
 
 void AppModel::setShortOnlyByDefault(bool value)
 {
     m_shortOnlyByDefault = value;
-    m_defaults.setBoolean(kShortOnlyByDefault, value);
+    m_services.defaults.setBoolean(kShortOnlyByDefault, value);
     Q_EMIT settingsChanged();
 }
 
 void AppModel::setHideCreditSounds(bool value)
 {
     m_hideCreditSounds = value;
-    m_defaults.setBoolean(kHideCreditSounds, value);
+    m_services.defaults.setBoolean(kHideCreditSounds, value);
     Q_EMIT settingsChanged();
 }
 
 void AppModel::setAlsoFinalCut(bool value)
 {
     m_alsoFinalCut = value;
-    m_defaults.setBoolean(kAlsoFinalCut, value);
+    m_services.defaults.setBoolean(kAlsoFinalCut, value);
     Q_EMIT settingsChanged();
 }
 
@@ -222,15 +223,15 @@ void AppModel::setSaveFolderPath(std::optional<QString> path)
 {
     m_saveFolderPath = std::move(path);
     if (m_saveFolderPath)
-        m_defaults.setText(kSaveFolderPath, *m_saveFolderPath);
+        m_services.defaults.setText(kSaveFolderPath, *m_saveFolderPath);
     else
-        m_defaults.remove(kSaveFolderPath);
+        m_services.defaults.remove(kSaveFolderPath);
     Q_EMIT settingsChanged();
 }
 
 QString AppModel::saveFolder() const
 {
-    return saveFolder(m_defaults);
+    return saveFolder(m_services.defaults);
 }
 
 QString AppModel::saveFolder(const Defaults& defaults)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/AppSection.h"
+#include "app/model/Services.h"
 #include "audio/AudioExporter.h"
-#include "base/Clock.h"
-#include "base/Progress.h"
+#include "base/FlowGroup.h"
 #include "base/Ticket.h"
 #include "editor/EditorModel.h"
 #include "library/AutoFolder.h"
@@ -15,7 +15,6 @@
 
 #include <QCoroTask>
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 #include <QUuid>
 
@@ -54,17 +53,18 @@ class AppModel : public QObject {
     Q_PROPERTY(QString workingText READ workingText NOTIFY workingTextChanged FINAL)
 
 public:
-    // What is borrowed outlives it.
-    AppModel(Defaults& defaults, Clock& clock, EditorWork& work, OtherApps& apps, LanguageModel& languageModel,
-             std::unique_ptr<LibraryStore> library);
+    AppModel(const Services& services, std::unique_ptr<LibraryStore> library);
     ~AppModel() override;
+
+    // Ends every flow: those at work go on with Cancelled, one that is started later
+    // ends at its first wait. What was begun to be saved is saved.
+    void close();
 
     LibraryStore& library() { return *m_library; }
     const LibraryStore& library() const { return *m_library; }
     EditorModel& editor() { return m_editor; }
     const EditorModel& editor() const { return m_editor; }
-    LanguageModel& languageModel() { return m_languageModel; }
-    Clock& clock() { return m_clock; }
+    const Services& services() const { return m_services; }
 
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
@@ -166,10 +166,10 @@ public:
     // Exports whole sounds beside the library and hands them over. Nothing happens
     // where the application isn't installed.
     QCoro::Task<> sendToFinalCut(QList<SoundItem> items);
-    bool canSendToFinalCut() const { return FinalCut::isInstalled(m_apps); }
+    bool canSendToFinalCut() const { return FinalCut::isInstalled(m_services.apps); }
 
     // The library's folder in the desktop's file manager.
-    void showLibraryFolder() { m_apps.showFolder(m_library->folder()); }
+    void showLibraryFolder() { m_services.apps.showFolder(m_library->folder()); }
 
     // Files under readable names for a drag, complete when these return
     // (StagingFlows.cpp). What can't be staged is left out.
@@ -211,7 +211,7 @@ private:
         Working& operator=(const Working&) = delete;
 
     private:
-        QPointer<AppModel> m_model; // a flow may end after it
+        AppModel& m_model;
         QString m_text;
     };
 
@@ -221,20 +221,17 @@ private:
     };
 
     void wakeAutoFolder();
+    QCoro::Task<> wakeLater();
     QCoro::Task<> runAutoFolder();
-    QCoro::Task<QStringList> heardWords(SoundItem item);
-    QCoro::Task<SoundNaming> smartNaming(SoundItem item);
+    QCoro::Task<QStringList> heardWords(SoundItem item, Lane lane);
+    QCoro::Task<SoundNaming> smartNaming(SoundItem item, Lane lane);
     void give(const SoundItem& item, const SoundNaming& naming);
     void openSelection();
     EffectSettings effectsFor(const SoundItem& item) const;
     QCoro::Task<ExportResult> exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path);
     QCoro::Task<AddedPart> addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly, EffectSettings effects);
 
-    Defaults& m_defaults;
-    Clock& m_clock;
-    OtherApps& m_apps;
-    LanguageModel& m_languageModel;
-    EditorWork& m_editorWork;
+    Services m_services;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
     AppSection m_section = AppSection::library;
@@ -254,6 +251,7 @@ private:
     bool m_hideCreditSounds;
     bool m_alsoFinalCut;
     std::optional<QString> m_saveFolderPath;
+    FlowGroup m_flows; // last
 };
 
 } // namespace tonequill

@@ -3,8 +3,6 @@
 #include "app/AppModel.h"
 #include "base/Background.h"
 
-#include <QPointer>
-
 using namespace std::chrono_literals;
 
 namespace tonequill {
@@ -43,20 +41,20 @@ void AppModel::wakeAutoFolder()
     if (m_watch != Watch::resting)
         return;
     m_watch = Watch::waking;
-    m_clock.after(kDebounce, [model = QPointer(this)] {
-        if (model)
-            startFlow(model->runAutoFolder());
-    });
+    startFlow(wakeLater());
+}
+
+QCoro::Task<> AppModel::wakeLater()
+{
+    co_await m_flows.pause(m_services.clock, kDebounce);
+    startFlow(runAutoFolder());
 }
 
 QCoro::Task<> AppModel::runAutoFolder()
 {
-    const QPointer model(this);
     m_watch = Watch::running;
     m_changedDuringRun = false;
     co_await syncAutoFolder();
-    if (!model)
-        co_return;
     m_watch = Watch::resting;
     if (m_changedDuringRun)
         wakeAutoFolder();

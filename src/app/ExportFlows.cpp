@@ -47,7 +47,7 @@ QCoro::Task<ExportResult> AppModel::exportPart(SoundItem item, double start, dou
     const auto work = [source = m_library->path(item), start, end, effects, path] {
         return PartExport::exportWithEffects(source, start, end, effects, path);
     };
-    return background(work);
+    return background(m_flows, m_services.workers.shown(), work);
 }
 
 QCoro::Task<AppModel::AddedPart> AppModel::addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly,
@@ -99,7 +99,7 @@ QCoro::Task<> AppModel::addToLibrary(TheSource theSource)
                                      : u"Added %1 sounds to your library."_s.arg(parts.size());
     if (m_alsoFinalCut && canSendToFinalCut()) {
         try {
-            FinalCut::send(clips, m_library->folder(), kEventName, m_apps, m_clock);
+            FinalCut::send(clips, m_library->folder(), kEventName, m_services.apps, m_services.clock);
             text += u" They're also in Final Cut Pro."_s;
         } catch (const std::exception& error) {
             say(messageOf(error), Tone::error);
@@ -163,7 +163,7 @@ QCoro::Task<> AppModel::sendToFinalCut(QList<SoundItem> items)
             const ExportResult result = co_await exportPart(item, 0, item.duration, effectsFor(item), path);
             clips << clipOf(item.name, path, result);
         }
-        FinalCut::send(clips, folder, kEventName, m_apps, m_clock);
+        FinalCut::send(clips, folder, kEventName, m_services.apps, m_services.clock);
     } catch (const std::exception& error) {
         say(messageOf(error), Tone::error);
         co_return;

@@ -16,7 +16,7 @@ constexpr double kWorthTelling = 0.1; // what is heard less surely would mislead
 
 } // namespace
 
-QCoro::Task<QStringList> AppModel::heardWords(SoundItem item)
+QCoro::Task<QStringList> AppModel::heardWords(SoundItem item, Lane lane)
 {
     std::vector<HeardLabel> labels;
     // The user sees what the editor heard, whatever its confidence.
@@ -24,7 +24,9 @@ QCoro::Task<QStringList> AppModel::heardWords(SoundItem item)
         labels = m_editor.heard()->labels;
         labels.resize(std::min(labels.size(), std::size_t(kMostWords)));
     } else {
-        labels = co_await m_editorWork.classify(m_library->path(item), 0, item.duration, kMostWords);
+        const EditorWork::Question whole{m_library->path(item), 0, item.duration, kMostWords};
+        const auto progress = std::make_shared<Progress>();
+        labels = co_await m_flows.until(m_services.editorWork.classify(whole, lane, progress));
         std::erase_if(labels, [](const HeardLabel& label) { return label.confidence < kWorthTelling; });
     }
     QStringList words;
@@ -33,18 +35,15 @@ QCoro::Task<QStringList> AppModel::heardWords(SoundItem item)
     co_return words;
 }
 
-QCoro::Task<SoundNaming> AppModel::smartNaming(SoundItem item)
+QCoro::Task<SoundNaming> AppModel::smartNaming(SoundItem item, Lane lane)
 {
-    const QPointer model(this);
-    LanguageModel& languageModel = m_languageModel;
+    LanguageModel& languageModel = m_services.languageModel;
     SoundFacts facts{item.name, {}, item.tags, item.duration, item.descriptors};
-    facts.labels = co_await heardWords(item);
-    if (!model)
-        co_return {}; // the language model may be gone as well
-    const bool hasModel = co_await languageModel.isAvailable();
+    facts.labels = co_await heardWords(item, lane);
+    const bool hasModel = co_await m_flows.until(languageModel.isAvailable());
     std::optional<SoundNaming> naming;
-    if (model && hasModel)
-        naming = co_await SmartNamer::askModel(languageModel, facts);
+    if (hasModel)
+        naming = co_await m_flows.until(SmartNamer::askModel(languageModel, facts));
     co_return naming ? std::move(*naming) : SmartNamer::fallback(facts);
 }
 
@@ -54,8 +53,8 @@ QCoro::Task<> AppModel::suggestSmartName(SoundItem item)
     if (!isOpen(item.id))
         co_return;
     m_editor.setThinking(true);
-    const Ticket ticket = m_suggestions.begin(); // stale once this is gone
-    const SoundNaming naming = co_await smartNaming(item);
+    const Ticket ticket = m_suggestions.begin();
+    const SoundNaming naming = co_await smartNaming(item, Lane::shown);
     if (!ticket.isCurrent() || !isOpen(item.id))
         co_return;
     m_editor.setThinking(false);
@@ -78,7 +77,6 @@ QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
         say(u"These sounds already have names you chose, so I left them alone."_s);
         co_return;
     }
-    const QPointer model(this);
     auto working = std::make_optional<Working>(*this, u"Naming %1"_s.arg(items.size()));
     // The record as it is, unless somebody named it meanwhile. What the editor's own
     // ear calls it is no such name.
@@ -94,9 +92,7 @@ QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
         const SoundItem before = *stored;
         m_beingNamed.insert(before.id);
         Q_EMIT beingNamedChanged(before.id);
-        const SoundNaming naming = co_await smartNaming(before);
-        if (!model)
-            co_return;
+        const SoundNaming naming = co_await smartNaming(before, Lane::behind);
         m_beingNamed.remove(before.id);
         Q_EMIT beingNamedChanged(before.id);
         stored = current(before);

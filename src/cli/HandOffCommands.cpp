@@ -68,7 +68,8 @@ int handOff(Options& options, const QStringList& arguments, const QString& stand
     if (const auto end = options.parse(arguments, 1, std::numeric_limits<qsizetype>::max()))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     const auto items = soundsMeant(store.items(), options.positional());
     if (!items)
         return kFailed;

@@ -16,6 +16,7 @@ namespace tonequill::cli {
 // its only writer.
 struct OwnLibrary {
     SystemClock clock;
+    Workers workers;
     std::unique_ptr<LibraryLock> lock;
     std::unique_ptr<LibraryStore> store;
 };

@@ -17,9 +17,9 @@ public:
     // Takes the library's store. Throws SoundModelError if the ear is needed and its
     // network can't be used.
     Windowless(OwnLibrary& own, Ear ear)
-        : m_work(opened(m_classifier, ear), m_output),
+        : m_work(opened(m_classifier, ear), m_output, own.workers),
           m_languageModel(LocalLanguageModel::Settings::from(m_defaults)),
-          m_model(m_defaults, own.clock, m_work, m_apps, m_languageModel, std::move(own.store))
+          m_model({m_defaults, own.clock, own.workers, m_work, m_apps, m_languageModel}, std::move(own.store))
     {}
 
     AppModel& model() { return m_model; }

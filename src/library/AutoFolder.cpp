@@ -46,9 +46,10 @@ void clearWorkshop(const QString& folder)
 
 } // namespace
 
-AutoFolder::AutoFolder(Defaults& defaults, Clock& clock, Export write)
+AutoFolder::AutoFolder(Defaults& defaults, Clock& clock, Workers& workers, Export write)
     : m_defaults(defaults),
       m_clock(clock),
+      m_workers(workers),
       m_export(std::move(write)),
       m_journal(QFileInfo(defaults.path()).path() + u"/auto-folder-journal"_s),
       m_enabled(defaults.boolean(kEnabledKey).value_or(false)),
@@ -166,7 +167,7 @@ QCoro::Task<> AutoFolder::take(QString folder, Step step, Sound sound)
         }
         journal.append(journalFolder, key, entry);
     };
-    co_await background(work);
+    co_await background(m_flows, m_workers.behind(), work);
 }
 
 void AutoFolder::exportSound(const Sound& sound, const QString& path)

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "base/Clock.h"
+#include "base/FlowGroup.h"
 #include "base/Ticket.h"
+#include "base/Workers.h"
 #include "library/AutoFolderManifest.h"
 #include "platform/Defaults.h"
 
@@ -20,7 +21,7 @@ namespace tonequill {
 // named after it. Three promises: nothing is deleted from the folder or written
 // over, a file that the user deletes there is not copied again, and a renamed
 // sound is a renamed file. A file appears under its name only when it is
-// complete. One thread; only the copying leaves it. It outlives its runs.
+// complete. One thread; only the copying leaves it. What is borrowed outlives it.
 class AutoFolder : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY changed FINAL)
@@ -56,7 +57,9 @@ public:
     using Export = std::function<void(const Sound& sound, const QString& path)>;
     static void exportSound(const Sound& sound, const QString& path);
 
-    AutoFolder(Defaults& defaults, Clock& clock, Export write = exportSound);
+    AutoFolder(Defaults& defaults, Clock& clock, Workers& workers, Export write = exportSound);
+    // Ends a run. Nothing is delivered from then on.
+    void close() { m_flows.end(); }
 
     bool enabled() const { return m_enabled; }
     void setEnabled(bool enabled);
@@ -106,6 +109,7 @@ private:
 
     Defaults& m_defaults;
     Clock& m_clock;
+    Workers& m_workers;
     Export m_export;
     AutoFolderJournal m_journal;
     bool m_enabled = false;
@@ -118,6 +122,7 @@ private:
     int m_stepCount = 0;
     int m_stepsDone = 0;
     Tickets m_folders; // a run of an earlier folder has nothing to tell
+    FlowGroup m_flows; // last
 };
 
 } // namespace tonequill

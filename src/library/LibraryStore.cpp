@@ -102,7 +102,10 @@ QString LibraryStore::defaultFolder()
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Tonequill/Library"_s;
 }
 
-LibraryStore::LibraryStore(Clock& clock, const QString& folder) : m_clock(clock), m_folder(QDir::cleanPath(folder))
+LibraryStore::LibraryStore(Clock& clock, Workers& workers, const QString& folder)
+    : m_clock(clock),
+      m_workers(workers),
+      m_folder(QDir::cleanPath(folder))
 {
     QDir().mkpath(m_folder);
     load();
@@ -200,7 +203,7 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
     const auto work = [source, folder = m_folder, id, name, progress] {
         return bringIn(source, folder, id, name, progress.get());
     };
-    const ImportedFile imported = co_await background(work);
+    const ImportedFile imported = co_await background(m_flows, m_workers.shown(), work, progress);
 
     SoundItem item;
     item.id = id;
@@ -238,7 +241,7 @@ QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, Q
         ~Temporary() { QFile::remove(path); }
     } const temporary{path};
     const auto write = [path, data] { Files::writeDurably(path, std::span(&data, 1)); };
-    co_await background(write);
+    co_await background(m_flows, m_workers.shown(), write);
     SoundInfo info;
     info.name = name;
     co_return co_await importFile(path, origin, tags, info);

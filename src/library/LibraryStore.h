@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/Clock.h"
-#include "base/Progress.h"
+#include "base/FlowGroup.h"
+#include "base/Workers.h"
 #include "library/ImportError.h"
 #include "library/LibrarySearch.h"
 #include "library/SoundItem.h"
@@ -19,8 +19,8 @@ namespace tonequill {
 // them. Every change rewrites the index at once and durably; a library that
 // cannot be written stays usable in memory.
 //
-// One thread. Only reading and analysing a file that comes in leaves it.
-// The store outlives its imports.
+// One thread. Only reading and analysing a file that comes in leaves it. What is
+// borrowed outlives it.
 class LibraryStore : public QObject {
     Q_OBJECT
 
@@ -30,7 +30,9 @@ public:
     // Creates the folder where it is missing and reads its index. An index that
     // cannot be read gives an empty library, and records whose file is gone are
     // left out. Nothing is written here.
-    LibraryStore(Clock& clock, const QString& folder = defaultFolder());
+    LibraryStore(Clock& clock, Workers& workers, const QString& folder = defaultFolder());
+    // Ends the imports that are on their way. Nothing is brought in from then on.
+    void close() { m_flows.end(); }
 
     // Newest first.
     const QList<SoundItem>& items() const { return m_items; }
@@ -83,6 +85,7 @@ private:
     qsizetype indexOf(const QUuid& id) const;
 
     Clock& m_clock;
+    Workers& m_workers;
     QString m_folder;
     QList<SoundItem> m_items;
     QList<QByteArray> m_encoded;      // each record's bytes in the index; empty until they are needed
@@ -90,6 +93,7 @@ private:
     QStringList m_unconfirmedImports; // file names whose index isn't on the disk yet
     bool m_indexWasReadable = true;
     bool m_isSaved = true;
+    FlowGroup m_flows; // last
 };
 
 } // namespace tonequill

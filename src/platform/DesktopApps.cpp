@@ -10,7 +10,6 @@
 #include <QProcess>
 #include <QSet>
 #include <QStandardPaths>
-#include <QThreadPool>
 #include <QUrl>
 #include <QUuid>
 
@@ -64,6 +63,8 @@ QStringList commandFor(const QString& bundle, const QString& path)
     return {};
 }
 
+constexpr int kMostAskers = 16; // they wait; none stands before another
+
 bool start(QStringList command)
 {
     const QString program = command.takeFirst();
@@ -91,18 +92,21 @@ bool askFileManager(const QString& method, const QString& path, std::chrono::mil
 }
 
 // Has the file manager show `path`, or else opens `folder`.
-void show(const QString& method, const QString& path, const QString& folder, std::chrono::milliseconds patience)
+void show(QThreadPool& askers, const QString& method, const QString& path, const QString& folder,
+          std::chrono::milliseconds patience)
 {
-    QThreadPool* const pool = QThreadPool::globalInstance();
-    pool->start([pool, method, path, folder, patience] {
-        pool->releaseThread(); // while it waits, another may work
+    askers.start([method, path, folder, patience] {
         if (!askFileManager(method, path, patience))
             start({u"xdg-open"_s, folder});
-        pool->reserveThread();
     });
 }
 
 } // namespace
+
+DesktopApps::DesktopApps(std::chrono::milliseconds patience) : m_patience(patience)
+{
+    m_askers.setMaxThreadCount(kMostAskers);
+}
 
 bool DesktopApps::has(const QString& bundle) const
 {
@@ -117,12 +121,12 @@ bool DesktopApps::open(const QString& path, const QString& bundle)
 
 void DesktopApps::reveal(const QString& path)
 {
-    show(u"ShowItems"_s, path, QFileInfo(path).absolutePath(), m_patience);
+    show(m_askers, u"ShowItems"_s, path, QFileInfo(path).absolutePath(), m_patience);
 }
 
 void DesktopApps::showFolder(const QString& path)
 {
-    show(u"ShowFolders"_s, path, path, m_patience);
+    show(m_askers, u"ShowFolders"_s, path, path, m_patience);
 }
 
 } // namespace tonequill

@@ -2,6 +2,8 @@
 
 #include "platform/OtherApps.h"
 
+#include <QThreadPool>
+
 #include <chrono>
 
 namespace tonequill {
@@ -18,7 +20,10 @@ namespace tonequill {
 // Any thread.
 class DesktopApps final : public OtherApps {
 public:
-    explicit DesktopApps(std::chrono::milliseconds patience = std::chrono::seconds(5)) : m_patience(patience) {}
+    explicit DesktopApps(std::chrono::milliseconds patience = std::chrono::seconds(5));
+    // Until every file manager that was asked has answered or had its time, as when
+    // this goes.
+    void waitForAnswers() { m_askers.waitForDone(); }
 
     bool has(const QString& bundle) const override;
     bool open(const QString& path, const QString& bundle) override;
@@ -27,6 +32,7 @@ public:
 
 private:
     std::chrono::milliseconds m_patience;
+    QThreadPool m_askers; // its own: a file manager may let a thread wait for seconds
 };
 
 } // namespace tonequill

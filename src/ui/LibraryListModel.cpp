@@ -48,7 +48,7 @@ LibraryListModel::LibraryListModel(AppModel& app)
     : m_app(app),
       m_sounds(app.library().items()),
       m_incoming(app.incoming()),
-      m_related(app.languageModel(), app.clock())
+      m_related(app.services().languageModel, app.services().clock)
 {
     m_current = app.selectionOrNull();
     for (const SoundItem& item : m_sounds)

@@ -65,9 +65,7 @@ QCoro::Task<> SoundView::refine(QString path, Ticket ticket)
     FinePeaks fine;
     try {
         const auto work = [path, progress] { return FinePeaks::read(path, *progress); };
-        fine = co_await background(work);
-    } catch (const Cancelled&) {
-        co_return;
+        fine = co_await background(m_flows, m_app.services().workers.shown(), work, progress);
     } catch (const std::exception&) {
         co_return; // the wave stays as it was analysed
     }

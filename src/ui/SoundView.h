@@ -107,6 +107,7 @@ private:
     QTimer m_look; // while the analysis runs
     Tickets m_refinements;
     ProgressPtr m_refining;
+    FlowGroup m_flows; // last
 };
 
 } // namespace tonequill

@@ -32,7 +32,7 @@ void RelatedWords::setQuery(const QString& query, Found found)
 QCoro::Task<> RelatedWords::ask(QString query, Ticket ticket)
 {
     // It asks the model whether it is there, too.
-    const auto understood = co_await TagExpander::understand(m_model, query, std::nullopt);
+    const auto understood = co_await m_flows.until(TagExpander::understand(m_model, query, std::nullopt));
     if (ticket.isCurrent() && understood)
         setWords(understood->tags);
 }

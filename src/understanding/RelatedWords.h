@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Clock.h"
+#include "base/FlowGroup.h"
 #include "base/Ticket.h"
 #include "platform/LanguageModel.h"
 
@@ -11,7 +11,7 @@ namespace tonequill {
 
 // What a search that found nothing may have meant: tags from a language model.
 // It asks only once the query has rested, and only about the newest one. One
-// thread. The model and the clock outlive it and the questions it asked.
+// thread. The model and the clock outlive it.
 class RelatedWords : public QObject {
     Q_OBJECT
 
@@ -38,6 +38,7 @@ private:
     Clock& m_clock;
     QStringList m_words;
     Tickets m_queries;
+    FlowGroup m_flows; // last
 };
 
 } // namespace tonequill

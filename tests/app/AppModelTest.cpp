@@ -1,9 +1,5 @@
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-class AppModelTest : public testing::Test {
+class AppModelTest : public testing::Test, public test::Machine {
 protected:
     AppModelTest()
     {
@@ -43,8 +39,7 @@ protected:
             qFatal("no index");
         index.write('[' + records.first(count).join(',') + ']');
         index.close();
-        return std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                          std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+        return program(folder.filePath(u"Library"_s));
     }
 
     static QString names(const AppModel& model)
@@ -62,11 +57,6 @@ protected:
 
     QTemporaryDir folder;
     QByteArrayList records;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
 };
 
 } // namespace
@@ -94,9 +84,8 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     model->setCreateWithCredits(true);
     model->setSaveFolderPath(folder.path());
     model->setSection(AppSection::studio);
-    Defaults stored(folder.filePath(u"tonequill.ini"_s));
-    const AppModel again(stored, clock, work, apps, languageModel,
-                         std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s)));
+    Defaults stored(defaults.path());
+    const AppModel again({stored, clock, workers, work, apps, languageModel}, library(folder.filePath(u"Library"_s)));
     EXPECT_EQ(again.section(), AppSection::library); // each start begins there
     EXPECT_FALSE(again.alsoFinalCut());
     EXPECT_FALSE(again.shortOnlyByDefault());
@@ -104,7 +93,7 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     EXPECT_TRUE(again.createWithCredits());
     EXPECT_EQ(again.saveFolderPath(), folder.path());
     model->setSaveFolderPath(std::nullopt);
-    EXPECT_FALSE(Defaults(folder.filePath(u"tonequill.ini"_s)).text(u"saveFolderPath"_s));
+    EXPECT_FALSE(Defaults(defaults.path()).text(u"saveFolderPath"_s));
 }
 
 TEST_F(AppModelTest, ASaveFolderThatIsGoneFallsBackToTheDesktop)

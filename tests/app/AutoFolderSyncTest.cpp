@@ -1,11 +1,7 @@
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 #include "support/Wav.h"
 
 #include <QSignalSpy>
@@ -21,7 +17,7 @@ namespace {
 
 constexpr int kPatienceMs = 20000;
 
-class AutoFolderSyncTest : public testing::Test {
+class AutoFolderSyncTest : public testing::Test, public test::Machine {
 protected:
     AutoFolderSyncTest()
     {
@@ -29,14 +25,18 @@ protected:
             library.add(name).duration = 0.25;
         library.write();
         QDir().mkpath(delivered());
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                           std::make_unique<LibraryStore>(clock, library.path()));
+        model = program(library.path());
     }
     QString delivered() const { return library.filePath(u"Movies"_s); }
     QStringList files() const { return QDir(delivered()).entryList(QDir::Files, QDir::Name); }
     bool becomes(const QStringList& names)
     {
         return QTest::qWaitFor([&] { return files() == names && !model->autoFolder().isSyncing(); }, kPatienceMs);
+    }
+    // Until whatever has been begun is done.
+    void rest()
+    {
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().isSyncing(); }, kPatienceMs));
     }
     void turnOn()
     {
@@ -45,11 +45,6 @@ protected:
     }
 
     test::LibraryFolder library;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{library.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };
 
@@ -60,7 +55,7 @@ TEST_F(AutoFolderSyncTest, NothingHappensWhileItIsOff)
     model->watchAutoFolder();
     model->autoFolder().chooseFolder(delivered());
     clock.advance(2s);
-    QTest::qWait(20);
+    rest();
     EXPECT_TRUE(files().isEmpty());
 }
 
@@ -69,7 +64,7 @@ TEST_F(AutoFolderSyncTest, SoundsAreDeliveredASecondAfterTheSwitch)
     model->watchAutoFolder();
     turnOn();
     clock.advance(999ms);
-    QTest::qWait(20);
+    rest();
     EXPECT_TRUE(files().isEmpty());
     clock.advance(1ms);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
@@ -115,7 +110,7 @@ TEST_F(AutoFolderSyncTest, ABurstOfChangesLeadsToOneRun)
     clock.advance(1s);
     ASSERT_TRUE(becomes({u"Gate 10.wav"_s, u"Rain.wav"_s}));
     clock.advance(5s);
-    QTest::qWait(50);
+    rest();
     EXPECT_EQ(runs, 1);
 }
 
@@ -157,7 +152,7 @@ TEST_F(AutoFolderSyncTest, ARenamedSoundIsARenamedFileAndADeletedFileStaysAway)
     EXPECT_TRUE(becomes({u"Gate.wav"_s}));
     model->deleteItems({model->library().items().first()});
     clock.advance(1s);
-    QTest::qWait(50);
+    rest();
     EXPECT_EQ(files(), QStringList{u"Gate.wav"_s}); // nothing is ever deleted there
 }
 

@@ -1,12 +1,8 @@
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "platform/AudioFile.h"
 #include "support/Await.h"
 #include "support/Environment.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 #include "support/Wav.h"
 
 #include <QCoreApplication>
@@ -44,7 +40,7 @@ private:
     rlimit m_before = {};
 };
 
-class ExportFlowsTest : public testing::Test {
+class ExportFlowsTest : public testing::Test, public test::Machine {
 protected:
     ExportFlowsTest()
     {
@@ -106,13 +102,7 @@ protected:
     double secondsOf(const SoundItem& item) const { return AudioFile(model.library().path(item)).durationSeconds(); }
 
     QTemporaryDir folder;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    std::unique_ptr<LibraryStore> store = std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s));
-    AppModel model{defaults, clock, work, apps, languageModel, std::move(store)};
+    AppModel model{services(), library(folder.filePath(u"Library"_s))};
 };
 
 } // namespace

@@ -69,7 +69,8 @@ protected:
     {
         {
             SdlAudioOutput output;
-            BackgroundEditorWork work(classifier, output);
+            Workers workers;
+            BackgroundEditorWork work(classifier, output, workers);
             SystemClock clock;
             EditorModel editor(work, clock);
             SoundItem item;

@@ -1,14 +1,10 @@
-#include "app/AppModel.h"
 #include "app/HandedOver.h"
 #include "base/Background.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "platform/HandOver.h"
 #include "platform/LibraryLock.h"
 #include "support/Await.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 #include "support/Wav.h"
 
 #include <QCoreApplication>
@@ -26,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class ImportFlowsTest : public testing::Test {
+class ImportFlowsTest : public testing::Test, public test::Machine {
 protected:
     QString sound(const QString& name) { return test::writeTone(folder.filePath(name)); }
     QString text(const QString& name)
@@ -38,13 +34,7 @@ protected:
     QString openName() const { return model.selectedItem() ? model.selectedItem()->name : u"none"_s; }
 
     QTemporaryDir folder;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    std::unique_ptr<LibraryStore> store = std::make_unique<LibraryStore>(clock, folder.filePath(u"Library"_s));
-    AppModel model{defaults, clock, work, apps, languageModel, std::move(store)};
+    AppModel model{services(), library(folder.filePath(u"Library"_s))};
 };
 
 } // namespace
@@ -156,13 +146,14 @@ TEST_F(ImportFlowsTest, DeletingEverythingEmptiesTheEditor)
 
 TEST_F(ImportFlowsTest, ASecondStartWaitsForAnOwnerThatIsStillStarting)
 {
+    FlowGroup flows;
     LibraryLock owner(model.library().folder());
     ASSERT_TRUE(owner.acquire());
     const QString folderPath = model.library().folder();
     const auto second = [folderPath] {
         return HandedOver::sendToOwner(LibraryLock(folderPath), HandedOver::addMessage({u"/a.wav"_s}), 10000);
     };
-    auto sent = background(second); // nobody listens yet
+    auto sent = background(flows, workers.shown(), second); // nobody listens yet
     QThread::msleep(120);
     int received = 0;
     HandOver server([&](const QJsonObject&) {
@@ -173,7 +164,7 @@ TEST_F(ImportFlowsTest, ASecondStartWaitsForAnOwnerThatIsStillStarting)
     EXPECT_TRUE(test::await(std::move(sent)));
     EXPECT_EQ(received, 1);
     const auto nobody = [folderPath] { return HandedOver::sendToOwner(LibraryLock(folderPath + u"x"_s), {}, 200); };
-    EXPECT_FALSE(test::await(background(nobody)));
+    EXPECT_FALSE(test::awaitElsewhere(nobody));
 }
 
 TEST_F(ImportFlowsTest, WorkHandedOverIsCarriedOut)

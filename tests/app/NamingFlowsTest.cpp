@@ -1,10 +1,6 @@
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QCoreApplication>
 
@@ -15,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NamingFlowsTest : public testing::Test {
+class NamingFlowsTest : public testing::Test, public test::Machine {
 protected:
     NamingFlowsTest()
     {
@@ -23,18 +19,12 @@ protected:
         item.nameIsAuto = true;
         item.tags = {u"door"_s};
         folder.write();
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                           std::make_unique<LibraryStore>(clock, folder.path()));
+        model = program(folder.path());
     }
     const SoundItem& stored() const { return model->library().items().first(); }
     static SoundHeard heard(std::vector<HeardLabel> labels) { return {u"Door"_s, {}, {}, std::move(labels)}; }
 
     test::LibraryFolder folder;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };
 

@@ -1,14 +1,10 @@
-#include "app/AppModel.h"
 #include "app/HandedOver.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -29,7 +25,7 @@ QJsonObject idea(const QString& name, const QStringList& tags)
 }
 
 // Two camera files and a door with a chosen name; the first is open.
-class SmartActionsTest : public testing::Test {
+class SmartActionsTest : public testing::Test, public test::Machine {
 protected:
     SmartActionsTest() { open({u"IMG_0042"_s, u"MVI_0007"_s, u"Cellar Door"_s}); }
 
@@ -44,8 +40,7 @@ protected:
             item.descriptors = {u"punchy"_s, u"medium"_s};
         }
         folder->write();
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                           std::make_unique<LibraryStore>(clock, folder->path()));
+        model = program(folder->path());
         settle();
     }
     static void settle()
@@ -97,11 +92,6 @@ protected:
 
     QTemporaryDir settings;
     std::unique_ptr<test::LibraryFolder> folder;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{settings.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };
 
@@ -342,7 +332,7 @@ TEST_F(SmartActionsTest, FortyCameraFilesAreNamedInOneRun)
     for (int i = 0; i < 40; ++i)
         EXPECT_EQ(sound(i).name, i % 2 == 0 ? u"Dog"_s : u"Rain"_s);
     EXPECT_EQ(model->noticeText(), u"Renamed 40 sounds and added tags."_s);
-    EXPECT_EQ(LibraryStore(clock, folder->path()).items(), all()); // and so they are on the disk
+    EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items(), all()); // and so they are on the disk
 }
 
 TEST_F(SmartActionsTest, SuggestsANameForTheOpenSound)
@@ -455,7 +445,7 @@ TEST_F(SmartActionsTest, TheProgramMayEndWhileItNames)
     model.reset(); // while the model thinks
     languageModel.thoughts.back().fail(LanguageModelError(LanguageModelError::Kind::cancelled));
     settle();
-    EXPECT_EQ(LibraryStore(clock, folder->path()).items()[1].name, u"MVI_0007"_s);
+    EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items()[1].name, u"MVI_0007"_s);
 }
 
 TEST_F(SmartActionsTest, ASecondProgramMayHandSoundsOver)

@@ -1,13 +1,9 @@
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "library/DragStaging.h"
 #include "platform/AudioFile.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QFileInfo>
 
@@ -18,25 +14,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class StagingFlowsTest : public testing::Test {
+class StagingFlowsTest : public testing::Test, public test::Machine {
 protected:
     StagingFlowsTest()
     {
         for (const QString& name : {u"Door/Slam"_s, u"Rain"_s})
             folder.add(name);
         folder.write();
-        model = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                           std::make_unique<LibraryStore>(clock, folder.path()));
+        model = program(folder.path());
     }
     SoundItem item(int index) const { return model->library().items()[index]; }
 
     test::LibraryFolder folder;
     test::Environment cache{"XDG_CACHE_HOME", QFile::encodeName(folder.filePath(u"cache"_s))};
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> model;
 };
 

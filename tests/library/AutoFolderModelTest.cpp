@@ -123,7 +123,7 @@ private:
     {
         m_autoFolder.reset();
         m_defaults = std::make_unique<Defaults>(m_base.filePath(u"config/settings.ini"_s));
-        m_autoFolder = std::make_unique<AutoFolder>(*m_defaults, m_clock,
+        m_autoFolder = std::make_unique<AutoFolder>(*m_defaults, m_clock, m_workers,
                                                     [this](const Sound& sound, const QString& path) { write(sound, path); });
     }
 
@@ -245,6 +245,7 @@ private:
     QTemporaryDir m_base{placeWithoutSyncs()};
     QString m_folder = m_base.filePath(u"Movies/Sounds"_s);
     test::FakeClock m_clock;
+    Workers m_workers;
     std::unique_ptr<Defaults> m_defaults;
     std::unique_ptr<AutoFolder> m_autoFolder;
     QList<Sound> m_sounds;

@@ -51,7 +51,7 @@ protected:
     {
         autoFolder.reset();
         defaults = std::make_unique<Defaults>(base.filePath(u"config/settings.ini"_s));
-        autoFolder = std::make_unique<AutoFolder>(*defaults, clock, [this](const Sound& one, const QString& path) {
+        autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers, [this](const Sound& one, const QString& path) {
             if (failing.contains(one.name))
                 throw FileError(FileError::Action::write, path, ENOSPC);
             test::writeBytes(path, one.name.toUtf8());
@@ -73,6 +73,7 @@ protected:
     QTemporaryDir base;
     QString folder = base.filePath(u"Movies/Sounds"_s);
     test::FakeClock clock;
+    Workers workers;
     std::unique_ptr<Defaults> defaults;
     std::unique_ptr<AutoFolder> autoFolder;
     QStringList failing;
@@ -414,14 +415,14 @@ TEST_F(AutoFolderTest, FilesAreMadeOneAtATimeAndNotHere)
     std::atomic<int> atOnce = 0;
     std::atomic<int> most = 0;
     std::atomic<bool> isHere = false;
-    autoFolder =
-        std::make_unique<AutoFolder>(*defaults, clock, [&, here = QThread::currentThread()](const Sound&, const QString& path) {
-            most = std::max(most.load(), ++atOnce);
-            isHere = isHere || QThread::currentThread() == here;
-            QThread::msleep(5);
-            test::writeBytes(path, "x");
-            --atOnce;
-        });
+    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers,
+                                              [&, here = QThread::currentThread()](const Sound&, const QString& path) {
+                                                  most = std::max(most.load(), ++atOnce);
+                                                  isHere = isHere || QThread::currentThread() == here;
+                                                  QThread::msleep(5);
+                                                  test::writeBytes(path, "x");
+                                                  --atOnce;
+                                              });
     turnOn();
     EXPECT_EQ(sync({sound(u"A"_s), sound(u"B"_s), sound(u"C"_s), sound(u"D"_s)}), 4);
     EXPECT_EQ(most, 1);
@@ -463,7 +464,7 @@ TEST_F(AutoFolderTest, WhatAKilledRunLeftIsSweptAndNothingElse)
 TEST_F(AutoFolderTest, AFileThatTurnsUpMeanwhileIsNotWrittenOver)
 {
     restart();
-    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, [this](const Sound&, const QString& path) {
+    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers, [this](const Sound&, const QString& path) {
         test::writeBytes(path, "ours");
         test::writeBytes(folder + u"/Dog.wav"_s, "theirs");
     });
@@ -476,7 +477,7 @@ TEST_F(AutoFolderTest, AFileThatTurnsUpMeanwhileIsNotWrittenOver)
 
 TEST_F(AutoFolderTest, WritesTheWholeSoundAsACleanWav)
 {
-    autoFolder = std::make_unique<AutoFolder>(*defaults, clock);
+    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers);
     turnOn();
     Sound dog = sound(u"Dog"_s);
     dog.source = test::writeTone(base.filePath(u"source.wav"_s), 0.5, 48000);

@@ -31,7 +31,7 @@ class LibraryCrashTest : public testing::Test {
 protected:
     Names stored()
     {
-        LibraryStore store(clock, library);
+        LibraryStore store(clock, workers, library);
         store.sweepUnfinished();
         Names names;
         for (const SoundItem& item : store.items())
@@ -42,7 +42,7 @@ protected:
     // The folder holds the index, the file of each record, and nothing else.
     void expectNoStrays()
     {
-        const LibraryStore store(clock, library);
+        const LibraryStore store(clock, workers, library);
         QStringList expected{u"index.json"_s};
         for (const SoundItem& item : store.items())
             expected << item.fileName;
@@ -58,6 +58,7 @@ protected:
     QString library = folder.filePath(u"Library"_s);
     QString sound = test::writeTone(folder.filePath(u"some sound.wav"_s), 0.05);
     test::FakeClock clock;
+    Workers workers;
 };
 
 // What the library must hold after the changes that were told as done; the last

@@ -234,7 +234,8 @@ TEST(LibraryStoreSearch, FollowsEveryChange)
     folder.add(u"Glass"_s);
     folder.write();
     test::FakeClock clock;
-    LibraryStore store(clock, folder.path());
+    Workers workers;
+    LibraryStore store(clock, workers, folder.path());
     EXPECT_EQ(store.search(u"door"_s).size(), 1);
     EXPECT_EQ(store.search(u"glass"_s).size(), 1);
 

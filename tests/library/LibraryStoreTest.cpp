@@ -22,7 +22,7 @@ namespace {
 
 class LibraryStoreTest : public testing::Test {
 protected:
-    std::unique_ptr<LibraryStore> open() { return std::make_unique<LibraryStore>(clock, library); }
+    std::unique_ptr<LibraryStore> open() { return std::make_unique<LibraryStore>(clock, workers, library); }
     QString source(const QString& name) const { return sources.filePath(name); }
     QStringList files() const { return QDir(library).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot); }
     QByteArray index() const { return Files::readAll(library + u"/index.json"_s, 1 << 30); }
@@ -46,6 +46,7 @@ protected:
     QTemporaryDir sources;
     QString library = base.filePath(u"Tonequill/Library"_s);
     test::FakeClock clock;
+    Workers workers;
 };
 
 QString importError(QCoro::Task<SoundItem>&& task)

@@ -10,7 +10,6 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QThreadPool>
 
 #include <gmock/gmock.h>
 
@@ -195,7 +194,7 @@ TEST_F(DesktopAppsTest, ShowsAFileInTheFileManager)
     apps.reveal(u"/some where/ä.fcpxml"_s);
     EXPECT_TRUE(waitFor([&] { return !manager.calls.isEmpty(); }));
     EXPECT_EQ(manager.calls, QStringList{u"ShowItems file:///some%20where/%C3%A4.fcpxml "_s});
-    QThreadPool::globalInstance()->waitForDone();
+    apps.waitForAnswers();
     EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
 }
 
@@ -207,7 +206,7 @@ TEST_F(DesktopAppsTest, ShowsAFolderInTheFileManager)
     apps.showFolder(u"/some where/Library"_s);
     EXPECT_TRUE(waitFor([&] { return !manager.calls.isEmpty(); }));
     EXPECT_EQ(manager.calls, QStringList{u"ShowFolders file:///some%20where/Library "_s});
-    QThreadPool::globalInstance()->waitForDone();
+    apps.waitForAnswers();
     EXPECT_FALSE(QFile::exists(path(u"asked"_s)));
 }
 
@@ -241,7 +240,7 @@ TEST_F(DesktopAppsTest, OpensTheFolderWithoutABus)
         const test::Environment bus("DBUS_SESSION_BUS_ADDRESS", address);
         apps.reveal(u"/some where/x.fcpxml"_s);
         EXPECT_EQ(asked(), (QStringList{u"xdg-open"_s, u"/some where"_s}));
-        QThreadPool::globalInstance()->waitForDone();
+        apps.waitForAnswers();
         QFile::remove(path(u"asked"_s));
     }
 }

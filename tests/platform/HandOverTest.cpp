@@ -1,5 +1,4 @@
 #include "platform/HandOver.h"
-#include "base/Background.h"
 #include "platform/LibraryLock.h"
 #include "support/Await.h"
 #include "support/Printing.h"
@@ -20,7 +19,7 @@ namespace {
 std::optional<QJsonObject> sendTo(const QString& address, const QJsonObject& message, int timeoutMs = 5000)
 {
     const auto work = [=] { return HandOver::send(address, message, timeoutMs); };
-    return test::await(background(work));
+    return test::awaitElsewhere(work);
 }
 
 } // namespace
@@ -87,5 +86,5 @@ TEST(HandOver, NobodyThereIsToldSoon)
         socket.waitForReadyRead(2000);
         return socket.readAll() == "{}\n";
     };
-    EXPECT_TRUE(test::await(background(work)));
+    EXPECT_TRUE(test::awaitElsewhere(work));
 }

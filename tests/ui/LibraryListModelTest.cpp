@@ -1,12 +1,9 @@
 #include "ui/LibraryListModel.h"
 
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QAbstractItemModelTester>
 #include <QJsonArray>
@@ -28,7 +25,7 @@ SoundItem soundWith(double duration, const QStringList& tags)
     return item;
 }
 
-class LibraryListModelTest : public testing::Test {
+class LibraryListModelTest : public testing::Test, public test::Machine {
 protected:
     void open(int count = 5)
     {
@@ -48,8 +45,7 @@ protected:
     void start()
     {
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                         std::make_unique<LibraryStore>(clock, folder.path()));
+        app = program(folder.path());
         model = std::make_unique<LibraryListModel>(*app);
         tester = std::make_unique<QAbstractItemModelTester>(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     }
@@ -68,11 +64,6 @@ protected:
     QVariant at(int row, LibraryListModel::Role role) const { return model->index(row).data(role); }
 
     test::LibraryFolder folder;
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<LibraryListModel> model;
     std::unique_ptr<QAbstractItemModelTester> tester;

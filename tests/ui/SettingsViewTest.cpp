@@ -1,12 +1,9 @@
 #include "ui/SettingsView.h"
 
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
+#include "support/Program.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -22,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // A user with a home of their own, and the settings of a program with three sounds.
-class SettingsViewTest : public testing::Test {
+class SettingsViewTest : public testing::Test, public test::Machine {
 protected:
     SettingsViewTest()
     {
@@ -30,8 +27,7 @@ protected:
         for (const auto* name : {"Door", "Bell", "Rain"})
             folder.add(QString::fromLatin1(name));
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                         std::make_unique<LibraryStore>(clock, folder.path()));
+        app = program(folder.path());
         view = std::make_unique<SettingsView>(*app, themes);
     }
 
@@ -41,11 +37,6 @@ protected:
     test::LibraryFolder folder;
     test::Environment itsHome{"HOME", QFile::encodeName(home({}))};
     test::Environment noConfig{"XDG_CONFIG_HOME", QFile::encodeName(home(u".config"_s))};
-    test::FakeClock clock;
-    test::FakeEditorWork work;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
     ThemeStore themes{defaults};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<SettingsView> view;

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // A real analysis of real files.
-class SoundViewTest : public testing::Test {
+class SoundViewTest : public testing::Test, public test::Machine {
 protected:
     // The analysis of a short sound may be there before load() returns.
     void loadAndWait(const SoundItem& item, const QString& path)
@@ -25,14 +25,10 @@ protected:
     }
 
     test::LibraryFolder folder;
-    test::FakeClock clock;
     test::FakeAudioOutput output;
-    test::FakeOtherApps apps;
-    test::FakeLanguageModel languageModel;
     SoundClassifier classifier;
-    BackgroundEditorWork work{classifier, output};
-    Defaults defaults{folder.filePath(u"tonequill.ini"_s)};
-    AppModel app{defaults, clock, work, apps, languageModel, std::make_unique<LibraryStore>(clock, folder.path())};
+    BackgroundEditorWork realWork{classifier, output, workers};
+    AppModel app{services(realWork), library(folder.path())};
     EditorModel& editor = app.editor();
     SoundView view{app};
 };
