@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include "base/Text.h"
+#include "platform/FileDescriptor.h"
 
 #include <QDir>
 #include <QFile>
@@ -83,29 +84,6 @@ QString becauseOf(FileError::Reason reason, int systemError)
     Q_UNREACHABLE();
 }
 
-// A file descriptor that is closed on every way out.
-class Descriptor {
-public:
-    Descriptor(const QString& path, int flags, mode_t mode = 0)
-        : m_fd(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode))
-    {}
-    ~Descriptor() { close(); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    bool isOpen() const { return m_fd >= 0; }
-    int get() const { return m_fd; }
-    // False if the close reports a write that failed late.
-    bool close()
-    {
-        const int fd = std::exchange(m_fd, -1);
-        return fd < 0 || ::close(fd) == 0;
-    }
-
-private:
-    int m_fd;
-};
-
 // Removes a file on every way out, unless it was kept.
 class Removal {
 public:
@@ -174,7 +152,7 @@ QString extension(const QString& path)
 QByteArray readAll(const QString& path, qint64 limitBytes)
 {
     // O_NONBLOCK: opening a pipe must not wait for somebody to write to it.
-    const Descriptor file(path, O_RDONLY | O_NONBLOCK);
+    const FileDescriptor file(path, O_RDONLY | O_NONBLOCK);
     struct stat info = {};
     if (!file.isOpen() || ::fstat(file.get(), &info) != 0)
         throw FileError(FileError::Action::read, path, errno);
@@ -202,7 +180,7 @@ void writeDurably(const QString& path, std::span<const QByteArray> chunks, Priva
 {
     const auto fail = [&path]() { throw FileError(FileError::Action::write, path, errno); };
     const QString temporary = temporaryBeside(path);
-    Descriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, privacy == Privacy::ownerOnly ? 0600 : 0644);
+    FileDescriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, privacy == Privacy::ownerOnly ? 0600 : 0644);
     if (!file.isOpen())
         fail();
     Removal removal(temporary);
@@ -237,13 +215,13 @@ void writeDurably(const QString& path, std::span<const QByteArray> chunks, Priva
 void copy(const QString& source, const QString& destination, Progress* progress)
 {
     const auto fail = [&source](int systemError) { throw FileError(FileError::Action::copy, source, systemError); };
-    const Descriptor from(source, O_RDONLY | O_NONBLOCK);
+    const FileDescriptor from(source, O_RDONLY | O_NONBLOCK);
     struct stat info = {};
     if (!from.isOpen() || ::fstat(from.get(), &info) != 0)
         fail(errno);
     if (!S_ISREG(info.st_mode))
         fail(EINVAL);
-    Descriptor to(destination, O_WRONLY | O_CREAT | O_EXCL, 0644);
+    FileDescriptor to(destination, O_WRONLY | O_CREAT | O_EXCL, 0644);
     if (!to.isOpen())
         fail(errno);
     Removal removal(destination);
@@ -311,14 +289,14 @@ void renameToFree(const QString& from, const QString& to)
 
 void syncFile(const QString& path)
 {
-    const Descriptor file(path, O_RDONLY);
+    const FileDescriptor file(path, O_RDONLY);
     if (!file.isOpen() || ::fsync(file.get()) != 0)
         throw FileError(FileError::Action::write, path, errno);
 }
 
 void syncFolder(const QString& path)
 {
-    const Descriptor folder(path, O_RDONLY | O_DIRECTORY);
+    const FileDescriptor folder(path, O_RDONLY | O_DIRECTORY);
     // Some file systems cannot sync a folder and say EINVAL; there is nothing more to do on them.
     if (!folder.isOpen() || (::fsync(folder.get()) != 0 && errno != EINVAL))
         throw FileError(FileError::Action::write, path, errno);

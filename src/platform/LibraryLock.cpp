@@ -3,7 +3,6 @@
 #include "platform/Files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -22,37 +21,32 @@ LibraryLock::LibraryLock(const QString& libraryFolder)
 
 LibraryLock::~LibraryLock()
 {
-    if (m_fd < 0)
-        return;
     // The file stays: removing it would let two programs lock two files of one name.
     publish({});
-    ::close(m_fd);
 }
 
 bool LibraryLock::acquire()
 {
-    if (m_fd >= 0)
+    if (m_file.isOpen())
         return true;
     QDir().mkpath(QFileInfo(m_path).path());
-    const int fd = ::open(QFile::encodeName(m_path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (fd < 0)
+    FileDescriptor file(m_path, O_RDWR | O_CREAT, 0600);
+    if (!file.isOpen())
         return true;
-    if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
-        const bool isHeld = errno == EWOULDBLOCK;
-        ::close(fd);
-        return !isHeld; // a file system without locks
-    }
-    m_fd = fd;
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+        return errno != EWOULDBLOCK; // held by another, or a file system without locks
+    m_file = std::move(file);
     publish({}); // what a killed owner published is no longer true
     return true;
 }
 
 void LibraryLock::publish(const QString& address)
 {
-    if (m_fd < 0)
+    if (!m_file.isOpen())
         return;
     const QByteArray bytes = address.toUtf8();
-    if (::ftruncate(m_fd, 0) != 0 || ::pwrite(m_fd, bytes.constData(), static_cast<std::size_t>(bytes.size()), 0) != bytes.size())
+    if (::ftruncate(m_file.get(), 0) != 0 ||
+        ::pwrite(m_file.get(), bytes.constData(), static_cast<std::size_t>(bytes.size()), 0) != bytes.size())
         qWarning("The library lock could not be written.");
 }
 

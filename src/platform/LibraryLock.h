@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QString>
 
 #include <optional>
@@ -29,7 +31,7 @@ public:
 
 private:
     QString m_path;
-    int m_fd = -1;
+    FileDescriptor m_file; // open while this program is the owner
 };
 
 } // namespace tonequill

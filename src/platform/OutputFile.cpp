@@ -44,8 +44,8 @@ QString reason(int code)
 OutputFile::OutputFile(const QString& path) : m_path(path)
 {
     // Not blocking, since a pipe at this name would keep us waiting for a reader.
-    m_descriptor = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
-    if (m_descriptor < 0) {
+    m_file = FileDescriptor(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK, 0666);
+    if (!m_file.isOpen()) {
         m_failure = errno;
         throwFailure();
     }
@@ -53,8 +53,7 @@ OutputFile::OutputFile(const QString& path) : m_path(path)
 
 OutputFile::~OutputFile()
 {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
+    m_file.close(); // first: some file systems don't remove what is open
     if (!m_isFinished)
         ::unlink(QFile::encodeName(m_path).constData());
 }
@@ -63,7 +62,7 @@ bool OutputFile::tryWrite(const void* from, qint64 bytes, qint64 offset) noexcep
 {
     const auto* source = static_cast<const char*>(from);
     while (bytes > 0 && m_failure == 0) {
-        const ssize_t written = ::pwrite(m_descriptor, source, static_cast<std::size_t>(bytes), offset);
+        const ssize_t written = ::pwrite(m_file.get(), source, static_cast<std::size_t>(bytes), offset);
         if (written > 0) {
             source += written;
             offset += written;
@@ -93,9 +92,7 @@ void OutputFile::finish()
     if (m_failure != 0)
         throwFailure();
     // Some file systems tell only now that a write did not reach the disk.
-    const int result = ::close(m_descriptor);
-    m_descriptor = -1;
-    if (result != 0 && errno != EINTR) {
+    if (!m_file.close() && errno != EINTR) {
         m_failure = errno;
         throwFailure();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QString>
 
 namespace tonequill {
@@ -31,7 +33,7 @@ public:
 
 private:
     QString m_path;
-    int m_descriptor = -1;
+    FileDescriptor m_file;
     int m_failure = 0; // errno
     bool m_isFinished = false;
 };

@@ -14,24 +14,14 @@ namespace tonequill {
 
 RegularFile::RegularFile(const QString& path) : m_path(path)
 {
-    const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
-    if (::stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         throw AudioFileError(AudioFileError::Kind::open, path);
     // Not blocking, in case the name became a pipe since the look at it.
-    m_descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (m_descriptor < 0)
+    m_file = FileDescriptor(path, O_RDONLY | O_NONBLOCK);
+    if (!m_file.isOpen() || ::fstat(m_file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         throw AudioFileError(AudioFileError::Kind::open, path);
-    if (::fstat(m_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        ::close(m_descriptor);
-        throw AudioFileError(AudioFileError::Kind::open, path);
-    }
     m_size = status.st_size;
-}
-
-RegularFile::~RegularFile()
-{
-    ::close(m_descriptor);
 }
 
 qint64 RegularFile::read(void* into, qint64 bytes, qint64 offset) const
@@ -39,7 +29,7 @@ qint64 RegularFile::read(void* into, qint64 bytes, qint64 offset) const
     auto* target = static_cast<std::byte*>(into);
     qint64 done = 0;
     while (done < bytes) {
-        const ssize_t got = ::pread(m_descriptor, target + done, static_cast<std::size_t>(bytes - done), offset + done);
+        const ssize_t got = ::pread(m_file.get(), target + done, static_cast<std::size_t>(bytes - done), offset + done);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QString>
 
 #include <cstddef>
@@ -13,9 +15,6 @@ public:
     // Throws AudioFileError (open) for whatever is not a readable regular file.
     // A pipe, a socket or a device is never opened, since that alone may hang.
     explicit RegularFile(const QString& path);
-    ~RegularFile();
-    RegularFile(const RegularFile&) = delete;
-    RegularFile& operator=(const RegularFile&) = delete;
 
     const QString& path() const { return m_path; }
 
@@ -28,7 +27,7 @@ public:
 
 private:
     QString m_path;
-    int m_descriptor = -1;
+    FileDescriptor m_file;
     qint64 m_size = 0;
 };
 
