@@ -287,6 +287,12 @@ void renameToFree(const QString& from, const QString& to)
         fail(errno);
 }
 
+void requireEnterable(const QString& folder)
+{
+    if (::access(QFile::encodeName(folder).constData(), R_OK | X_OK) != 0)
+        throw FileError(FileError::Action::read, folder, errno);
+}
+
 void syncFile(const QString& path)
 {
     const FileDescriptor file(path, O_RDONLY);

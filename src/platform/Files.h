@@ -53,6 +53,9 @@ void copy(const QString& source, const QString& destination, Progress* progress 
 // only its own name in another case may be.
 void renameToFree(const QString& from, const QString& to);
 
+// Throws FileError where the entries of a folder can't be listed and opened.
+void requireEnterable(const QString& folder);
+
 // Brings a file, or the entries of a folder, to the disk. Throws FileError.
 void syncFile(const QString& path);
 void syncFolder(const QString& path);

@@ -152,6 +152,14 @@ TEST_F(FilesTest, ACopyThatEndsEarlyLeavesNothing)
     EXPECT_EQ(everything(), (QStringList{u"a"_s, u"there"_s}));
 }
 
+TEST_F(FilesTest, TellsWhetherAFolderCanBeEntered)
+{
+    EXPECT_NO_THROW(Files::requireEnterable(folder.path()));
+    EXPECT_EQ(reasonOf([&] { Files::requireEnterable(at(u"gone"_s)); }), FileError::Reason::notFound);
+    put(at(u"file"_s), "");
+    EXPECT_EQ(reasonOf([&] { Files::requireEnterable(at(u"file"_s)); }), FileError::Reason::noPermission);
+}
+
 TEST_F(FilesTest, FindsAFreePath)
 {
     EXPECT_EQ(Files::uniqueFreePath(folder.path(), u"Door"_s, u"wav"_s), at(u"Door.wav"_s));
