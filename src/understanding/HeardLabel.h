@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHashFunctions>
+#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -20,6 +21,9 @@ inline size_t qHash(const HeardLabel& label, size_t seed = 0) noexcept
 {
     return qHashMulti(seed, label.name, label.confidence);
 }
+
+// Names that count as voice or music and not as a sound effect.
+const QSet<QString>& voiceAndMusic();
 
 // What the user is told about a sound.
 struct SoundHeard {

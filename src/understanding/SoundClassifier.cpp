@@ -79,13 +79,6 @@ ClassifierChoice ClassifierChoice::from(const Defaults& defaults, IfBroken ifBro
     return choice;
 }
 
-const QSet<QString>& SoundClassifier::voiceAndMusic()
-{
-    static const QSet<QString> labels = {u"speech"_s,  u"babble"_s,  u"chatter"_s,    u"singing"_s,       u"music"_s,
-                                         u"rapping"_s, u"humming"_s, u"whispering"_s, u"choir_singing"_s, u"orchestra"_s};
-    return labels;
-}
-
 std::shared_ptr<const SoundEventModel> SoundClassifier::model() const
 {
     const std::scoped_lock lock(m_mutex);

@@ -35,8 +35,7 @@ class SoundClassifier {
 public:
     explicit SoundClassifier(ClassifierChoice choice = {}) : m_choice(std::move(choice)) {}
 
-    // Labels that count as voice or music and not as a sound effect.
-    static const QSet<QString>& voiceAndMusic();
+    static const QSet<QString>& voiceAndMusic() { return tonequill::voiceAndMusic(); }
 
     // Loads the network now instead of with the first question. Throws
     // SoundModelError as classify() does.

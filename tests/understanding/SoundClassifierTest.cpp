@@ -197,12 +197,3 @@ TEST(SoundClassifier, IsChosenByTheEnvironmentOrTheDefaults)
     EXPECT_EQ(choice.networkPath, u"/b.onnx"_s);
     EXPECT_EQ(choice.classMapPath, QString()) << "a map belongs to its network";
 }
-
-TEST(SoundClassifier, KnowsWhatIsVoiceAndMusic)
-{
-    const QSet<QString>& labels = SoundClassifier::voiceAndMusic();
-    EXPECT_EQ(labels.size(), 10);
-    for (const QString& label : {u"speech"_s, u"babble"_s, u"chatter"_s, u"singing"_s, u"music"_s, u"rapping"_s, u"humming"_s,
-                                 u"whispering"_s, u"choir_singing"_s, u"orchestra"_s})
-        EXPECT_TRUE(labels.contains(label)) << label.toStdString();
-}
