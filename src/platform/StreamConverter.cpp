@@ -1,5 +1,7 @@
 #include "platform/StreamConverter.h"
 
+#include "platform/Ffmpeg.h"
+
 #include <array>
 #include <cmath>
 #include <vector>
@@ -32,35 +34,64 @@ std::vector<double> ownWeights(int from, int to)
 
 } // namespace
 
-StreamConverter::StreamConverter(AudioFormat from, AudioFormat to) : m_to(to), m_result(to, 0)
+struct StreamConverter::Resampler {
+    Resampler(AudioFormat from, AudioFormat to);
+
+    // What so many more frames give; no channels for what was held back.
+    void take(const uint8_t** channels, int frames, AudioBuffer& result);
+
+    ffmpeg::Resampler context;
+};
+
+StreamConverter::Resampler::Resampler(AudioFormat from, AudioFormat to)
 {
-    if (from == to)
-        return;
     AVChannelLayout layoutFrom = {};
     AVChannelLayout layoutTo = {};
     av_channel_layout_default(&layoutFrom, from.channelCount);
     av_channel_layout_default(&layoutTo, to.channelCount);
-    SwrContext* context = nullptr;
+    SwrContext* made = nullptr;
     const int result =
-        swr_alloc_set_opts2(&context, &layoutTo, AV_SAMPLE_FMT_FLTP, static_cast<int>(std::lround(to.sampleRate)), &layoutFrom,
+        swr_alloc_set_opts2(&made, &layoutTo, AV_SAMPLE_FMT_FLTP, static_cast<int>(std::lround(to.sampleRate)), &layoutFrom,
                             AV_SAMPLE_FMT_FLTP, static_cast<int>(std::lround(from.sampleRate)), 0, nullptr);
-    m_resampler.reset(context);
+    context.reset(made);
     if (result < 0)
         throw std::bad_alloc();
-    av_opt_set_int(context, "resampler", SWR_ENGINE_SOXR, 0);
-    av_opt_set_double(context, "precision", kPrecisionBits, 0);
-    av_opt_set_double(context, "cutoff", kPassband, 0);
-    av_opt_set_double(context, "rematrix_maxval", 1, 0); // the sum of the weights
+    av_opt_set_int(made, "resampler", SWR_ENGINE_SOXR, 0);
+    av_opt_set_double(made, "precision", kPrecisionBits, 0);
+    av_opt_set_double(made, "cutoff", kPassband, 0);
+    av_opt_set_double(made, "rematrix_maxval", 1, 0); // the sum of the weights
     const bool needsOwnWeights =
         from.channelCount != to.channelCount && (from.channelCount == 1 || from.channelCount > kMaxPlacedChannels);
     if (needsOwnWeights) {
         const auto weights = ownWeights(from.channelCount, to.channelCount);
-        if (swr_set_matrix(context, weights.data(), from.channelCount) < 0)
+        if (swr_set_matrix(made, weights.data(), from.channelCount) < 0)
             throw std::bad_alloc();
     }
-    if (swr_init(context) < 0)
+    if (swr_init(made) < 0)
         throw std::bad_alloc();
 }
+
+void StreamConverter::Resampler::take(const uint8_t** channels, int frames, AudioBuffer& result)
+{
+    constexpr int kSlack = 4096; // what the resampler may hold back beyond its own estimate
+    const int capacity = swr_get_out_samples(context.get(), frames) + kSlack;
+    if (result.capacityFrames() < capacity)
+        result = AudioBuffer(result.format(), capacity);
+    std::array<uint8_t*, kMaxConvertedChannels> into = {};
+    for (int channel = 0; channel < result.channelCount(); ++channel)
+        into[static_cast<std::size_t>(channel)] = reinterpret_cast<uint8_t*>(result.channelCapacity(channel).data());
+    const int got = swr_convert(context.get(), into.data(), capacity, channels, frames);
+    result.setFrameLength(std::max(got, 0));
+}
+
+StreamConverter::StreamConverter(AudioFormat from, AudioFormat to)
+    : m_result(to, 0),
+      m_resampler(from == to ? nullptr : std::make_unique<Resampler>(from, to))
+{}
+
+StreamConverter::~StreamConverter() = default;
+StreamConverter::StreamConverter(StreamConverter&&) noexcept = default;
+StreamConverter& StreamConverter::operator=(StreamConverter&&) noexcept = default;
 
 const AudioBuffer& StreamConverter::convert(const AudioBuffer& buffer)
 {
@@ -69,25 +100,14 @@ const AudioBuffer& StreamConverter::convert(const AudioBuffer& buffer)
     std::array<const uint8_t*, kMaxConvertedChannels> channels = {};
     for (int channel = 0; channel < buffer.channelCount(); ++channel)
         channels[static_cast<std::size_t>(channel)] = reinterpret_cast<const uint8_t*>(buffer.channel(channel).data());
-    return take(channels.data(), static_cast<int>(buffer.frameLength()));
+    m_resampler->take(channels.data(), static_cast<int>(buffer.frameLength()), m_result);
+    return m_result;
 }
 
 const AudioBuffer& StreamConverter::finish()
 {
-    return m_resampler ? take(nullptr, 0) : m_result;
-}
-
-const AudioBuffer& StreamConverter::take(const uint8_t** channels, int frames)
-{
-    constexpr int kSlack = 4096; // what the resampler may hold back beyond its own estimate
-    const int capacity = swr_get_out_samples(m_resampler.get(), frames) + kSlack;
-    if (m_result.capacityFrames() < capacity)
-        m_result = AudioBuffer(m_to, capacity);
-    std::array<uint8_t*, kMaxConvertedChannels> into = {};
-    for (int channel = 0; channel < m_to.channelCount; ++channel)
-        into[static_cast<std::size_t>(channel)] = reinterpret_cast<uint8_t*>(m_result.channelCapacity(channel).data());
-    const int got = swr_convert(m_resampler.get(), into.data(), capacity, channels, frames);
-    m_result.setFrameLength(std::max(got, 0));
+    if (m_resampler)
+        m_resampler->take(nullptr, 0, m_result);
     return m_result;
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "platform/AudioBuffer.h"
-#include "platform/Ffmpeg.h"
+
+#include <memory>
 
 namespace tonequill {
 
@@ -17,6 +18,9 @@ class StreamConverter {
 public:
     // Throws std::bad_alloc. REQUIRES: both formats have 1…64 channels.
     StreamConverter(AudioFormat from, AudioFormat to);
+    ~StreamConverter();
+    StreamConverter(StreamConverter&&) noexcept;
+    StreamConverter& operator=(StreamConverter&&) noexcept;
 
     // The frames that `buffer` completes; valid until the next call.
     const AudioBuffer& convert(const AudioBuffer& buffer);
@@ -25,11 +29,10 @@ public:
     const AudioBuffer& finish();
 
 private:
-    const AudioBuffer& take(const uint8_t** channels, int frames);
+    struct Resampler;
 
-    AudioFormat m_to;
     AudioBuffer m_result;
-    ffmpeg::Resampler m_resampler; // null where both formats are equal
+    std::unique_ptr<Resampler> m_resampler; // null where both formats are equal
 };
 
 } // namespace tonequill
