@@ -1,11 +1,10 @@
 #include "audio/AudioExporter.h"
 
+#include "audio/AudioConversion.h"
 #include "audio/AudioRange.h"
 #include "audio/SampleLoops.h"
-#include "audio/SampleMemory.h"
 #include "base/Uuid.h"
 #include "platform/AudioFileWriter.h"
-#include "platform/StreamConverter.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -32,9 +31,6 @@ constexpr float kSilentPeak = 0.0001F;    // -80 dBFS
 
 constexpr int kMonoBitRate = 128'000;
 constexpr int kStereoBitRate = 256'000;
-
-constexpr qint64 kConverterBlock = 16'384; // frames that are converted at a time
-constexpr qint64 kConverterSlack = 2'048;  // frames it may give beyond the ratio
 
 struct PresetRow {
     ExportPreset preset;
@@ -73,11 +69,6 @@ QString sentence(ExportError::Kind kind, const QString& reason)
         return u"Not enough memory to process this sound."_s;
     }
     Q_UNREACHABLE();
-}
-
-bool isConvertible(const AudioFormat& format)
-{
-    return format.sampleRate >= 1 && format.sampleRate <= 1e6 && format.channelCount >= 1 && format.channelCount <= 64;
 }
 
 // Frames of a fade: no more than half of the sound, so that two never overlap.
@@ -195,25 +186,7 @@ AudioBuffer AudioExporter::convert(AudioBuffer buffer, AudioFormat to)
     if (!isConvertible(buffer.format()) || !isConvertible(to))
         throw ExportError::conversionFailed(u"unsupported format"_s);
     try {
-        const double frames = static_cast<double>(buffer.frameLength()) * to.sampleRate / buffer.sampleRate();
-        AudioBuffer converted = allocateFrames(to, static_cast<qint64>(frames) + kConverterSlack);
-        const auto append = [&converted](const AudioBuffer& block) {
-            const qint64 start = converted.frameLength();
-            const qint64 count = std::min(block.frameLength(), converted.capacityFrames() - start);
-            converted.setFrameLength(start + count);
-            for (int channel = 0; channel < block.channelCount(); ++channel)
-                std::copy_n(block.channel(channel).begin(), count, converted.channel(channel).begin() + start);
-        };
-        StreamConverter converter(buffer.format(), to);
-        AudioBuffer block(buffer.format(), std::min(kConverterBlock, buffer.frameLength()));
-        for (qint64 first = 0; first < buffer.frameLength(); first += kConverterBlock) {
-            block.setFrameLength(std::min(kConverterBlock, buffer.frameLength() - first));
-            for (int channel = 0; channel < buffer.channelCount(); ++channel)
-                std::copy_n(buffer.channel(channel).begin() + first, block.frameLength(), block.channel(channel).begin());
-            append(converter.convert(block));
-        }
-        append(converter.finish());
-        return converted;
+        return convertBuffer(std::move(buffer), to);
     } catch (const std::bad_alloc&) {
         throw ExportError::bufferFailed();
     }

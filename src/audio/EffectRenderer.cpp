@@ -1,6 +1,6 @@
 #include "audio/EffectRenderer.h"
 
-#include "audio/AudioExporter.h"
+#include "audio/AudioConversion.h"
 #include "audio/AudioRange.h"
 #include "audio/FeedbackDelay.h"
 #include "audio/HallReverb.h"
@@ -163,7 +163,7 @@ AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, doubl
         AudioBuffer range = readRange(file, startSeconds, endSeconds, format);
         if (range.frameLength() == 0)
             throw RenderError::empty();
-        AudioBuffer buffer = AudioExporter::convert(std::move(range), format);
+        AudioBuffer buffer = convertBuffer(std::move(range), format);
         if (buffer.frameLength() == 0) // less than half a frame at this rate
             throw RenderError::empty();
         return buffer;
