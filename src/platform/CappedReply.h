@@ -2,11 +2,11 @@
 
 #include <QByteArray>
 #include <QFuture>
-#include <QNetworkRequest>
 
 #include <chrono>
 
 class QNetworkAccessManager;
+class QNetworkRequest;
 
 namespace tonequill {
 

@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QJsonDocument>
+#include <QLocalServer>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QTimer>
@@ -32,11 +33,11 @@ QByteArray lineOf(const QJsonObject& message)
 
 } // namespace
 
-HandOver::HandOver(Handler handler) : m_handler(std::move(handler))
+HandOver::HandOver(Handler handler) : m_handler(std::move(handler)), m_server(std::make_unique<QLocalServer>())
 {
-    m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&m_server, &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket* socket = m_server.nextPendingConnection())
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket* socket = m_server->nextPendingConnection())
             serve(socket);
     });
 }
@@ -50,9 +51,9 @@ std::optional<QString> HandOver::listen(const QString& libraryFolder)
     const QString address =
         QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + u"/tonequill-"_s + QString::fromLatin1(hash);
     QLocalServer::removeServer(address); // of a killed owner: the lock says that it is gone
-    if (!m_server.listen(address))
+    if (!m_server->listen(address))
         return std::nullopt;
-    return m_server.fullServerName();
+    return m_server->fullServerName();
 }
 
 void HandOver::serve(QLocalSocket* socket)

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QLocalServer>
 #include <QObject>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
+class QLocalServer;
 class QLocalSocket;
 
 namespace tonequill {
@@ -40,7 +40,7 @@ private:
     void serve(QLocalSocket* socket);
 
     Handler m_handler;
-    QLocalServer m_server;
+    std::unique_ptr<QLocalServer> m_server;
 };
 
 } // namespace tonequill

@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
+#include <QNetworkRequest>
 
 namespace tonequill {
 

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <QDBusVariant>
 #include <QObject>
+#include <QVariant>
 
 #include <functional>
+
+class QDBusVariant;
 
 namespace tonequill {
 
@@ -12,6 +14,7 @@ namespace tonequill {
 // block it while it is made.
 class PortalSettings : public QObject {
     Q_OBJECT
+    Q_MOC_INCLUDE(<QDBusVariant>)
 
 public:
     // `told` is called on that thread, with the scheme as the portal sent it.

@@ -2,6 +2,8 @@
 
 #include "platform/PortalSettings.h"
 
+#include <QDBusVariant>
+
 namespace tonequill {
 
 namespace {
