@@ -5,8 +5,8 @@
 
 #include "Measure.h"
 #include "audio/AudioExporter.h"
-#include "platform/AudioFile.h"
-#include "platform/AudioFileWriter.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/AudioFileWriter.h"
 
 #include <QCoreApplication>
 

@@ -4,7 +4,7 @@
 
 #include "Measure.h"
 #include "audio/TimePitch.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <rubberband/RubberBandStretcher.h>
 

@@ -5,7 +5,7 @@
 #include "base/Uuid.h"
 #include "library/LibraryIndex.h"
 #include "library/LibraryStore.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFile>

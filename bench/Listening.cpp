@@ -3,7 +3,7 @@
 // largest memory is then that of listening; --nothing is the measure for it.
 
 #include "Measure.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "understanding/PatchStream.h"
 #include "understanding/SoundClassifier.h"
 

@@ -4,9 +4,9 @@
 
 #include "app/AppModel.h"
 #include "base/Background.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/NoAudioOutput.h"
 #include "understanding/SoundClassifier.h"
 
 #include <QCoreApplication>

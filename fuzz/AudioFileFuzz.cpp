@@ -2,8 +2,8 @@
 // number and no position beyond the end.
 
 #include "audio/AudioAnalyzer.h"
-#include "platform/AudioFile.h"
-#include "platform/MediaTracks.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/MediaTracks.h"
 
 #include <QString>
 

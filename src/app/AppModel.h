@@ -9,8 +9,8 @@
 #include "library/AutoFolder.h"
 #include "library/FinalCut.h"
 #include "library/LibraryStore.h"
-#include "platform/Defaults.h"
-#include "platform/LanguageModel.h"
+#include "platform/network/LanguageModel.h"
+#include "platform/process/Defaults.h"
 #include "understanding/SmartNamer.h"
 
 #include <QCoroTask>

@@ -4,8 +4,8 @@
 #include "app/PartExport.h"
 #include "base/Background.h"
 #include "library/FileNames.h"
-#include "platform/Files.h"
-#include "platform/ScratchFile.h"
+#include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -2,8 +2,8 @@
 
 #include "audio/EffectRenderer.h"
 #include "library/NamePolicy.h"
-#include "platform/AudioFile.h"
-#include "platform/ScratchFile.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/media/AudioFile.h"
 
 using namespace Qt::StringLiterals;
 

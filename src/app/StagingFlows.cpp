@@ -3,7 +3,7 @@
 #include "app/AppModel.h"
 #include "app/PartExport.h"
 #include "library/DragStaging.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 using namespace Qt::StringLiterals;
 

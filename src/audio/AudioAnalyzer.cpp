@@ -1,7 +1,7 @@
 #include "audio/AudioAnalyzer.h"
 
 #include "audio/MonoEnvelope.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "audio/AudioConversion.h"
 
 #include "audio/SampleMemory.h"
-#include "platform/StreamConverter.h"
+#include "platform/media/StreamConverter.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include "audio/AudioRange.h"
 #include "audio/SampleLoops.h"
 #include "base/Uuid.h"
-#include "platform/AudioFileWriter.h"
+#include "platform/media/AudioFileWriter.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/UserError.h"
-#include "platform/AudioBuffer.h"
+#include "platform/media/AudioBuffer.h"
 
 #include <QString>
 #include <QStringView>

@@ -8,7 +8,7 @@
 #include "audio/TimePitch.h"
 #include "audio/VoiceDSP.h"
 #include "base/Uuid.h"
-#include "platform/AudioFileWriter.h"
+#include "platform/media/AudioFileWriter.h"
 
 #include <QDateTime>
 #include <QDir>

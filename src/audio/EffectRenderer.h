@@ -3,7 +3,7 @@
 #include "audio/EffectSettings.h"
 #include "base/Progress.h"
 #include "base/UserError.h"
-#include "platform/AudioBuffer.h"
+#include "platform/media/AudioBuffer.h"
 
 #include <QString>
 

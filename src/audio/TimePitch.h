@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Progress.h"
-#include "platform/AudioBuffer.h"
+#include "platform/media/AudioBuffer.h"
 
 namespace tonequill {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "audio/VoiceStyle.h"
-#include "platform/AudioBuffer.h"
+#include "platform/media/AudioBuffer.h"
 
 namespace tonequill::VoiceDSP {
 

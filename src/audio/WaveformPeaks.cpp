@@ -1,7 +1,7 @@
 #include "audio/WaveformPeaks.h"
 
 #include "audio/SampleLoops.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <algorithm>
 

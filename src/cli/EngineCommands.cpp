@@ -9,8 +9,8 @@
 #include "cli/Command.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "platform/AudioFile.h"
-#include "platform/ScratchFile.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <QFileInfo>
 

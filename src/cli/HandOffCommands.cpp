@@ -9,7 +9,7 @@
 #include "cli/Terminal.h"
 #include "library/FileNames.h"
 #include "library/FinalCut.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFileInfo>

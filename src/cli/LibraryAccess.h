@@ -2,7 +2,7 @@
 
 #include "base/Clock.h"
 #include "library/LibraryStore.h"
-#include "platform/LibraryLock.h"
+#include "platform/process/LibraryLock.h"
 
 #include <QJsonObject>
 

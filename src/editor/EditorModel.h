@@ -4,7 +4,7 @@
 #include "base/Ticket.h"
 #include "editor/EditorWork.h"
 #include "library/SoundItem.h"
-#include "platform/ScratchFile.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QCoroTask>
 #include <QObject>

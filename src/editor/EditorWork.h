@@ -4,7 +4,7 @@
 #include "audio/EffectSettings.h"
 #include "audio/SmartCutter.h"
 #include "base/Progress.h"
-#include "platform/AudioPlayer.h"
+#include "platform/playback/AudioPlayer.h"
 #include "understanding/HeardLabel.h"
 
 #include <QCoroTask>

@@ -4,7 +4,7 @@
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "library/FolderBookmark.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,7 +3,7 @@
 #include "base/Clock.h"
 #include "base/Ticket.h"
 #include "library/AutoFolderManifest.h"
-#include "platform/Defaults.h"
+#include "platform/process/Defaults.h"
 
 #include <QCoroTask>
 #include <QList>

@@ -1,6 +1,6 @@
 #include "library/AutoFolderManifest.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -4,7 +4,7 @@
 #include "base/Uuid.h"
 #include "library/AutoFolder.h"
 #include "library/FileNames.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 using namespace Qt::StringLiterals;
 

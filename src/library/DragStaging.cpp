@@ -2,7 +2,7 @@
 
 #include "base/Uuid.h"
 #include "library/FileNames.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "library/FinalCut.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 #include <array>
 

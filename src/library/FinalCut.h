@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "platform/OtherApps.h"
+#include "platform/desktop/OtherApps.h"
 
 #include <QList>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "library/FolderBookmark.h"
 
-#include "platform/Files.h"
-#include "platform/FolderIdentity.h"
+#include "platform/files/Files.h"
+#include "platform/files/FolderIdentity.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -5,8 +5,8 @@
 #include "base/Uuid.h"
 #include "library/LibraryIndex.h"
 #include "library/NamePolicy.h"
-#include "platform/Files.h"
-#include "platform/MediaTracks.h"
+#include "platform/files/Files.h"
+#include "platform/media/MediaTracks.h"
 
 #include <QDir>
 #include <QFile>

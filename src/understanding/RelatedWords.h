@@ -2,7 +2,7 @@
 
 #include "base/Clock.h"
 #include "base/Ticket.h"
-#include "platform/LanguageModel.h"
+#include "platform/network/LanguageModel.h"
 
 #include <QObject>
 #include <QStringList>

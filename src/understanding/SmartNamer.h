@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/LanguageModel.h"
+#include "platform/network/LanguageModel.h"
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 #include "understanding/SoundClassifier.h"
 
-#include "platform/AudioFile.h"
-#include "platform/Defaults.h"
-#include "platform/StreamConverter.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/StreamConverter.h"
+#include "platform/process/Defaults.h"
 #include "understanding/PatchStream.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "app/PartExport.h"
 #include "audio/EffectRenderer.h"
-#include "platform/AudioFile.h"
-#include "platform/AudioFileWriter.h"
-#include "platform/SdlAudioOutput.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/AudioFileWriter.h"
+#include "platform/playback/SdlAudioOutput.h"
 #include "support/Environment.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"

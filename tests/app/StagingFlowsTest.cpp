@@ -4,7 +4,7 @@
 #include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "library/DragStaging.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"

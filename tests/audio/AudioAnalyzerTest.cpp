@@ -1,6 +1,6 @@
 #include "audio/AudioAnalyzer.h"
 
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/WavBytes.h"

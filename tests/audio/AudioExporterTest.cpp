@@ -1,6 +1,6 @@
 #include "audio/AudioExporter.h"
-#include "platform/AudioFile.h"
-#include "platform/AudioFileWriter.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/AudioFileWriter.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Signal.h"

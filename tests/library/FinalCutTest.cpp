@@ -2,7 +2,7 @@
 
 #include "fakes/FakeClock.h"
 #include "fakes/FakeOtherApps.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 

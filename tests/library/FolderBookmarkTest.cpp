@@ -1,6 +1,6 @@
 #include "library/FolderBookmark.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 

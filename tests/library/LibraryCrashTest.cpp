@@ -2,7 +2,7 @@
 #include "fakes/FakeClock.h"
 #include "library/LibraryIndex.h"
 #include "library/LibraryStore.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 

@@ -3,7 +3,7 @@
 #include "base/Uuid.h"
 #include "fakes/FakeClock.h"
 #include "library/LibraryIndex.h"
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 #include "support/Await.h"
 #include "support/Printing.h"
 #include "support/Wav.h"

@@ -5,7 +5,7 @@
 #include "audio/FeedbackDelay.h"
 #include "audio/HallReverb.h"
 #include "audio/TimePitch.h"
-#include "platform/AudioFileWriter.h"
+#include "platform/media/AudioFileWriter.h"
 #include "support/Acoustics.h"
 #include "support/Clicks.h"
 

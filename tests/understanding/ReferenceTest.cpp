@@ -1,5 +1,5 @@
-#include "platform/AudioFile.h"
-#include "platform/StreamConverter.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/StreamConverter.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "understanding/ClassMap.h"

@@ -1,7 +1,7 @@
 #include "understanding/SoundClassifier.h"
 
-#include "platform/AudioFile.h"
-#include "platform/Defaults.h"
+#include "platform/media/AudioFile.h"
+#include "platform/process/Defaults.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 
