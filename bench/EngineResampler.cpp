@@ -4,7 +4,7 @@
 // The bar: not worse than sox.
 
 #include "Measure.h"
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"
 

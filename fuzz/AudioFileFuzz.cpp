@@ -1,7 +1,7 @@
 // Any bytes as a sound file: refused or read from anywhere, with every sample a
 // number and no position beyond the end.
 
-#include "audio/AudioAnalyzer.h"
+#include "audio/analysis/AudioAnalyzer.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/MediaTracks.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/HandedOver.h"
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
 #include "library/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"

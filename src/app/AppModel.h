@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/AppSection.h"
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 #include "base/Clock.h"
 #include "base/Progress.h"
 #include "base/Ticket.h"

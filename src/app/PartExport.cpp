@@ -1,6 +1,6 @@
 #include "app/PartExport.h"
 
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "library/NamePolicy.h"
 #include "platform/files/ScratchFile.h"
 #include "platform/media/AudioFile.h"

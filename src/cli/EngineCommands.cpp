@@ -1,9 +1,9 @@
 // parts, export, render and mix: the sound engine, file by file.
 
-#include "audio/AudioExporter.h"
-#include "audio/EffectRenderer.h"
-#include "audio/Mixer.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/SmartCutter.h"
+#include "audio/effects/EffectRenderer.h"
+#include "audio/effects/Mixer.h"
+#include "audio/export/AudioExporter.h"
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
 #include "cli/Command.h"

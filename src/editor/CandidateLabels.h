@@ -1,6 +1,6 @@
 #pragma once
 
-#include "audio/SmartCutter.h"
+#include "audio/analysis/SmartCutter.h"
 #include "understanding/HeardLabel.h"
 
 #include <functional>

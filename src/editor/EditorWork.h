@@ -1,8 +1,8 @@
 #pragma once
 
-#include "audio/AudioAnalyzer.h"
-#include "audio/EffectSettings.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/AudioAnalyzer.h"
+#include "audio/analysis/SmartCutter.h"
+#include "audio/effects/EffectSettings.h"
 #include "base/Progress.h"
 #include "platform/playback/AudioPlayer.h"
 #include "understanding/HeardLabel.h"

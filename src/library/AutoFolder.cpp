@@ -1,6 +1,6 @@
 #include "library/AutoFolder.h"
 
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "library/FolderBookmark.h"

@@ -1,6 +1,6 @@
 #include "library/LibraryStore.h"
 
-#include "audio/AudioAnalyzer.h"
+#include "audio/analysis/AudioAnalyzer.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "library/LibraryIndex.h"

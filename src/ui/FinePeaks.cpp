@@ -1,6 +1,6 @@
 #include "ui/FinePeaks.h"
 
-#include "audio/MonoEnvelope.h"
+#include "audio/analysis/MonoEnvelope.h"
 #include "platform/media/AudioFile.h"
 
 namespace tonequill {

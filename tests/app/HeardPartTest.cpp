@@ -1,7 +1,7 @@
 // What is heard when a part is played, and what the part's file holds, are the same.
 
 #include "app/PartExport.h"
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"
 #include "platform/playback/SdlAudioOutput.h"

@@ -1,5 +1,5 @@
 #include "app/PartExport.h"
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "platform/media/AudioFile.h"
 #include "support/Printing.h"
 #include "support/Wav.h"

@@ -1,6 +1,6 @@
 #include "library/AutoFolder.h"
 
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 #include "base/Uuid.h"
 #include "fakes/FakeClock.h"
 #include "platform/files/Files.h"
