@@ -4,8 +4,8 @@
 
 #include "Measure.h"
 #include "platform/media/AudioFile.h"
-#include "understanding/PatchStream.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/PatchStream.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -12,7 +12,7 @@
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
 #include "ui/MainWindow.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

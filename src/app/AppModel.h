@@ -11,7 +11,7 @@
 #include "library/LibraryStore.h"
 #include "platform/network/LanguageModel.h"
 #include "platform/process/Defaults.h"
-#include "understanding/SmartNamer.h"
+#include "understanding/naming/SmartNamer.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -3,7 +3,7 @@
 #include "app/AppModel.h"
 
 #include "library/NamePolicy.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/naming/SoundNamer.h"
 
 using namespace Qt::StringLiterals;
 

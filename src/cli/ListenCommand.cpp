@@ -6,8 +6,8 @@
 #include "cli/Terminal.h"
 #include "platform/media/AudioFile.h"
 #include "platform/process/Defaults.h"
-#include "understanding/SoundClassifier.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/listening/SoundClassifier.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
 #include <cmath>

@@ -5,7 +5,7 @@
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 namespace tonequill::cli {
 

@@ -3,7 +3,7 @@
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
 #include "editor/CandidateLabels.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QThreadPool>
 

@@ -5,7 +5,7 @@
 #include "audio/effects/EffectSettings.h"
 #include "base/Progress.h"
 #include "platform/playback/AudioPlayer.h"
-#include "understanding/HeardLabel.h"
+#include "understanding/listening/HeardLabel.h"
 
 #include <QCoroTask>
 

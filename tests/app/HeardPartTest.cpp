@@ -8,7 +8,7 @@
 #include "support/Environment.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QTemporaryDir>
 #include <QTest>

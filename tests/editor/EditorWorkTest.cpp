@@ -4,7 +4,7 @@
 #include "platform/playback/NoAudioOutput.h"
 #include "support/Await.h"
 #include "support/Wav.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "understanding/EventNetwork.h"
+#include "understanding/listening/EventNetwork.h"
 
 #include <opencv2/core/utils/logger.hpp>
 #include <opencv2/dnn.hpp>

@@ -1,4 +1,4 @@
-#include "understanding/HeardLabel.h"
+#include "understanding/listening/HeardLabel.h"
 
 namespace tonequill {
 

@@ -1,4 +1,4 @@
-#include "understanding/TagExpander.h"
+#include "understanding/naming/TagExpander.h"
 
 #include "fakes/FakeLanguageModel.h"
 #include "support/Await.h"

@@ -1,4 +1,4 @@
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include "platform/media/AudioFile.h"
 #include "platform/process/Defaults.h"

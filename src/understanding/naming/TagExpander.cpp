@@ -1,7 +1,7 @@
-#include "understanding/TagExpander.h"
+#include "understanding/naming/TagExpander.h"
 
 #include "base/Text.h"
-#include "understanding/ModelTexts.h"
+#include "understanding/naming/ModelTexts.h"
 
 #include <QJsonArray>
 #include <QVariant>

@@ -1,4 +1,4 @@
-#include "understanding/SoundNamer.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include "base/Text.h"
 

@@ -1,4 +1,4 @@
-#include "understanding/SmartNamer.h"
+#include "understanding/naming/SmartNamer.h"
 
 #include "fakes/FakeLanguageModel.h"
 #include "support/Await.h"

@@ -1,8 +1,8 @@
-#include "understanding/RelatedWords.h"
+#include "understanding/naming/RelatedWords.h"
 
 #include "base/Background.h"
 #include "base/Text.h"
-#include "understanding/TagExpander.h"
+#include "understanding/naming/TagExpander.h"
 
 namespace tonequill {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "understanding/HeardLabel.h"
+#include "understanding/listening/HeardLabel.h"
 
 #include <QStringList>
 

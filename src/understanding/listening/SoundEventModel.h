@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/UserError.h"
-#include "understanding/EventNetwork.h"
+#include "understanding/listening/EventNetwork.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/Progress.h"
-#include "understanding/HeardLabel.h"
-#include "understanding/SoundEventModel.h"
+#include "understanding/listening/HeardLabel.h"
+#include "understanding/listening/SoundEventModel.h"
 
 #include <QSet>
 #include <QString>

@@ -1,6 +1,6 @@
-#include "understanding/PatchStream.h"
+#include "understanding/listening/PatchStream.h"
 
-#include "understanding/EventNetwork.h"
+#include "understanding/listening/EventNetwork.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
-#include "understanding/SoundEventModel.h"
+#include "understanding/listening/SoundEventModel.h"
 
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
-#include "understanding/PatchStream.h"
+#include "understanding/listening/PatchStream.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include "platform/media/AudioFile.h"
 #include "platform/media/StreamConverter.h"
 #include "platform/process/Defaults.h"
-#include "understanding/PatchStream.h"
+#include "understanding/listening/PatchStream.h"
 
 #include <algorithm>
 #include <cmath>

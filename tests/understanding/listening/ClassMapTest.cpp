@@ -1,4 +1,4 @@
-#include "understanding/ClassMap.h"
+#include "understanding/listening/ClassMap.h"
 
 #include "support/Printing.h"
 

@@ -1,4 +1,4 @@
-#include "understanding/MelFrontEnd.h"
+#include "understanding/listening/MelFrontEnd.h"
 
 #include <opencv2/core.hpp>
 #include <opencv2/core/hal/hal.hpp>

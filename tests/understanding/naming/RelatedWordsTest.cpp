@@ -1,4 +1,4 @@
-#include "understanding/RelatedWords.h"
+#include "understanding/naming/RelatedWords.h"
 
 #include "fakes/FakeClock.h"
 #include "fakes/FakeLanguageModel.h"

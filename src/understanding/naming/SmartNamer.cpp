@@ -1,8 +1,8 @@
-#include "understanding/SmartNamer.h"
+#include "understanding/naming/SmartNamer.h"
 
 #include "base/Text.h"
-#include "understanding/ModelTexts.h"
-#include "understanding/TagExpander.h"
+#include "understanding/naming/ModelTexts.h"
+#include "understanding/naming/TagExpander.h"
 
 #include <QSet>
 #include <QVariant>

@@ -2,9 +2,9 @@
 #include "platform/media/StreamConverter.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
-#include "understanding/ClassMap.h"
-#include "understanding/PatchStream.h"
-#include "understanding/SoundEventModel.h"
+#include "understanding/listening/ClassMap.h"
+#include "understanding/listening/PatchStream.h"
+#include "understanding/listening/SoundEventModel.h"
 
 #include <QDir>
 #include <QFileInfo>

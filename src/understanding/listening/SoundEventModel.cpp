@@ -1,6 +1,6 @@
-#include "understanding/SoundEventModel.h"
+#include "understanding/listening/SoundEventModel.h"
 
-#include "understanding/ClassMap.h"
+#include "understanding/listening/ClassMap.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "understanding/MelFrontEnd.h"
+#include "understanding/listening/MelFrontEnd.h"
 
 #include <functional>
 #include <span>
