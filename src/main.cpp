@@ -4,7 +4,7 @@
 #include "app/HandedOver.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
-#include "library/DragStaging.h"
+#include "library/delivery/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/desktop/SystemAppearance.h"
 #include "platform/network/LocalLanguageModel.h"

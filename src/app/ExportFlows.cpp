@@ -3,7 +3,7 @@
 #include "app/AppModel.h"
 #include "app/PartExport.h"
 #include "base/Background.h"
-#include "library/FileNames.h"
+#include "library/records/FileNames.h"
 #include "platform/files/Files.h"
 #include "platform/files/ScratchFile.h"
 

@@ -1,7 +1,7 @@
 #include "app/PartExport.h"
 
 #include "audio/effects/EffectRenderer.h"
-#include "library/NamePolicy.h"
+#include "library/records/NamePolicy.h"
 #include "platform/files/ScratchFile.h"
 #include "platform/media/AudioFile.h"
 

@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 
-#include "library/NamePolicy.h"
+#include "library/records/NamePolicy.h"
 #include "understanding/naming/SoundNamer.h"
 
 using namespace Qt::StringLiterals;

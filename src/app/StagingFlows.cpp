@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 #include "app/PartExport.h"
-#include "library/DragStaging.h"
+#include "library/delivery/DragStaging.h"
 #include "platform/files/Files.h"
 
 using namespace Qt::StringLiterals;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "library/LibraryStore.h"
+#include "library/store/LibraryStore.h"
 #include "platform/process/LibraryLock.h"
 
 #include <QJsonObject>

@@ -3,7 +3,7 @@
 #include "base/Clock.h"
 #include "base/Ticket.h"
 #include "editor/EditorWork.h"
-#include "library/SoundItem.h"
+#include "library/records/SoundItem.h"
 #include "platform/files/ScratchFile.h"
 
 #include <QCoroTask>

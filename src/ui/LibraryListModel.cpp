@@ -1,7 +1,7 @@
 #include "ui/LibraryListModel.h"
 
 #include "base/Background.h"
-#include "library/License.h"
+#include "library/records/License.h"
 
 #include <QSet>
 

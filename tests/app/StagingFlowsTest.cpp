@@ -3,7 +3,7 @@
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
-#include "library/DragStaging.h"
+#include "library/delivery/DragStaging.h"
 #include "platform/media/AudioFile.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
