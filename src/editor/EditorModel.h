@@ -2,8 +2,8 @@
 
 #include "base/Ticker.h"
 #include "editor/EditorWork.h"
-#include "library/SoundItem.h"
-#include "platform/ScratchFile.h"
+#include "library/records/SoundItem.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "audio/AudioAnalyzer.h"
-#include "audio/EffectSettings.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/AudioAnalyzer.h"
+#include "audio/analysis/SmartCutter.h"
+#include "audio/effects/EffectSettings.h"
 #include "base/FlowGroup.h"
 #include "base/Workers.h"
-#include "platform/AudioPlayer.h"
-#include "platform/ScratchFile.h"
-#include "understanding/HeardLabel.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/playback/AudioPlayer.h"
+#include "understanding/listening/HeardLabel.h"
 
 #include <QCoroTask>
 

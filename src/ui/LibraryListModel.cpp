@@ -1,6 +1,7 @@
 #include "ui/LibraryListModel.h"
 
 #include "base/Background.h"
+#include "library/records/License.h"
 
 #include <QSet>
 
@@ -34,7 +35,7 @@ QString LibraryRow::subtitle(const SoundItem& item)
 
 bool LibraryRow::needsCredit(const SoundItem& item)
 {
-    return item.license && item.license->startsWith(u"CC BY"_s, Qt::CaseInsensitive);
+    return License::needsCredit(item.license);
 }
 
 QString LibraryRow::step(double fraction, bool isFirst)

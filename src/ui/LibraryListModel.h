@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 #include "ui/WaveItems.h"
-#include "understanding/RelatedWords.h"
+#include "understanding/naming/RelatedWords.h"
 
 #include <QAbstractListModel>
 #include <QTimer>

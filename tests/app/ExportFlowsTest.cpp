@@ -1,4 +1,4 @@
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "support/Await.h"
 #include "support/Environment.h"
 #include "support/Printing.h"

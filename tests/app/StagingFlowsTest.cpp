@@ -1,5 +1,5 @@
-#include "library/DragStaging.h"
-#include "platform/AudioFile.h"
+#include "library/delivery/DragStaging.h"
+#include "platform/media/AudioFile.h"
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
