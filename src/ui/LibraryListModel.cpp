@@ -1,6 +1,7 @@
 #include "ui/LibraryListModel.h"
 
 #include "base/Background.h"
+#include "base/TimeText.h"
 
 #include <QSet>
 
@@ -28,7 +29,7 @@ QString LibraryRow::subtitle(const SoundItem& item)
         if (!plainTags().contains(tag) && telling.size() < 2)
             telling << tag;
     }
-    const QString duration = QString::asprintf("%.1f s", item.duration);
+    const QString duration = TimeText::roughDuration(item.duration);
     return telling.isEmpty() ? duration : duration + u" · "_s + telling.join(u", "_s);
 }
 

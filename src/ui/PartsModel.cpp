@@ -1,5 +1,7 @@
 #include "ui/PartsModel.h"
 
+#include "base/TimeText.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -12,11 +14,6 @@ QString PartChip::title(const CutCandidate& candidate, int index)
                           : candidate.isWhole ? u"Whole sound"_s
                                               : u"Option %1"_s.arg(index + 1);
     return candidate.label ? title + u" · "_s + *candidate.label : title;
-}
-
-QString PartChip::length(double seconds)
-{
-    return QString::asprintf("%.2fs", seconds);
 }
 
 PartsModel::PartsModel(EditorModel& editor) : m_editor(editor), m_shown(editor.candidates())
@@ -55,7 +52,7 @@ QVariant PartsModel::data(const QModelIndex& index, int role) const
     case TitleRole:
         return PartChip::title(part, index.row());
     case LengthRole:
-        return PartChip::length(part.end - part.start);
+        return TimeText::length(part.end - part.start);
     case MarkedRole:
         return m_editor.marked().contains(part.id);
     case BestRole:

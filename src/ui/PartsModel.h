@@ -12,7 +12,6 @@ namespace PartChip {
 
 // "Best match · Slam": which proposal it is, `index` from 0, and what was heard.
 QString title(const CutCandidate& candidate, int index);
-QString length(double seconds); // "1.38s"
 
 } // namespace PartChip
 

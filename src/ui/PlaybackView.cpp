@@ -1,7 +1,6 @@
 #include "ui/PlaybackView.h"
 
-#include "ui/PartsModel.h"
-#include "ui/WaveGeometry.h"
+#include "base/TimeText.h"
 
 #include <algorithm>
 
@@ -11,7 +10,6 @@ namespace {
 
 constexpr double kMeterFloorDb = -60; // what a meter of a few centimetres can still show
 constexpr int kLookMs = 100;
-constexpr double kMillisecond = 0.001;
 
 } // namespace
 
@@ -26,17 +24,17 @@ PlaybackView::PlaybackView(EditorModel& editor) : m_editor(editor)
 
 QString PlaybackView::startText() const
 {
-    return WaveGeometry::timeLabel(start(), kMillisecond);
+    return TimeText::exactPlace(start());
 }
 
 QString PlaybackView::endText() const
 {
-    return WaveGeometry::timeLabel(end(), kMillisecond);
+    return TimeText::exactPlace(end());
 }
 
 QString PlaybackView::lengthText() const
 {
-    return PartChip::length(end() - start());
+    return TimeText::length(end() - start());
 }
 
 void PlaybackView::toggle()

@@ -1,6 +1,7 @@
 #include "ui/SoundView.h"
 
 #include "base/Background.h"
+#include "base/TimeText.h"
 #include "ui/LibraryListModel.h"
 
 using namespace Qt::StringLiterals;
@@ -93,12 +94,12 @@ QString SoundView::name() const
 
 QString SoundView::durationText() const
 {
-    return QString::asprintf("%.2f s", editor().duration());
+    return TimeText::duration(editor().duration());
 }
 
 QString SoundView::lengthText() const
 {
-    return PartChip::length(editor().duration());
+    return TimeText::length(editor().duration());
 }
 
 QStringList SoundView::tags() const

@@ -1,10 +1,10 @@
 #include "ui/WaveGeometry.h"
 
+#include "base/TimeText.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace tonequill::WaveGeometry {
 
@@ -42,23 +42,9 @@ std::vector<Tick> rulerTicks(const View& view, double spacing)
     const auto last = std::int64_t(std::floor((view.startSeconds + view.span()) / half + 1e-6));
     for (std::int64_t i = first; i <= last; ++i) {
         const double seconds = double(i) * half;
-        ticks.push_back({view.xOf(seconds), i % 2 == 0 ? timeLabel(seconds, step) : QString()});
+        ticks.push_back({view.xOf(seconds), i % 2 == 0 ? TimeText::place(seconds, step) : QString()});
     }
     return ticks;
-}
-
-QString timeLabel(double seconds, double step)
-{
-    const int decimals = step >= 1 ? 0 : step >= 0.1 ? 1 : step >= 0.01 ? 2 : 3;
-    const auto scale = std::int64_t(std::lround(std::pow(10, decimals)));
-    const auto units = std::int64_t(std::llround(std::max(seconds, 0.0) * double(scale)));
-    const std::int64_t whole = units / scale;
-    const auto two = [](std::int64_t number) { return u"%1"_s.arg(number, 2, 10, QChar(u'0')); };
-    QString label = whole >= 3600 ? u"%1:%2:%3"_s.arg(QString::number(whole / 3600), two(whole / 60 % 60), two(whole % 60))
-                                  : u"%1:%2"_s.arg(QString::number(whole / 60), two(whole % 60));
-    if (decimals > 0)
-        label += u".%1"_s.arg(units % scale, decimals, 10, QChar(u'0'));
-    return label;
 }
 
 std::vector<float> columns(std::span<const float> values, double hopSeconds, const View& view)

@@ -35,9 +35,6 @@ double rulerStep(const View& view, double spacing);
 // The marks inside the view: a label every step, and a minor mark half-way.
 std::vector<Tick> rulerTicks(const View& view, double spacing);
 
-// "0:04", "0:04.5", "1:02:03": as many decimals as the step needs.
-QString timeLabel(double seconds, double step);
-
 // What each pixel column of `width` shows of `values`, one for each `hopSeconds`:
 // the largest value that falls into the column, or, where a value is wider than
 // a column, the line between its neighbours. REQUIRES: hopSeconds > 0.

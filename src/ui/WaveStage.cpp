@@ -1,5 +1,7 @@
 #include "ui/WaveStage.h"
 
+#include "base/TimeText.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -99,7 +101,7 @@ double WaveStage::playheadX() const
 
 QString WaveStage::hoverText() const
 {
-    return WaveGeometry::timeLabel(m_view.secondsAt(m_hoverX), 0.001);
+    return TimeText::exactPlace(m_view.secondsAt(m_hoverX));
 }
 
 double WaveStage::pillX(double pillWidth, double startX, double endX) const

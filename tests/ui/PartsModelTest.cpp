@@ -24,13 +24,6 @@ TEST(PartChip, SaysWhichProposalItIsAndWhatWasHeard)
     EXPECT_EQ(PartChip::title(part, 0), u"Best match"_s);
 }
 
-TEST(PartChip, TellsTheLengthInHundredths)
-{
-    EXPECT_EQ(PartChip::length(1.379), u"1.38s"_s);
-    EXPECT_EQ(PartChip::length(0.03), u"0.03s"_s);
-    EXPECT_EQ(PartChip::length(3600), u"3600.00s"_s);
-}
-
 namespace {
 
 class PartsModelTest : public testing::Test {

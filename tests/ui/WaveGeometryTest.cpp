@@ -64,18 +64,6 @@ TEST(WaveGeometry, AZoomedRulerStartsAtTheFirstMarkInView)
     EXPECT_LE(ticks.back().x, 400);
 }
 
-TEST(WaveGeometry, TimeLabelsHaveTheDecimalsOfTheirStep)
-{
-    EXPECT_EQ(timeLabel(0, 1), u"0:00"_s);
-    EXPECT_EQ(timeLabel(65, 5), u"1:05"_s);
-    EXPECT_EQ(timeLabel(3723, 60), u"1:02:03"_s);
-    EXPECT_EQ(timeLabel(0.5, 0.5), u"0:00.5"_s);
-    EXPECT_EQ(timeLabel(4.05, 0.05), u"0:04.05"_s);
-    EXPECT_EQ(timeLabel(1.002, 0.002), u"0:01.002"_s);
-    EXPECT_EQ(timeLabel(59.9999, 1), u"1:00"_s); // rounded, never "0:60"
-    EXPECT_EQ(timeLabel(-1e-9, 1), u"0:00"_s);
-}
-
 TEST(WaveGeometry, AColumnShowsTheLargestValueThatFallsIntoIt)
 {
     const std::vector<float> values{0.1f, 0.9f, 0.2f, 0.3f, 0.4f, 0.0f, 0.0f, 0.7f};
