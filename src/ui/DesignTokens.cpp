@@ -1,6 +1,7 @@
 #include "ui/DesignTokens.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -132,6 +133,15 @@ TypeStyle typeAt(const Place& place)
 }
 
 } // namespace
+
+QFont TypeStyle::font() const
+{
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(std::max(px, 1));
+    if (weight > 0)
+        font.setWeight(QFont::Weight(weight));
+    return font;
+}
 
 QColor colorFromText(const QString& text)
 {

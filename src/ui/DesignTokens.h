@@ -3,6 +3,7 @@
 #include "ui/DesignTables.h"
 
 #include <QColor>
+#include <QFont>
 #include <QGradientStops>
 #include <QList>
 #include <QStringList>
@@ -27,6 +28,9 @@ public:
     int line = 0; // line height
     int weight = 0;
     double letterSpacing = 0;
+
+    // In the family of the application.
+    QFont font() const;
 
     bool operator==(const TypeStyle&) const = default;
 };

@@ -2,8 +2,8 @@
 
 #include "platform/Defaults.h"
 #include "ui/Icon.h"
+#include "ui/NumberText.h"
 #include "ui/ShadowImage.h"
-#include "ui/TextItems.h"
 #include "ui/ThemeStore.h"
 #include "ui/WaveItems.h"
 #include "ui/WaveformView.h"

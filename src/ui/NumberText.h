@@ -5,6 +5,8 @@
 
 #include <QFont>
 
+class QPainter;
+
 namespace tonequill {
 
 // Where each character of a text stands when every digit takes a cell as wide
@@ -13,6 +15,10 @@ struct DigitCells {
     std::vector<double> positions; // of each UTF-16 unit's left edge
     double width = 0;
     static DigitCells of(const QString& text, const QFont& font);
+
+    // Draws a text so, from `left` and with the line's middle at `middle`, in the
+    // painter's units and with its pen.
+    static void draw(QPainter& painter, const QString& text, const QFont& font, double left, double middle);
 };
 
 // A number that changes or stands in a column: its digits keep their places.
@@ -50,32 +56,6 @@ private:
     TypeStyle m_type;
     QColor m_color;
     bool m_alignRight = false;
-};
-
-// The marks and times over a wave.
-class TimeRuler : public tonequill::ImageItem {
-    Q_OBJECT
-    QML_ELEMENT
-    Q_PROPERTY(double startSeconds MEMBER m_startSeconds NOTIFY changed FINAL)
-    Q_PROPERTY(double endSeconds MEMBER m_endSeconds NOTIFY changed FINAL)
-    Q_PROPERTY(tonequill::TypeStyle type MEMBER m_type NOTIFY changed FINAL)
-    Q_PROPERTY(QColor textColor MEMBER m_textColor NOTIFY changed FINAL)
-    Q_PROPERTY(QColor tickColor MEMBER m_tickColor NOTIFY changed FINAL)
-
-public:
-    explicit TimeRuler(QQuickItem* parent = nullptr);
-
-Q_SIGNALS:
-    void changed();
-
-private:
-    QImage render(const QSize& pixels, double scale) override;
-
-    double m_startSeconds = 0;
-    double m_endSeconds = 0;
-    TypeStyle m_type;
-    QColor m_textColor;
-    QColor m_tickColor;
 };
 
 } // namespace tonequill
