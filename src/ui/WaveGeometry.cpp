@@ -74,26 +74,4 @@ std::vector<float> columns(std::span<const float> values, double hopSeconds, con
     return result;
 }
 
-Edge edgeAt(double x, double startX, double endX, double hit)
-{
-    const double toStart = std::abs(x - startX);
-    const double toEnd = std::abs(x - endX);
-    if (std::min(toStart, toEnd) > hit / 2)
-        return Edge::none;
-    if (toStart == toEnd)
-        return x < startX ? Edge::start : Edge::end;
-    return toStart < toEnd ? Edge::start : Edge::end;
-}
-
-double pillX(double startX, double endX, double viewWidth, double pillWidth, double gap)
-{
-    // What of the range is in the view counts.
-    const double left = std::clamp(startX, 0.0, viewWidth);
-    const double right = std::clamp(endX, 0.0, viewWidth);
-    double x = right - gap - pillWidth;
-    if (x < left + gap) // beside the range, after it if there is room
-        x = right + gap + pillWidth <= viewWidth ? right + gap : left - gap - pillWidth;
-    return std::clamp(x, 0.0, std::max(viewWidth - pillWidth, 0.0));
-}
-
 } // namespace tonequill::WaveGeometry

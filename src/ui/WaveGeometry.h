@@ -40,13 +40,4 @@ std::vector<Tick> rulerTicks(const View& view, double spacing);
 // a column, the line between its neighbours. REQUIRES: hopSeconds > 0.
 std::vector<float> columns(std::span<const float> values, double hopSeconds, const View& view);
 
-// The edge of the range that a pointer at `x` takes hold of: the nearer one
-// within half of `hit`, which is how wide each can be hit.
-enum class Edge { none, start, end };
-Edge edgeAt(double x, double startX, double endX, double hit);
-
-// The left edge of the pill that tells the range's length: inside the range at
-// its end, or beside the range where it is too narrow; always within the view.
-double pillX(double startX, double endX, double viewWidth, double pillWidth, double gap);
-
 } // namespace tonequill::WaveGeometry

@@ -15,8 +15,6 @@ namespace tonequill {
 
 namespace {
 
-constexpr double kHit = 32;              // how wide a handle can be hit
-constexpr double kPillGap = 9;           // between the pill and the range's edge
 constexpr double kWheelPixels = 0.5;     // of a wheel's eighths of a degree: 60 pixels a notch
 constexpr double kDragScroll = 0.25;     // of the way that a handle is dragged beyond the view
 constexpr double kWheelZoom = 1.0 / 480; // a notch of the wheel zooms by 2^(1/4)
@@ -29,6 +27,9 @@ double sidewaysOf(const QWheelEvent& wheel)
 }
 
 } // namespace
+
+static_assert(int(RangeGrip::Edge::none) == WaveStage::NoGrip && int(RangeGrip::Edge::start) == WaveStage::StartGrip &&
+              int(RangeGrip::Edge::end) == WaveStage::EndGrip);
 
 WaveStage::WaveStage(QQuickItem* parent) : QQuickItem(parent)
 {
@@ -106,7 +107,7 @@ QString WaveStage::hoverText() const
 
 double WaveStage::pillX(double pillWidth, double startX, double endX) const
 {
-    return WaveGeometry::pillX(startX, endX, width(), pillWidth, kPillGap);
+    return RangeGrip::pillX(startX, endX, width(), pillWidth);
 }
 
 // Zoom and scroll
@@ -165,14 +166,14 @@ void WaveStage::pinch(double scale, double x)
 
 void WaveStage::showRange()
 {
-    if (m_grip == NoGrip)
+    if (!isDragging())
         change([this](WaveZoom& view) { view.reveal(editor().start(), editor().end()); });
     Q_EMIT rangeMoved();
 }
 
 void WaveStage::followPlayhead()
 {
-    if (const auto& playhead = editor().playhead(); playhead && m_grip == NoGrip)
+    if (const auto& playhead = editor().playhead(); playhead && !isDragging())
         change([&playhead](WaveZoom& view) { view.follow(*playhead); });
     Q_EMIT playheadMoved();
 }
@@ -202,12 +203,8 @@ void WaveStage::hover(double x)
 {
     m_isHovered = true;
     m_hoverX = x;
-    const auto edge = WaveGeometry::edgeAt(x, startX(), endX(), kHit);
-    m_hoveredGrip = m_grip != NoGrip                    ? m_grip
-                    : edge == WaveGeometry::Edge::start ? StartGrip
-                    : edge == WaveGeometry::Edge::end   ? EndGrip
-                                                        : NoGrip;
-    setCursor(m_hoveredGrip == NoGrip ? Qt::ArrowCursor : Qt::SizeHorCursor);
+    m_hoveredEdge = isDragging() ? m_grip.edge : RangeGrip::edgeAt(x, startX(), endX());
+    setCursor(m_hoveredEdge == RangeGrip::Edge::none ? Qt::ArrowCursor : Qt::SizeHorCursor);
     Q_EMIT hoverChanged();
 }
 
@@ -219,7 +216,7 @@ void WaveStage::hoverMoveEvent(QHoverEvent* event)
 void WaveStage::hoverLeaveEvent(QHoverEvent*)
 {
     m_isHovered = false;
-    m_hoveredGrip = NoGrip;
+    m_hoveredEdge = RangeGrip::Edge::none;
     Q_EMIT hoverChanged();
 }
 
@@ -227,31 +224,27 @@ void WaveStage::mousePressEvent(QMouseEvent* event)
 {
     const double x = event->position().x();
     hover(x);
-    m_pressX = x;
-    m_grip = m_sound->isReady() ? m_hoveredGrip : NoGrip;
-    m_isClick = m_grip == NoGrip;
-    m_gripOffset = m_grip == StartGrip ? x - startX() : m_grip == EndGrip ? x - endX() : 0;
+    m_grip.press(x, startX(), endX(), m_sound->isReady() ? RangeGrip::Range::canBeTaken : RangeGrip::Range::cannot);
 }
 
 void WaveStage::mouseMoveEvent(QMouseEvent* event)
 {
     const double x = event->position().x();
-    if (std::abs(x - m_pressX) >= QGuiApplication::styleHints()->startDragDistance())
-        m_isClick = false;
+    m_grip.move(x, QGuiApplication::styleHints()->startDragDistance());
     const double beyond = x - std::clamp(x, 0.0, width());
-    if (m_grip != NoGrip && beyond != 0) // the wave comes along, the faster the farther
+    if (isDragging() && beyond != 0) // the wave comes along, the faster the farther
         change([beyond](WaveZoom& view) { view.scrollTo(view.scrollX + beyond * kDragScroll); });
-    const double seconds = m_view.secondsAt(x - m_gripOffset);
-    if (m_grip == StartGrip)
+    const double seconds = m_view.secondsAt(m_grip.edgeX(x));
+    if (m_grip.edge == RangeGrip::Edge::start)
         editor().dragStart(seconds);
-    else if (m_grip == EndGrip)
+    else if (m_grip.edge == RangeGrip::Edge::end)
         editor().dragEnd(seconds);
     hover(x);
 }
 
 void WaveStage::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (m_isClick)
+    if (m_grip.isClick)
         editor().seek(m_view.secondsAt(event->position().x()));
     endGrip();
 }
@@ -263,11 +256,8 @@ void WaveStage::mouseUngrabEvent()
 
 void WaveStage::endGrip()
 {
-    m_isClick = false;
-    if (m_grip == NoGrip)
-        return;
-    m_grip = NoGrip;
-    editor().endDrag();
+    if (m_grip.release())
+        editor().endDrag();
 }
 
 } // namespace tonequill

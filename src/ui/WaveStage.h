@@ -1,7 +1,7 @@
 #pragma once
 
+#include "editor/RangeGrip.h"
 #include "ui/SoundView.h"
-#include "ui/WaveGeometry.h"
 #include "ui/WaveZoom.h"
 
 #include <QQuickItem>
@@ -38,6 +38,7 @@ class WaveStage : public QQuickItem {
     Q_PROPERTY(Grip hoveredGrip READ hoveredGrip NOTIFY hoverChanged FINAL)
 
 public:
+    // The order is RangeGrip::Edge's.
     enum Grip { NoGrip, StartGrip, EndGrip };
     Q_ENUM(Grip)
 
@@ -62,7 +63,7 @@ public:
     bool isHovered() const { return m_isHovered; }
     double hoverX() const { return m_hoverX; }
     QString hoverText() const;
-    Grip hoveredGrip() const { return m_hoveredGrip; }
+    Grip hoveredGrip() const { return Grip(int(m_hoveredEdge)); }
 
     Q_INVOKABLE void zoomIn();
     Q_INVOKABLE void zoomOut();
@@ -101,6 +102,7 @@ private:
     void showRange();
     void followPlayhead();
     void hover(double x);
+    bool isDragging() const { return m_grip.edge != RangeGrip::Edge::none; }
     void endGrip();
 
     SoundView* m_sound = nullptr;
@@ -108,11 +110,8 @@ private:
     double m_pinched = 1;
     bool m_isHovered = false;
     double m_hoverX = 0;
-    Grip m_hoveredGrip = NoGrip;
-    Grip m_grip = NoGrip; // what the pointer drags
-    double m_gripOffset = 0;
-    double m_pressX = 0;
-    bool m_isClick = false;
+    RangeGrip::Edge m_hoveredEdge = RangeGrip::Edge::none;
+    RangeGrip m_grip;
 };
 
 } // namespace tonequill

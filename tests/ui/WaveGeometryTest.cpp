@@ -87,39 +87,3 @@ TEST(WaveGeometry, NothingIsShownBesideTheSound)
     EXPECT_THAT(columns(values, 1, {-2, 4, 6}), ElementsAre(0, 0, 0.5f, 0.5f, 0, 0));
     EXPECT_THAT(columns({}, 1, {0, 4, 3}), ElementsAre(0, 0, 0));
 }
-
-TEST(WaveGeometry, TheNearerEdgeIsTakenHoldOf)
-{
-    EXPECT_EQ(edgeAt(100, 100, 300, 32), Edge::start);
-    EXPECT_EQ(edgeAt(84, 100, 300, 32), Edge::start);
-    EXPECT_EQ(edgeAt(83, 100, 300, 32), Edge::none);
-    EXPECT_EQ(edgeAt(200, 100, 300, 32), Edge::none);
-    EXPECT_EQ(edgeAt(316, 100, 300, 32), Edge::end);
-    EXPECT_EQ(edgeAt(104, 100, 110, 32), Edge::start);
-    EXPECT_EQ(edgeAt(106, 100, 110, 32), Edge::end);
-}
-
-TEST(WaveGeometry, BothEdgesCanBeTakenHoldOfWhereTheyLieOnEachOther)
-{
-    EXPECT_EQ(edgeAt(99, 100, 100, 32), Edge::start);
-    EXPECT_EQ(edgeAt(100, 100, 100, 32), Edge::end);
-    EXPECT_EQ(edgeAt(101, 100, 100, 32), Edge::end);
-}
-
-TEST(WaveGeometry, ThePillStandsAtTheEndOfTheRange)
-{
-    EXPECT_EQ(pillX(100, 300, 800, 45, 9), 300 - 9 - 45);
-}
-
-TEST(WaveGeometry, ThePillStandsBesideANarrowRange)
-{
-    EXPECT_EQ(pillX(100, 130, 800, 45, 9), 139);
-    EXPECT_EQ(pillX(740, 770, 800, 45, 9), 740 - 9 - 45);
-}
-
-TEST(WaveGeometry, ThePillStaysInTheView)
-{
-    EXPECT_EQ(pillX(100, 3000, 800, 45, 9), 800 - 9 - 45);
-    EXPECT_EQ(pillX(-500, -400, 800, 45, 9), 9);
-    EXPECT_EQ(pillX(10, 20, 40, 45, 9), 0);
-}
