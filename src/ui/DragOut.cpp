@@ -5,6 +5,8 @@
 #include <QDrag>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -62,6 +64,13 @@ void DragOut::start(QObject* source, const QStringList& paths, const QString& la
     drag->setPixmap(picture(label, paths.size(), scale));
     drag->setHotSpot(kHotSpot);
     drag->exec(Qt::CopyAction);
+}
+
+void DragOut::startLater(QQuickItem* from, const QStringList& paths, const QString& label)
+{
+    QMetaObject::invokeMethod(
+        from, [from, paths, label] { start(from, paths, label, from->window()->effectiveDevicePixelRatio()); },
+        Qt::QueuedConnection);
 }
 
 } // namespace tonequill

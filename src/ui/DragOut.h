@@ -6,6 +6,8 @@
 
 #include <memory>
 
+class QQuickItem;
+
 // Sounds on their way into another program. One thread: the window's.
 namespace tonequill::DragOut {
 
@@ -18,5 +20,9 @@ QPixmap picture(const QString& label, qsizetype count, double scale);
 // Drags files that exist already; they are copied where they are dropped. It
 // returns when the drag has ended. Nothing happens without a path.
 void start(QObject* source, const QStringList& paths, const QString& label, double scale);
+
+// The same from an item, at its window's scale, once the event that began the
+// drag has been dealt with: a drag blocks.
+void startLater(QQuickItem* from, const QStringList& paths, const QString& label);
 
 } // namespace tonequill::DragOut

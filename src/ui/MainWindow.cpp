@@ -19,7 +19,7 @@ void prepareEngine(QQmlEngine& engine)
 MainWindow::MainWindow(AppModel& app, Defaults& defaults)
     : m_themes(defaults),
       m_addPanel(OpenPanel::Wanted::sounds, u"Add Files"_s, u"Add"_s,
-                 [this](const QStringList& paths) { m_model.addFiles(paths); }),
+                 [this](const QStringList& paths) { m_model.files()->add(paths); }),
       m_model(app, [this] { m_addPanel.open(m_window); })
 {
     m_themes.applyFont();

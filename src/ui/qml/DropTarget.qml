@@ -6,19 +6,19 @@ import Tonequill
 DropArea {
     id: target
 
-    required property WindowModel model
+    required property LibraryFiles files
     property bool isInviting: false
 
     anchors.fill: parent
     onEntered: drag => {
-        target.isInviting = target.model.invitesDrop(drag.urls);
-        if (target.model.acceptsDrop(drag.urls))
+        target.isInviting = target.files.invitesDrop(drag.urls);
+        if (target.files.acceptsDrop(drag.urls))
             drag.accept(Qt.CopyAction);
         else
             drag.accepted = false;
     }
     onDropped: drop => {
-        target.model.drop(drop.urls);
+        target.files.drop(drop.urls);
         drop.accept(Qt.CopyAction);
     }
 

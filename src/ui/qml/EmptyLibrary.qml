@@ -6,7 +6,9 @@ import Tonequill
 Item {
     id: surface
 
-    required property WindowModel model
+    required property LibraryFiles files
+
+    signal soundsWanted // free ones, from elsewhere
 
     Column {
         anchors.centerIn: parent
@@ -70,17 +72,17 @@ Item {
             ActionButton {
                 iconName: "folder"
                 text: "Choose Files…"
-                onClicked: surface.model.chooseFiles()
+                onClicked: surface.files.choose()
             }
             ActionButton {
                 kind: ActionButton.Accent
                 iconName: "discover"
                 text: "Find Free Sounds"
-                onClicked: surface.model.section = WindowModel.Discover
+                onClicked: surface.soundsWanted()
             }
         }
     }
     DropTarget {
-        model: surface.model
+        files: surface.files
     }
 }

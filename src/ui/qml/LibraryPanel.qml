@@ -6,7 +6,8 @@ import Tonequill
 Panel {
     id: panel
 
-    required property WindowModel model
+    required property LibraryListModel library
+    required property LibraryFiles files
 
     function takeFocus() {
         list.forceActiveFocus(Qt.OtherFocusReason);
@@ -14,9 +15,9 @@ Panel {
 
     // The keyboard comes from the search.
     function enterList() {
-        if (panel.model.library.nothingFound !== "")
+        if (panel.library.nothingFound !== "")
             return; // there is nowhere to go
-        panel.model.library.enter();
+        panel.library.enter();
         list.forceActiveFocus(Qt.ShortcutFocusReason);
     }
 
@@ -42,25 +43,25 @@ Panel {
             ink: Theme.accentSoftText
             iconName: "sparkle"
             maximumLineCount: 4
-            text: panel.model.library.relatedHeading
+            text: panel.library.relatedHeading
         }
         LibraryList {
             id: list
             objectName: "libraryList"
             anchors.fill: parent
             anchors.topMargin: related.visible ? related.height + Metrics.spaceXs : 0
-            model: panel.model.library
+            model: panel.library
             focus: true
-            onRowDragged: row => panel.model.dragRow(row, list)
+            onRowDragged: row => panel.files.dragRow(row, list)
         }
         OnDemand {
-            isWanted: panel.model.library.nothingFound !== ""
+            isWanted: panel.library.nothingFound !== ""
 
             EmptyState {
                 anchors.centerIn: found
                 width: found.width - 2 * Metrics.spaceL
                 iconName: "search"
-                title: panel.model.library.nothingFound
+                title: panel.library.nothingFound
                 text: "Check the spelling or try a new search."
             }
         }
@@ -68,7 +69,7 @@ Panel {
     DropTarget {
         id: target
         anchors.bottomMargin: foot.height + Metrics.spaceS
-        model: panel.model
+        files: panel.files
     }
     Item {
         id: foot
@@ -87,7 +88,7 @@ Panel {
             y: Math.round((parent.height + Metrics.spaceS - height) / 2 + Metrics.hairline)
             type: Metrics.caption
             color: Theme.textSecondary
-            text: panel.model.library.soundCount + " sounds · saved on this Mac"
+            text: panel.library.soundCount + " sounds · saved on this Mac"
         }
     }
 }

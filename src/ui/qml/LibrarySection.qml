@@ -25,7 +25,8 @@ FocusScope {
         id: library
         width: section.isNarrow ? Metrics.libraryWidthCompact : Metrics.libraryWidth
         height: parent.height
-        model: section.model
+        library: section.model.library
+        files: section.model.files
     }
     Panel {
         anchors.left: library.right
@@ -40,7 +41,8 @@ FocusScope {
 
             EmptyLibrary {
                 anchors.fill: parent
-                model: section.model
+                files: section.model.files
+                onSoundsWanted: section.model.section = WindowModel.Discover
             }
         }
         OnDemand {
@@ -48,7 +50,8 @@ FocusScope {
 
             SoundPanel {
                 anchors.fill: parent
-                model: section.model
+                sound: section.model.sound
+                actions: section.model.soundActions
                 isNarrow: section.isNarrow
                 onEditingEnded: library.takeFocus()
             }

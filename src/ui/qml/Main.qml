@@ -42,7 +42,7 @@ Window {
     }
     Shortcut {
         sequence: "Ctrl+O"
-        onActivated: window.model.chooseFiles()
+        onActivated: window.model.files.choose()
     }
     Shortcut {
         sequence: "Ctrl+,"
@@ -132,9 +132,14 @@ Window {
 
         delegate: SettingsSheet {
             parent: window.contentItem
-            model: window.model
+            settings: window.model.settings
             Component.onCompleted: open()
             onClosed: window.showsSettings = false
+
+            WindowNotice {
+                objectName: "sheetNotice"
+                model: window.model
+            }
         }
     }
 }

@@ -2,18 +2,19 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Tonequill
 
-// The settings, over the main window and as tall as it allows.
+// The settings, over the main window and as tall as it allows. What is given to it
+// lies over them.
 Sheet {
     id: sheet
 
-    required property WindowModel model
+    required property SettingsView settings
 
     title: "Settings"
     implicitWidth: Metrics.settingsWidth
     margins: Metrics.windowGap
     padding: Metrics.hairline
     topPadding: Metrics.toolbar + Metrics.hairline
-    onAboutToShow: model.settings.refresh()
+    onAboutToShow: settings.refresh()
 
     Shortcut {
         sequence: "Ctrl+W"
@@ -51,7 +52,7 @@ Sheet {
         SettingsPage {
             id: page
             anchors.fill: parent
-            settings: sheet.model.settings
+            settings: sheet.settings
         }
         IconButton {
             objectName: "closeButton"
@@ -62,10 +63,6 @@ Sheet {
             text: "Close"
             keys: "Esc"
             onClicked: sheet.close()
-        }
-        WindowNotice {
-            objectName: "sheetNotice"
-            model: sheet.model
         }
     }
 }

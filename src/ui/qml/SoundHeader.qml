@@ -5,15 +5,15 @@ import Tonequill
 Item {
     id: header
 
-    required property WindowModel model
+    required property SoundView sound
+    required property SoundActions actions
     required property bool isNarrow
-    readonly property SoundView sound: model.sound
 
     signal editingEnded
 
     height: Metrics.button + Metrics.spaceXs + Metrics.tag
 
-    readonly property real room: actions.x - Metrics.spaceM // for the name and the one that is suggested
+    readonly property real room: buttons.x - Metrics.spaceM // for the name and the one that is suggested
 
     NameField {
         id: name
@@ -32,7 +32,7 @@ Item {
         sound: header.sound
     }
     Row {
-        id: actions
+        id: buttons
         anchors.right: parent.right
         spacing: Metrics.spaceS
 
@@ -43,33 +43,33 @@ Item {
             isCompact: header.isNarrow
             text: "Drag"
             tip: "Drag the marked part into another program"
-            onDragged: header.model.dragParts(drag)
+            onDragged: header.actions.dragParts(drag)
         }
         ActionButton {
             objectName: "saveButton"
-            enabled: header.sound.isReady && !header.model.isWorking
+            enabled: header.sound.isReady && !header.actions.isWorking
             isCompact: header.isNarrow
             iconName: "download"
             text: "Save to Desktop"
-            onClicked: header.model.saveToDesktop()
+            onClicked: header.actions.saveToDesktop()
         }
         ActionButton {
             objectName: "finalCutButton"
-            visible: header.model.canSendToFinalCut
-            enabled: !header.model.isWorking
+            visible: header.actions.canSendToFinalCut
+            enabled: !header.actions.isWorking
             isCompact: header.isNarrow
             iconName: "film"
             text: "Send to Final Cut Pro"
-            onClicked: header.model.sendToFinalCut()
+            onClicked: header.actions.sendToFinalCut()
         }
         ActionButton {
             objectName: "addButton"
             kind: ActionButton.Accent
             enabled: header.sound.isReady
-            isLoading: header.model.isAdding
+            isLoading: header.actions.isAdding
             iconName: "plus"
             text: "Add to Library"
-            onClicked: header.model.addToLibrary()
+            onClicked: header.actions.addToLibrary()
         }
     }
     TagRow {

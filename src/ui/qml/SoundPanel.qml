@@ -6,16 +6,17 @@ import Tonequill
 Item {
     id: panel
 
-    required property WindowModel model
+    required property SoundView sound
+    required property SoundActions actions
     required property bool isNarrow
-    readonly property SoundView sound: model.sound
 
     signal editingEnded
 
     SoundHeader {
         id: header
         width: parent.width
-        model: panel.model
+        sound: panel.sound
+        actions: panel.actions
         isNarrow: panel.isNarrow
         onEditingEnded: panel.editingEnded()
     }

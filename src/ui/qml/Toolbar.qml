@@ -88,7 +88,7 @@ Item {
             text: "Add Files"
             tip: "Add sounds or videos"
             keys: "Ctrl+O"
-            onClicked: toolbar.model.chooseFiles()
+            onClicked: toolbar.model.files.choose()
         }
         ActionButton {
             id: autoFolderButton
