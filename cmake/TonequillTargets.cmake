@@ -1,4 +1,4 @@
-# How every target of the project is made: one set of flags, one shape of subsystem.
+# How every target of the project is made: one set of flags, one shape of room.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -40,35 +40,82 @@ if(TONEQUILL_MOLD)
   target_link_options(tonequill_flags INTERFACE -fuse-ld=mold)
 endif()
 
-# tonequill_subsystem(NAME [DEPENDS subsystem...] [LINKS target...])
+# tonequill_room(NAME [DEPENDS room...] [INSIDE folder...] [LINKS target...] [PRIVATE_LINKS target...])
 #
-# Makes the library tonequill_NAME (alias Tonequill::NAME) of src/NAME, and with it
-#  - the header check: every header of the folder is compiled alone;
-#  - the layer check: the test layers_NAME fails on an include of a subsystem that
-#    is not NAME itself or in DEPENDS;
-#  - its tests: the program test_NAME of tests/NAME, once there are any.
-# DEPENDS names the arrows in full; they are not inherited.
-function(tonequill_subsystem name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;LINKS")
-  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
-  file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
-  add_library(tonequill_${name} STATIC ${sources})
-  add_library(Tonequill::${name} ALIAS tonequill_${name})
-  target_sources(tonequill_${name} PUBLIC
-    FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}/src" FILES ${headers})
-  target_include_directories(tonequill_${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
+# Makes the library tonequill_NAME (alias Tonequill::NAME, with _ for /) of the folder NAME
+# below this one: all its sources, those in its folders as well, but not those of a room
+# that is declared for a folder of it.
+#  - DEPENDS are the rooms that it may include. They stand above it in the list, and are
+#    named in full: what those depend on is not inherited.
+#  - INSIDE are folders of the room that nobody else may include.
+#  - LINKS are the libraries that its headers show; PRIVATE_LINKS those that they hide.
+# What else a room needs (resources, flags of single files) stands in its Room.cmake,
+# where ${room} is the target.
+# Every header outside INSIDE is compiled alone (all_verify_interface_header_sets).
+function(tonequill_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;INSIDE;LINKS;PRIVATE_LINKS")
+  get_property(rooms GLOBAL PROPERTY TONEQUILL_ROOMS)
   foreach(dependency IN LISTS arg_DEPENDS)
-    target_link_libraries(tonequill_${name} PUBLIC tonequill_${dependency})
+    if(NOT dependency IN_LIST rooms)
+      message(FATAL_ERROR "${name} depends on ${dependency}, which is not a room above it.")
+    endif()
   endforeach()
-  target_link_libraries(tonequill_${name} PUBLIC ${arg_LINKS} PRIVATE tonequill_flags)
-  set_target_properties(tonequill_${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
-  tonequill_moc_follows_globs(tonequill_${name})
-  tonequill_precompile(tonequill_${name})
-  if(BUILD_TESTING)
-    add_test(NAME layers_${name} COMMAND ${CMAKE_COMMAND}
-      "-DFOLDER=${CMAKE_CURRENT_SOURCE_DIR}" "-DNAME=${name}" "-DALLOWED=${arg_DEPENDS}"
-      -P "${CMAKE_SOURCE_DIR}/cmake/CheckLayers.cmake")
-  endif()
+  set(folder "${CMAKE_CURRENT_SOURCE_DIR}/${name}")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${folder}/*.cpp")
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${folder}/*.h")
+  foreach(other IN LISTS rooms)
+    if("${name}/" MATCHES "^${other}/")
+      message(FATAL_ERROR "${name} is a folder of the room ${other}: declare it above that.")
+    endif()
+    list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${other}/")
+    list(FILTER headers EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${other}/")
+  endforeach()
+  set(faces ${headers})
+  foreach(inside IN LISTS arg_INSIDE)
+    list(FILTER faces EXCLUDE REGEX "^${folder}/${inside}/")
+  endforeach()
+  set(hidden ${headers})
+  list(REMOVE_ITEM hidden ${faces})
+
+  string(REPLACE "/" "_" room "tonequill_${name}")
+  string(REPLACE "tonequill_" "Tonequill::" alias "${room}")
+  add_library(${room} STATIC ${sources})
+  add_library(${alias} ALIAS ${room})
+  target_sources(${room}
+    PUBLIC FILE_SET HEADERS BASE_DIRS "${CMAKE_CURRENT_SOURCE_DIR}" FILES ${faces}
+    PRIVATE ${hidden})
+  target_include_directories(${room} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+  foreach(dependency IN LISTS arg_DEPENDS)
+    string(REPLACE "/" "_" dependency "Tonequill::${dependency}")
+    target_link_libraries(${room} PUBLIC ${dependency})
+  endforeach()
+  target_link_libraries(${room} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} tonequill_flags)
+  set_target_properties(${room} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+  tonequill_moc_follows_globs(${room})
+  tonequill_precompile(${room})
+
+  set_property(GLOBAL APPEND PROPERTY TONEQUILL_ROOMS ${name})
+  set_property(GLOBAL PROPERTY TONEQUILL_INSIDE_LINKS_${name} ${arg_PRIVATE_LINKS})
+  include("${folder}/Room.cmake" OPTIONAL)
+endfunction()
+
+# tonequill_rooms_of(RESULT SUBSYSTEM [INSIDE]): the targets of the rooms of a top folder;
+# with INSIDE also the libraries that they hide, for the tests of what lies inside.
+function(tonequill_rooms_of result subsystem)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "INSIDE" "" "")
+  get_property(rooms GLOBAL PROPERTY TONEQUILL_ROOMS)
+  list(FILTER rooms INCLUDE REGEX "^${subsystem}(/|$)")
+  set(targets "")
+  foreach(name IN LISTS rooms)
+    string(REPLACE "/" "_" target "Tonequill::${name}")
+    list(APPEND targets ${target})
+    if(arg_INSIDE)
+      get_property(links GLOBAL PROPERTY TONEQUILL_INSIDE_LINKS_${name})
+      list(APPEND targets ${links})
+    endif()
+  endforeach()
+  list(REMOVE_DUPLICATES targets)
+  set(${result} ${targets} PARENT_SCOPE)
 endfunction()
 
 # Makes moc look again when the list of files has changed: its rule depends only
@@ -92,15 +139,17 @@ function(tonequill_precompile target)
   endif()
 endfunction()
 
-# tonequill_test(NAME [LINKS target...]): the GoogleTest program of tests/NAME.
+# tonequill_test(SUBSYSTEM [LINKS target...]): the GoogleTest program test_SUBSYSTEM of
+# tests/SUBSYSTEM and its folders, linked to all rooms of that subsystem.
 function(tonequill_test name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS")
-  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp")
   if(NOT sources)
     return()
   endif()
+  tonequill_rooms_of(rooms ${name} INSIDE)
   add_executable(test_${name} ${sources})
-  target_link_libraries(test_${name} PRIVATE tonequill_test_support ${arg_LINKS} tonequill_flags)
+  target_link_libraries(test_${name} PRIVATE tonequill_test_support ${rooms} ${arg_LINKS} tonequill_flags)
   tonequill_moc_follows_globs(test_${name})
   tonequill_precompile(test_${name})
   add_test(NAME ${name} COMMAND test_${name})
