@@ -45,49 +45,46 @@ QString LibraryRow::step(double fraction, bool isFirst)
     return u"Adding… %1 %"_s.arg(int(fraction * 100));
 }
 
-LibraryListModel::LibraryListModel(AppModel& app)
-    : m_app(app),
-      m_sounds(app.library().items()),
-      m_incoming(app.incoming()),
-      m_related(app.languageModel(), app.clock())
+LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_session(app.librarySession()), m_incoming(app.incoming())
 {
-    m_current = app.selectionOrNull();
-    for (const SoundItem& item : m_sounds)
-        m_ids << item.id;
-    const LibraryStore& library = app.library();
-    connect(&library, &LibraryStore::itemInserted, this, [this](int index) {
-        m_ids.insert(index, m_app.library().items()[index].id);
-        find();
-    });
-    connect(&library, &LibraryStore::itemChanged, this, [this](int index) {
-        find();
-        const int row = rowOf(m_ids[index]);
-        if (row >= 0)
-            Q_EMIT dataChanged(this->index(row), this->index(row));
-    });
-    connect(&library, &LibraryStore::itemRemoved, this, &LibraryListModel::removeSound);
+    follow();
     connect(&app, &AppModel::incomingChanged, this, &LibraryListModel::takeIncoming);
-    connect(&app, &AppModel::multiChanged, this, [this] {
-        if (!m_sounds.isEmpty())
+    connect(&app.selection(), &Selection::multiChanged, this, [this] {
+        if (!m_session.sounds().isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
     });
     connect(&app, &AppModel::beingNamedChanged, this, [this](const QUuid& id) {
-        const auto found =
-            std::find_if(m_sounds.begin(), m_sounds.end(), [&id](const SoundItem& sound) { return sound.id == id; });
-        if (found == m_sounds.end())
-            return;
-        const QModelIndex row = index(incomingCount() + int(found - m_sounds.begin()));
-        Q_EMIT dataChanged(row, row, {SubtitleRole, IsBeingNamedRole});
+        tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
     });
-    connect(&app, &AppModel::selectionChanged, this, [this] { setCurrent(m_app.selectionOrNull()); });
-    connect(&m_related, &RelatedWords::wordsChanged, this, &LibraryListModel::find);
     m_progressTimer.setInterval(kProgressMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
+void LibraryListModel::follow()
+{
+    connect(&m_session, &LibrarySession::aboutToRemove, this,
+            [this](int first, int count) { beginRemoveRows({}, incomingCount() + first, incomingCount() + first + count - 1); });
+    connect(&m_session, &LibrarySession::removed, this, [this] { endRemoveRows(); });
+    connect(&m_session, &LibrarySession::aboutToInsert, this,
+            [this](int first, int count) { beginInsertRows({}, incomingCount() + first, incomingCount() + first + count - 1); });
+    connect(&m_session, &LibrarySession::inserted, this, [this] { endInsertRows(); });
+    connect(&m_session, &LibrarySession::recordChanged, this, [this](int index) { tellChanged(index); });
+    connect(&m_session, &LibrarySession::soundsChanged, this, &LibraryListModel::countChanged);
+    connect(&m_session, &LibrarySession::currentChanged, this, &LibraryListModel::currentRowChanged);
+    connect(&m_session, &LibrarySession::queryChanged, this, &LibraryListModel::queryChanged);
+}
+
+void LibraryListModel::tellChanged(int index, const QList<int>& roles)
+{
+    if (index < 0)
+        return;
+    const QModelIndex row = this->index(incomingCount() + index);
+    Q_EMIT dataChanged(row, row, roles);
+}
+
 int LibraryListModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : incomingCount() + int(m_sounds.size());
+    return parent.isValid() ? 0 : incomingCount() + int(m_session.sounds().size());
 }
 
 QHash<int, QByteArray> LibraryListModel::roleNames() const
@@ -107,7 +104,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
         return {};
     if (index.row() < incomingCount())
         return incomingData(index.row(), role);
-    const SoundItem& sound = m_sounds[index.row() - incomingCount()];
+    const SoundItem& sound = m_session.sounds()[indexOf(index.row())];
     switch (role) {
     case NameRole:
         return sound.name;
@@ -119,7 +116,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case IsIncomingRole:
         return false;
     case IsSelectedRole:
-        return m_app.multi().contains(sound.id);
+        return m_app.selection().multi().contains(sound.id);
     case CreditRole:
         return LibraryRow::needsCredit(sound) ? sound.creditLine() : QString();
     case IsBeingNamedRole:
@@ -151,70 +148,16 @@ QVariant LibraryListModel::incomingData(qsizetype row, int role) const
     }
 }
 
-void LibraryListModel::setQuery(const QString& query)
-{
-    if (query == m_query)
-        return;
-    m_query = query;
-    find();
-    m_related.setQuery(query, m_searchFoundNothing ? RelatedWords::Found::nothing : RelatedWords::Found::something);
-    Q_EMIT queryChanged();
-}
-
 QString LibraryListModel::relatedHeading() const
 {
-    return isRelated() ? u"Related to “%1”: %2"_s.arg(m_query, m_related.words().join(u", "_s)) : QString();
+    if (!m_session.isRelated())
+        return {};
+    return u"Related to “%1”: %2"_s.arg(query(), m_session.relatedWords().join(u", "_s));
 }
 
 QString LibraryListModel::nothingFound() const
 {
-    return m_query.isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(m_query);
-}
-
-void LibraryListModel::find()
-{
-    const QList<SoundItem> found = m_app.library().search(m_query);
-    m_searchFoundNothing = found.isEmpty();
-    show(isRelated() ? m_app.library().containing(m_related.words()) : found);
-}
-
-void LibraryListModel::show(const QList<SoundItem>& sounds)
-{
-    // What stays at both ends stays on the screen; the rows between are exchanged.
-    const auto isSame = [](const SoundItem& a, const SoundItem& b) { return a.id == b.id; };
-    const auto [oldBegin, newBegin] = std::mismatch(m_sounds.cbegin(), m_sounds.cend(), sounds.cbegin(), sounds.cend(), isSame);
-    const auto [oldEnd, newEnd] = std::mismatch(m_sounds.crbegin(), std::reverse_iterator(oldBegin), sounds.crbegin(),
-                                                std::reverse_iterator(newBegin), isSame);
-    const int first = incomingCount() + int(oldBegin - m_sounds.cbegin());
-    const int gone = int(oldEnd.base() - oldBegin);
-    const int come = int(newEnd.base() - newBegin);
-    if (gone > 0) {
-        beginRemoveRows({}, first, first + gone - 1);
-        m_sounds.remove(first - incomingCount(), gone);
-        endRemoveRows();
-    }
-    if (come > 0)
-        beginInsertRows({}, first, first + come - 1);
-    m_sounds = sounds; // with the records of today
-    if (come > 0)
-        endInsertRows();
-    Q_EMIT countChanged();
-    Q_EMIT currentRowChanged();
-}
-
-void LibraryListModel::removeSound(int index)
-{
-    // The others are found as before. Deleting thousands must not search thousands of times.
-    const int row = rowOf(m_ids.takeAt(index));
-    if (row >= 0) {
-        beginRemoveRows({}, row, row);
-        m_sounds.removeAt(row - incomingCount());
-        endRemoveRows();
-        if (m_sounds.isEmpty() && !m_query.isEmpty())
-            find(); // what is related may show now
-    }
-    Q_EMIT countChanged();
-    Q_EMIT currentRowChanged();
+    return query().isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(query());
 }
 
 void LibraryListModel::takeIncoming()
@@ -248,72 +191,25 @@ void LibraryListModel::lookAtProgress()
     Q_EMIT dataChanged(index(0), index(incomingCount() - 1), {SubtitleRole});
 }
 
-const SoundItem* LibraryListModel::soundAt(int row) const
+int LibraryListModel::currentRow() const
 {
-    const qsizetype index = row - incomingCount();
-    return index >= 0 && index < m_sounds.size() ? &m_sounds[index] : nullptr;
-}
-
-int LibraryListModel::rowOf(const QUuid& id) const
-{
-    const auto found = std::find_if(m_sounds.begin(), m_sounds.end(), [&id](const SoundItem& sound) { return sound.id == id; });
-    return found == m_sounds.end() ? -1 : incomingCount() + int(found - m_sounds.begin());
-}
-
-void LibraryListModel::setCurrent(const QUuid& id)
-{
-    m_current = id;
-    Q_EMIT currentRowChanged();
+    const int index = m_session.current();
+    return index < 0 ? -1 : incomingCount() + index;
 }
 
 void LibraryListModel::click(int row, int modifiers)
 {
-    const SoundItem* sound = soundAt(row);
-    if (!sound)
-        return;
-    const SoundItem clicked = *sound;
-    m_app.click(clicked, m_sounds, Qt::KeyboardModifiers(modifiers));
-    setCurrent(clicked.id);
+    m_session.click(indexOf(row), Qt::KeyboardModifiers(modifiers));
 }
 
 void LibraryListModel::moveTo(int row, int modifiers)
 {
-    if (m_sounds.isEmpty())
-        return;
-    // The arrows know of Shift alone: what Control adds is the mouse's.
-    click(std::clamp(row, incomingCount(), rowCount() - 1), modifiers & Qt::ShiftModifier);
-}
-
-void LibraryListModel::enter()
-{
-    if (currentRow() < 0)
-        moveTo(0, Qt::NoModifier);
-}
-
-void LibraryListModel::selectAll()
-{
-    m_app.selectAllInLibrary(m_sounds);
+    m_session.moveTo(indexOf(row), Qt::KeyboardModifiers(modifiers));
 }
 
 void LibraryListModel::deleteSelected()
 {
-    m_app.deleteItems(selectedSounds());
-}
-
-QList<SoundItem> LibraryListModel::selectedSounds() const
-{
-    QList<SoundItem> selected;
-    std::copy_if(m_sounds.begin(), m_sounds.end(), std::back_inserter(selected),
-                 [this](const SoundItem& sound) { return m_app.multi().contains(sound.id); });
-    return selected;
-}
-
-QList<SoundItem> LibraryListModel::meantBy(int row) const
-{
-    const SoundItem* sound = soundAt(row);
-    if (!sound)
-        return {};
-    return m_app.multi().contains(sound->id) ? selectedSounds() : QList<SoundItem>{*sound};
+    m_app.deleteItems(m_session.selected());
 }
 
 QString LibraryListModel::deleteLabel(int row) const

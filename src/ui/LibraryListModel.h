@@ -2,7 +2,6 @@
 
 #include "app/AppModel.h"
 #include "ui/WaveItems.h"
-#include "understanding/RelatedWords.h"
 
 #include <QAbstractListModel>
 #include <QTimer>
@@ -21,10 +20,9 @@ QString step(double fraction, bool isFirst);
 
 } // namespace LibraryRow
 
-// The rows of the library list: the files that are coming in, then the sounds
-// that the search finds; all of them, newest first, while nothing is searched.
-// Also the list's pointer and keys: what they do to the selection is AppModel's
-// rule, which rows they mean is decided here: only ones that are shown. One thread.
+// The rows of the library list: the files that are coming in, then the sounds of
+// the library's session. Pointer and keys are the session's; files that come in
+// are nothing that they could reach. One thread.
 class LibraryListModel : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -59,10 +57,10 @@ public:
 
     int soundCount() const { return int(m_app.library().items().size()); }
     bool isEmpty() const { return soundCount() == 0 && m_incoming.isEmpty(); }
-    int currentRow() const { return rowOf(m_current); }
+    int currentRow() const;
 
-    const QString& query() const { return m_query; }
-    void setQuery(const QString& query);
+    const QString& query() const { return m_session.query(); }
+    void setQuery(const QString& query) { m_session.setQuery(query); }
     // A language model may relate words to a query that finds nothing; the list
     // is then what contains them.
     QString relatedHeading() const;
@@ -73,8 +71,8 @@ public:
     // Moves to the row, or to the nearest sound; extends the selection with Shift.
     Q_INVOKABLE void moveTo(int row, int modifiers);
     // To the list from elsewhere: to the first sound, unless the open one is shown.
-    Q_INVOKABLE void enter();
-    Q_INVOKABLE void selectAll();
+    Q_INVOKABLE void enter() { m_session.enter(); }
+    Q_INVOKABLE void selectAll() { m_session.selectAll(); }
     Q_INVOKABLE void deleteSelected();
     // The row's menu: all that are selected if the row is one of several, else it alone.
     Q_INVOKABLE QString deleteLabel(int row) const;
@@ -82,9 +80,8 @@ public:
     Q_INVOKABLE QString smartNameLabel(int row) const;
     Q_INVOKABLE void smartNameFrom(int row);
 
-    // What an action on a row means: all that are selected if it is one of
-    // several, else it alone.
-    QList<SoundItem> meantBy(int row) const;
+    // The sounds that an action on a row means.
+    QList<SoundItem> meantBy(int row) const { return m_session.meantBy(indexOf(row)); }
 
 Q_SIGNALS:
     void countChanged();
@@ -93,27 +90,16 @@ Q_SIGNALS:
 
 private:
     int incomingCount() const { return int(m_incoming.size()); }
-    const SoundItem* soundAt(int row) const;
+    int indexOf(int row) const { return row - incomingCount(); } // in the session
     QVariant incomingData(qsizetype row, int role) const;
-    int rowOf(const QUuid& id) const; // -1: not shown
-    QList<SoundItem> selectedSounds() const;
-    void removeSound(int index);
-    bool isRelated() const { return m_searchFoundNothing && !m_related.words().isEmpty(); }
-    void find();
-    void show(const QList<SoundItem>& sounds);
+    void follow(); // the session
+    void tellChanged(int index, const QList<int>& roles = {});
     void takeIncoming();
     void lookAtProgress();
-    void setCurrent(const QUuid& id);
 
     AppModel& m_app;
-    // Copies, because a row must still be told while it goes.
-    QList<SoundItem> m_sounds;
-    QList<QUuid> m_ids; // the library's
+    LibrarySession& m_session;
     QList<IncomingFile> m_incoming;
-    QString m_query;
-    bool m_searchFoundNothing = false;
-    RelatedWords m_related; // to a query that finds nothing
-    QUuid m_current;
     QTimer m_progressTimer;
 };
 
