@@ -3,9 +3,9 @@
 // reading the index, or writing it and syncing it.
 
 #include "base/Uuid.h"
-#include "library/LibraryIndex.h"
-#include "library/LibraryStore.h"
-#include "platform/Files.h"
+#include "library/store/LibraryIndex.h"
+#include "library/store/LibraryStore.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,10 +4,10 @@
 
 #include "app/AppModel.h"
 #include "base/Background.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/NoAudioOutput.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -2,17 +2,17 @@
 
 #include "app/AppModel.h"
 #include "app/HandedOver.h"
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
-#include "library/DragStaging.h"
-#include "platform/DesktopApps.h"
-#include "platform/HandOver.h"
-#include "platform/LibraryLock.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/SdlAudioOutput.h"
-#include "platform/SystemAppearance.h"
+#include "library/delivery/DragStaging.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/desktop/SystemAppearance.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/SdlAudioOutput.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
 #include "ui/MainWindow.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -2,17 +2,17 @@
 
 #include "app/AppSection.h"
 #include "app/model/LibrarySession.h"
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 #include "base/Clock.h"
 #include "base/Progress.h"
 #include "base/Ticket.h"
 #include "editor/EditorModel.h"
-#include "library/AutoFolder.h"
-#include "library/FinalCut.h"
-#include "library/LibraryStore.h"
-#include "platform/Defaults.h"
-#include "platform/LanguageModel.h"
-#include "understanding/SmartNamer.h"
+#include "library/delivery/AutoFolder.h"
+#include "library/delivery/FinalCut.h"
+#include "library/store/LibraryStore.h"
+#include "platform/network/LanguageModel.h"
+#include "platform/process/Defaults.h"
+#include "understanding/naming/SmartNamer.h"
 
 #include <QCoroTask>
 #include <QObject>

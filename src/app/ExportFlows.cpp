@@ -3,9 +3,9 @@
 #include "app/AppModel.h"
 #include "app/PartExport.h"
 #include "base/Background.h"
-#include "library/FileNames.h"
-#include "platform/Files.h"
-#include "platform/ScratchFile.h"
+#include "library/records/FileNames.h"
+#include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,8 +3,8 @@
 #include "app/AppModel.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
-#include "platform/HandOver.h"
-#include "platform/LibraryLock.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
 
 #include <QDeadlineTimer>
 #include <QDir>

@@ -2,7 +2,7 @@
 
 #include "app/AppModel.h"
 
-#include "platform/Files.h"
+#include "platform/files/Files.h"
 
 using namespace Qt::StringLiterals;
 

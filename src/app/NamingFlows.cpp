@@ -2,8 +2,8 @@
 
 #include "app/AppModel.h"
 
-#include "understanding/SoundClassifier.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/listening/SoundClassifier.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "app/PartExport.h"
 
-#include "audio/EffectRenderer.h"
-#include "library/NamePolicy.h"
-#include "platform/AudioFile.h"
-#include "platform/ScratchFile.h"
+#include "audio/effects/EffectRenderer.h"
+#include "library/records/NamePolicy.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/media/AudioFile.h"
 
 using namespace Qt::StringLiterals;
 

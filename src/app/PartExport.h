@@ -1,7 +1,7 @@
 #pragma once
 
-#include "audio/AudioExporter.h"
-#include "audio/EffectSettings.h"
+#include "audio/effects/EffectSettings.h"
+#include "audio/export/AudioExporter.h"
 #include "editor/EditorModel.h"
 
 #include <QStringList>

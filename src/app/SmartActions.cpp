@@ -2,8 +2,8 @@
 
 #include "app/AppModel.h"
 
-#include "library/NamePolicy.h"
-#include "understanding/SoundNamer.h"
+#include "library/records/NamePolicy.h"
+#include "understanding/naming/SoundNamer.h"
 
 using namespace Qt::StringLiterals;
 

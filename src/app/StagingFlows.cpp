@@ -2,8 +2,8 @@
 
 #include "app/AppModel.h"
 #include "app/PartExport.h"
-#include "library/DragStaging.h"
-#include "platform/Files.h"
+#include "library/delivery/DragStaging.h"
+#include "platform/files/Files.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,9 +7,9 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/FileNames.h"
-#include "library/FinalCut.h"
-#include "platform/Files.h"
+#include "library/delivery/FinalCut.h"
+#include "library/records/FileNames.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFileInfo>

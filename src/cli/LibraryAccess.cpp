@@ -2,7 +2,7 @@
 
 #include "base/Uuid.h"
 #include "cli/Terminal.h"
-#include "platform/HandOver.h"
+#include "platform/process/HandOver.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "library/LibraryStore.h"
-#include "platform/LibraryLock.h"
+#include "library/store/LibraryStore.h"
+#include "platform/process/LibraryLock.h"
 
 #include <QJsonObject>
 

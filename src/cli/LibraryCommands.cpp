@@ -6,7 +6,7 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 
 #include <QDateTime>
 #include <QJsonArray>

@@ -8,7 +8,7 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "cli/Windowless.h"
-#include "library/NamePolicy.h"
+#include "library/records/NamePolicy.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>

@@ -6,7 +6,7 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/AutoFolder.h"
+#include "library/delivery/AutoFolder.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -2,10 +2,10 @@
 
 #include "app/AppModel.h"
 #include "cli/LibraryAccess.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/NoAudioOutput.h"
+#include "understanding/listening/SoundClassifier.h"
 
 namespace tonequill::cli {
 

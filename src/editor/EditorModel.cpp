@@ -1,7 +1,7 @@
 #include "editor/EditorModel.h"
 
 #include "base/Background.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
 #include <cmath>

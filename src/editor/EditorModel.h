@@ -3,8 +3,8 @@
 #include "base/Clock.h"
 #include "base/Ticket.h"
 #include "editor/EditorWork.h"
-#include "library/SoundItem.h"
-#include "platform/ScratchFile.h"
+#include "library/records/SoundItem.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QCoroTask>
 #include <QObject>

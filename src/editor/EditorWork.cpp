@@ -1,9 +1,9 @@
 #include "editor/EditorWork.h"
 
-#include "audio/EffectRenderer.h"
+#include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
 #include "editor/CandidateLabels.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QThreadPool>
 

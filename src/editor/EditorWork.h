@@ -1,11 +1,11 @@
 #pragma once
 
-#include "audio/AudioAnalyzer.h"
-#include "audio/EffectSettings.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/AudioAnalyzer.h"
+#include "audio/analysis/SmartCutter.h"
+#include "audio/effects/EffectSettings.h"
 #include "base/Progress.h"
-#include "platform/AudioPlayer.h"
-#include "understanding/HeardLabel.h"
+#include "platform/playback/AudioPlayer.h"
+#include "understanding/listening/HeardLabel.h"
 
 #include <QCoroTask>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/AutoFolder.h"
+#include "library/delivery/AutoFolder.h"
 #include "ui/OpenPanel.h"
 
 #include <QQuickWindow>

@@ -1,6 +1,6 @@
 #include "ui/EffectsView.h"
 
-#include "audio/EffectControls.h"
+#include "audio/effects/EffectControls.h"
 
 #include <algorithm>
 

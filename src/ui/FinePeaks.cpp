@@ -1,7 +1,7 @@
 #include "ui/FinePeaks.h"
 
-#include "audio/MonoEnvelope.h"
-#include "platform/AudioFile.h"
+#include "audio/analysis/MonoEnvelope.h"
+#include "platform/media/AudioFile.h"
 
 namespace tonequill {
 

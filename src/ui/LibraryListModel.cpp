@@ -2,6 +2,7 @@
 
 #include "base/Background.h"
 #include "base/TimeText.h"
+#include "library/records/License.h"
 
 #include <QSet>
 
@@ -35,7 +36,7 @@ QString LibraryRow::subtitle(const SoundItem& item)
 
 bool LibraryRow::needsCredit(const SoundItem& item)
 {
-    return item.license && item.license->startsWith(u"CC BY"_s, Qt::CaseInsensitive);
+    return License::needsCredit(item.license);
 }
 
 QString LibraryRow::step(double fraction, bool isFirst)

@@ -3,7 +3,7 @@
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "support/Await.h"
 #include "support/Environment.h"
 #include "support/Printing.h"

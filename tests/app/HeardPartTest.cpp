@@ -1,14 +1,14 @@
 // What is heard when a part is played, and what the part's file holds, are the same.
 
 #include "app/PartExport.h"
-#include "audio/EffectRenderer.h"
-#include "platform/AudioFile.h"
-#include "platform/AudioFileWriter.h"
-#include "platform/SdlAudioOutput.h"
+#include "audio/effects/EffectRenderer.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/AudioFileWriter.h"
+#include "platform/playback/SdlAudioOutput.h"
 #include "support/Environment.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QTemporaryDir>
 #include <QTest>

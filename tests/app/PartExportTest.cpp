@@ -1,6 +1,6 @@
 #include "app/PartExport.h"
-#include "audio/EffectRenderer.h"
-#include "platform/AudioFile.h"
+#include "audio/effects/EffectRenderer.h"
+#include "platform/media/AudioFile.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 

@@ -1,5 +1,5 @@
 #include "editor/EditorFixture.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <QFile>
 #include <QTemporaryDir>

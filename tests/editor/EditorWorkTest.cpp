@@ -1,10 +1,10 @@
 #include "editor/EditorWork.h"
 
-#include "platform/AudioFile.h"
-#include "platform/NoAudioOutput.h"
+#include "platform/media/AudioFile.h"
+#include "platform/playback/NoAudioOutput.h"
 #include "support/Await.h"
 #include "support/Wav.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -7,7 +7,7 @@
 
 #include "base/Background.h"
 #include "base/Uuid.h"
-#include "library/LibraryStore.h"
+#include "library/store/LibraryStore.h"
 
 #include <QCoreApplication>
 

@@ -8,7 +8,7 @@
 #include "ui/OpenSound.h"
 #include "ui/ThemeStore.h"
 #include "ui/WindowModel.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>

@@ -1,6 +1,6 @@
 #include "ui/DragOut.h"
 
-#include "platform/Defaults.h"
+#include "platform/process/Defaults.h"
 #include "support/Printing.h"
 #include "ui/ThemeStore.h"
 

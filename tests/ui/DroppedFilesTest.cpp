@@ -1,6 +1,6 @@
 #include "ui/DroppedFiles.h"
 
-#include "library/DragStaging.h"
+#include "library/delivery/DragStaging.h"
 #include "support/Printing.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "ui/LibraryFiles.h"
 
-#include "library/DragStaging.h"
+#include "library/delivery/DragStaging.h"
 #include "ui/OpenSound.h"
 
 #include <gtest/gtest.h>

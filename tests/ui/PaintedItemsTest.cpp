@@ -1,6 +1,6 @@
 // The items that draw themselves, in a window of the software scene graph.
 
-#include "platform/Defaults.h"
+#include "platform/process/Defaults.h"
 #include "ui/Icon.h"
 #include "ui/NumberText.h"
 #include "ui/ShadowImage.h"

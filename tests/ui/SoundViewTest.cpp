@@ -3,7 +3,7 @@
 #include "fakes/FakeAudioOutput.h"
 #include "support/Printing.h"
 #include "ui/OpenSound.h"
-#include "understanding/SoundClassifier.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QSignalSpy>
 

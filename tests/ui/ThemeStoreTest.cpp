@@ -1,6 +1,6 @@
 #include "ui/ThemeStore.h"
 
-#include "platform/Defaults.h"
+#include "platform/process/Defaults.h"
 #include "support/Printing.h"
 
 #include <QSignalSpy>

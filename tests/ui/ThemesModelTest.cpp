@@ -1,6 +1,6 @@
 #include "ui/ThemesModel.h"
 
-#include "platform/Defaults.h"
+#include "platform/process/Defaults.h"
 #include "support/Printing.h"
 
 #include <QAbstractItemModelTester>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/model/Selection.h"
-#include "understanding/RelatedWords.h"
+#include "understanding/naming/RelatedWords.h"
 
 namespace tonequill {
 
