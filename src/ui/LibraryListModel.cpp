@@ -34,11 +34,6 @@ QString LibraryRow::subtitle(const SoundItem& item)
     return telling.isEmpty() ? duration : duration + u" · "_s + telling.join(u", "_s);
 }
 
-bool LibraryRow::needsCredit(const SoundItem& item)
-{
-    return License::needsCredit(item.license);
-}
-
 QString LibraryRow::step(double fraction, bool isFirst)
 {
     if (fraction <= 0)
@@ -119,7 +114,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case IsSelectedRole:
         return m_app.selection().multi().contains(sound.id);
     case CreditRole:
-        return LibraryRow::needsCredit(sound) ? sound.creditLine() : QString();
+        return License::needsCredit(sound.license) ? sound.creditLine() : QString();
     case IsBeingNamedRole:
         return m_app.isBeingNamed(sound.id);
     default:

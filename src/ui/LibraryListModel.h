@@ -13,8 +13,6 @@ namespace LibraryRow {
 
 // "7.0 s · door, slam": the duration and the first two tags that say something.
 QString subtitle(const SoundItem& item);
-// True for CC BY and CC BY-SA: whoever uses the sound must name its maker.
-bool needsCredit(const SoundItem& item);
 // What is going on with a file that comes in.
 QString step(double fraction, bool isFirst);
 

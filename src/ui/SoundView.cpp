@@ -2,7 +2,7 @@
 
 #include "base/Background.h"
 #include "base/TimeText.h"
-#include "ui/LibraryListModel.h"
+#include "library/records/License.h"
 
 using namespace Qt::StringLiterals;
 
@@ -133,7 +133,7 @@ QString SoundView::creditLine() const
 
 bool SoundView::needsCredit() const
 {
-    return editor().item() && LibraryRow::needsCredit(*editor().item());
+    return editor().item() && License::needsCredit(editor().item()->license);
 }
 
 QString SoundView::headline() const

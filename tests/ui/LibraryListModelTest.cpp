@@ -92,20 +92,6 @@ TEST(LibraryRow, TellsTheDurationAndTheFirstTwoTagsThatSaySomething)
     EXPECT_EQ(LibraryRow::subtitle(soundWith(2.9, {u"free"_s, u"thunder"_s})), u"2.9 s · thunder"_s);
 }
 
-TEST(LibraryRow, AsksForCreditWhereTheLicenceDoes)
-{
-    SoundItem item;
-    EXPECT_FALSE(LibraryRow::needsCredit(item));
-    for (const char* quiet : {"CC0", "Public domain", ""}) {
-        item.license = QLatin1StringView(quiet);
-        EXPECT_FALSE(LibraryRow::needsCredit(item)) << quiet;
-    }
-    for (const char* due : {"CC BY", "CC BY-SA"}) {
-        item.license = QLatin1StringView(due);
-        EXPECT_TRUE(LibraryRow::needsCredit(item)) << due;
-    }
-}
-
 TEST(LibraryRow, TellsHowFarAFileIs)
 {
     EXPECT_EQ(LibraryRow::step(0, true), u"Adding…"_s);
