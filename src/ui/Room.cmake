@@ -17,7 +17,8 @@ get_target_property(sources ${room} SOURCES)
 list(FILTER sources INCLUDE REGEX "(qmlcache|qmltyperegistrations)")
 set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w" SKIP_PRECOMPILE_HEADERS ON)
 # The registrations include our headers by name alone.
-set_source_files_properties(${sources} PROPERTIES INCLUDE_DIRECTORIES "${CMAKE_CURRENT_LIST_DIR}")
+file(GLOB folders LIST_DIRECTORIES true "${CMAKE_CURRENT_LIST_DIR}/*")
+set_source_files_properties(${sources} PROPERTIES INCLUDE_DIRECTORIES "${folders}")
 
 # A lint warning fails the build as a compiler's does.
 set(lint_stamp "${CMAKE_CURRENT_BINARY_DIR}/qmllint.stamp")

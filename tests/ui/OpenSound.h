@@ -6,7 +6,7 @@
 #include "fakes/FakeLanguageModel.h"
 #include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
-#include "ui/SoundView.h"
+#include "ui/editor/SoundView.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/ImageItem.h"
+#include "ui/kit/ImageItem.h"
 
 #include <QQuickWindow>
 
