@@ -1,4 +1,4 @@
-file(GLOB qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_LIST_DIR}/qml/*.qml")
+file(GLOB_RECURSE qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_LIST_DIR}/*.qml")
 foreach(file IN LISTS qml_files)
   get_filename_component(name "${file}" NAME)
   set_source_files_properties("${file}" PROPERTIES QT_RESOURCE_ALIAS "${name}")
@@ -25,5 +25,5 @@ set(lint_stamp "${CMAKE_CURRENT_BINARY_DIR}/qmllint.stamp")
 add_custom_command(OUTPUT "${lint_stamp}" WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" VERBATIM
   COMMAND Qt6::qmllint -I "${CMAKE_BINARY_DIR}/qml" ${qml_files}
   COMMAND ${CMAKE_COMMAND} -E touch "${lint_stamp}"
-  DEPENDS ${qml_files} "${CMAKE_CURRENT_LIST_DIR}/qml/.qmllint.ini" "${CMAKE_BINARY_DIR}/qml/Tonequill/${room}.qmltypes")
+  DEPENDS ${qml_files} "${CMAKE_CURRENT_LIST_DIR}/.qmllint.ini" "${CMAKE_BINARY_DIR}/qml/Tonequill/${room}.qmltypes")
 add_custom_target(${room}_lint ALL DEPENDS "${lint_stamp}")

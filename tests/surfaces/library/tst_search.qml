@@ -3,7 +3,7 @@ import QtQuick
 import QtTest
 import Tonequill
 import Tonequill.Test
-import "Look.js" as Look
+import "../Look.js" as Look
 
 TestCase {
     id: test
