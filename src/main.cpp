@@ -11,7 +11,7 @@
 #include "platform/playback/SdlAudioOutput.h"
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
-#include "ui/MainWindow.h"
+#include "ui/window/MainWindow.h"
 #include "understanding/listening/SoundClassifier.h"
 
 #include <QApplication>

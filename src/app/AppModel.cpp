@@ -16,18 +16,14 @@ const QString kHideCreditSounds = u"hideCreditSounds"_s;
 const QString kAlsoFinalCut = u"alsoFinalCut"_s;
 const QString kSaveFolderPath = u"saveFolderPath"_s;
 
-qsizetype positionOf(const QList<SoundItem>& items, const QUuid& id)
-{
-    const auto found = std::find_if(items.begin(), items.end(), [&id](const SoundItem& item) { return item.id == id; });
-    return found == items.end() ? -1 : found - items.begin();
-}
-
 } // namespace
 
 AppModel::AppModel(const Services& services, std::unique_ptr<LibraryStore> library)
     : m_services(services),
       m_editor(services.editorWork, services.clock),
       m_library(std::move(library)),
+      m_selection(*m_library),
+      m_librarySession(*m_library, m_selection, services.languageModel, services.clock),
       m_autoFolder(services.defaults, services.clock, services.workers),
       m_createWithCredits(services.defaults.boolean(kCreateWithCredits).value_or(false)),
       m_shortOnlyByDefault(services.defaults.boolean(kShortOnlyByDefault).value_or(true)),
@@ -38,9 +34,11 @@ AppModel::AppModel(const Services& services, std::unique_ptr<LibraryStore> libra
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
     m_editor.setOnHeard([this](const SoundItem& item, const SoundHeard& heard) { applyHeard(item, heard); });
-    // The newest sound starts to load before the window appears.
-    if (!m_library->items().isEmpty())
-        setSelection(m_library->items().first().id);
+    connect(&m_selection, &Selection::idChanged, this, [this] {
+        openSelection();
+        Q_EMIT selectionChanged();
+    });
+    m_selection.openNewest(); // it starts to load before the window appears
 }
 
 AppModel::~AppModel()
@@ -65,20 +63,6 @@ void AppModel::setSection(AppSection section)
     Q_EMIT sectionChanged();
 }
 
-void AppModel::setSelection(std::optional<QUuid> selection)
-{
-    const bool isNew = selection != m_selection;
-    m_selection = selection;
-    if (!m_selection)
-        setMulti({});
-    else if (!m_multi.contains(*m_selection))
-        setMulti({*m_selection});
-    if (!isNew)
-        return;
-    openSelection();
-    Q_EMIT selectionChanged();
-}
-
 void AppModel::openSelection()
 {
     const SoundItem* item = selectedItem();
@@ -86,71 +70,6 @@ void AppModel::openSelection()
         m_editor.load(*item, m_library->path(*item));
     else
         m_editor.load(std::nullopt, {});
-}
-
-const SoundItem* AppModel::selectedItem() const
-{
-    return m_selection ? m_library->find(*m_selection) : nullptr;
-}
-
-void AppModel::setMulti(QSet<QUuid> multi)
-{
-    if (multi == m_multi)
-        return;
-    m_multi = std::move(multi);
-    Q_EMIT multiChanged();
-}
-
-QList<SoundItem> AppModel::selectedItems() const
-{
-    QList<SoundItem> selected;
-    std::copy_if(m_library->items().begin(), m_library->items().end(), std::back_inserter(selected),
-                 [this](const SoundItem& item) { return m_multi.contains(item.id); });
-    return selected;
-}
-
-void AppModel::click(const SoundItem& item, const QList<SoundItem>& items, Qt::KeyboardModifiers modifiers)
-{
-    QSet<QUuid> marked = m_multi;
-    if (modifiers & Qt::ControlModifier) {
-        if (marked.contains(item.id) && marked.size() >= 2) {
-            marked.remove(item.id);
-            setMulti(marked);
-            if (m_selection == item.id) {
-                const auto next = std::find_if(items.begin(), items.end(),
-                                               [&marked](const SoundItem& other) { return marked.contains(other.id); });
-                setSelection(next == items.end() ? std::nullopt : std::optional(next->id));
-            }
-        } else {
-            marked.insert(item.id);
-            setMulti(marked);
-            setSelection(item.id);
-        }
-        return;
-    }
-    if (modifiers & Qt::ShiftModifier && m_selection) {
-        const qsizetype anchor = positionOf(items, *m_selection);
-        const qsizetype clicked = positionOf(items, item.id);
-        if (anchor >= 0 && clicked >= 0) {
-            marked.clear();
-            for (qsizetype i = std::min(anchor, clicked); i <= std::max(anchor, clicked); ++i)
-                marked.insert(items[i].id);
-            setMulti(marked); // the selection stays as the anchor of the next shift-click
-            return;
-        }
-    }
-    setMulti({item.id});
-    setSelection(item.id);
-}
-
-void AppModel::selectAllInLibrary(const QList<SoundItem>& items)
-{
-    QSet<QUuid> all;
-    for (const SoundItem& item : items)
-        all.insert(item.id);
-    setMulti(all);
-    if (!m_selection && !items.isEmpty())
-        setSelection(items.first().id);
 }
 
 void AppModel::say(const QString& text, Tone tone)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppSection.h"
+#include "app/model/LibrarySession.h"
 #include "app/model/Services.h"
 #include "audio/export/AudioExporter.h"
 #include "base/FlowGroup.h"
@@ -69,23 +70,20 @@ public:
     AppSection section() const { return m_section; }
     void setSection(AppSection section);
 
-    // The sound that is open. Setting it opens the sound in the editor; setting
-    // the one that is open already doesn't.
-    const std::optional<QUuid>& selection() const { return m_selection; }
-    void setSelection(std::optional<QUuid> selection);
-    QUuid selectionOrNull() const { return m_selection.value_or(QUuid()); }
-    const SoundItem* selectedItem() const;
+    // Which sound is open, and which are marked. The editor has the open one: it
+    // loads a sound when another one is opened.
+    Selection& selection() { return m_selection; }
+    const Selection& selection() const { return m_selection; }
+    void setSelection(std::optional<QUuid> id) { m_selection.setID(id); }
+    QUuid selectionOrNull() const { return m_selection.id().value_or(QUuid()); }
+    const SoundItem* selectedItem() const { return m_selection.item(); }
+    const QSet<QUuid>& multi() const { return m_selection.multi(); }
+    void setMulti(QSet<QUuid> multi) { m_selection.setMulti(std::move(multi)); }
+    QList<SoundItem> selectedItems() const { return m_selection.items(); }
+    void selectAllInLibrary(const QList<SoundItem>& items) { m_selection.selectAll(items); }
 
-    // Every sound that is marked in the list.
-    const QSet<QUuid>& multi() const { return m_multi; }
-    void setMulti(QSet<QUuid> multi);
-    QList<SoundItem> selectedItems() const; // in library order
-
-    // A click in the library list. `items` is the list as shown. Control (the
-    // Command key on a Mac) adds or takes away one sound, Shift marks a range
-    // from the open sound; Control goes before Shift.
-    void click(const SoundItem& item, const QList<SoundItem>& items, Qt::KeyboardModifiers modifiers);
-    void selectAllInLibrary(const QList<SoundItem>& items);
+    // The library's list: what is searched for, and what its pointer and keys mean.
+    LibrarySession& librarySession() { return m_librarySession; }
 
     // Shows a message: 3.5 seconds, or 7 for an error. It replaces the one before
     // at once, and lives its own full time.
@@ -192,7 +190,6 @@ public:
 Q_SIGNALS:
     void sectionChanged();
     void selectionChanged();
-    void multiChanged();
     void noticeChanged();
     void isWorkingChanged();
     void workingTextChanged();
@@ -234,9 +231,9 @@ private:
     Services m_services;
     EditorModel m_editor;
     std::unique_ptr<LibraryStore> m_library;
+    Selection m_selection;
+    LibrarySession m_librarySession;
     AppSection m_section = AppSection::library;
-    std::optional<QUuid> m_selection;
-    QSet<QUuid> m_multi;
     std::optional<Notice> m_notice;
     std::optional<QString> m_pendingSearch;
     QStringList m_flowsAtWork; // the text of each

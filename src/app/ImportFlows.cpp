@@ -45,12 +45,9 @@ void AppModel::deleteItems(const QList<SoundItem>& items)
     QSet<QUuid> ids;
     for (const SoundItem& item : items)
         ids.insert(item.id);
-    if (m_selection && ids.contains(*m_selection))
-        setSelection(std::nullopt);
-    setMulti(QSet<QUuid>(m_multi).subtract(ids));
+    m_selection.letGo(ids);
     m_library->deleteItems(items);
-    if (!m_selection && !m_library->items().isEmpty())
-        setSelection(m_library->items().first().id);
+    m_selection.openNewest();
 }
 
 } // namespace tonequill

@@ -50,11 +50,6 @@ protected:
         return text;
     }
     static QString openName(const AppModel& model) { return model.selectedItem() ? model.selectedItem()->name : u"none"_s; }
-    static void click(AppModel& model, int index, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        model.click(model.library().items()[index], model.library().items(), modifiers);
-    }
-
     QTemporaryDir folder;
     QByteArrayList records;
 };
@@ -120,21 +115,20 @@ TEST_F(AppModelTest, StartsWithTheNewestSoundOpen)
 TEST_F(AppModelTest, AnEmptyLibraryHasAnEmptyEditor)
 {
     const auto model = open(0);
-    EXPECT_FALSE(model->selection());
+    EXPECT_FALSE(model->selection().id());
     EXPECT_FALSE(model->editor().item());
     EXPECT_EQ(model->editor().analysisState(), EditorModel::AnalysisState::idle);
     model->selectAllInLibrary({});
-    EXPECT_FALSE(model->selection());
+    EXPECT_FALSE(model->selection().id());
 }
 
 TEST_F(AppModelTest, SelectingTheOpenSoundAgainDoesNotReloadIt)
 {
     const auto model = open();
     QSignalSpy loads(&model->editor(), &EditorModel::itemChanged);
-    model->setSelection(model->selection());
-    click(*model, 0);
+    model->setSelection(model->selection().id());
     EXPECT_EQ(loads.count(), 0);
-    click(*model, 1);
+    model->setSelection(model->library().items()[1].id);
     EXPECT_EQ(loads.count(), 1);
     EXPECT_EQ(model->editor().item()->name, u"b"_s);
 }
@@ -175,98 +169,6 @@ TEST_F(AppModelTest, ANoticeMayOutliveTheModel)
     model.reset();
     clock.advance(10s);
     EXPECT_EQ(clock.sleeperCount(), 0U);
-}
-
-TEST_F(AppModelTest, APlainClickMarksOneSound)
-{
-    const auto model = open();
-    model->selectAllInLibrary(model->library().items());
-    EXPECT_EQ(names(*model), u"abcde"_s);
-    EXPECT_EQ(openName(*model), u"a"_s); // an existing selection isn't moved
-    click(*model, 3);
-    EXPECT_EQ(names(*model), u"d"_s);
-    EXPECT_EQ(openName(*model), u"d"_s);
-}
-
-TEST_F(AppModelTest, CommandClickAddsAndTakesAway)
-{
-    const auto model = open();
-    click(*model, 0);
-    click(*model, 0, Qt::ControlModifier); // the last one left stays
-    EXPECT_EQ(names(*model), u"a"_s);
-    click(*model, 2, Qt::ControlModifier);
-    EXPECT_EQ(names(*model), u"ac"_s);
-    EXPECT_EQ(openName(*model), u"c"_s);
-    click(*model, 2, Qt::ControlModifier); // the open one of two: the other opens
-    EXPECT_EQ(names(*model), u"a"_s);
-    EXPECT_EQ(openName(*model), u"a"_s);
-    EXPECT_EQ(model->editor().item()->name, u"a"_s);
-    click(*model, 3, Qt::ControlModifier);
-    click(*model, 0, Qt::ControlModifier); // one that isn't open: nothing else opens
-    EXPECT_EQ(names(*model), u"d"_s);
-    EXPECT_EQ(openName(*model), u"d"_s);
-}
-
-TEST_F(AppModelTest, TakingTheOpenSoundAwayOpensTheFirstThatIsShown)
-{
-    const auto model = open();
-    click(*model, 1);
-    click(*model, 4, Qt::ControlModifier);
-    click(*model, 2, Qt::ControlModifier);
-    const QList<SoundItem> shown = model->library().items().sliced(2); // c, d, e: b is filtered out
-    model->click(shown[0], shown, Qt::ControlModifier);
-    EXPECT_EQ(names(*model), u"be"_s);
-    EXPECT_EQ(openName(*model), u"e"_s);
-    const QList<SoundItem> others = model->library().items().sliced(2, 2);
-    model->click(model->library().items()[4], others, Qt::ControlModifier);
-    EXPECT_FALSE(model->selection()); // none of what is shown is marked
-}
-
-TEST_F(AppModelTest, ShiftClickMarksARangeFromAnAnchorThatStays)
-{
-    const auto model = open();
-    click(*model, 2);
-    click(*model, 4, Qt::ShiftModifier);
-    EXPECT_EQ(names(*model), u"cde"_s);
-    EXPECT_EQ(openName(*model), u"c"_s);
-    click(*model, 0, Qt::ShiftModifier);
-    EXPECT_EQ(names(*model), u"abc"_s);
-    EXPECT_EQ(openName(*model), u"c"_s);
-}
-
-TEST_F(AppModelTest, ShiftClickWithoutAnAnchorIsAPlainClick)
-{
-    const auto model = open();
-    model->setSelection(std::nullopt);
-    click(*model, 3, Qt::ShiftModifier);
-    EXPECT_EQ(names(*model), u"d"_s);
-    EXPECT_EQ(openName(*model), u"d"_s);
-    const QList<SoundItem> shown = model->library().items().first(2); // d isn't shown
-    model->click(shown[1], shown, Qt::ShiftModifier);
-    EXPECT_EQ(names(*model), u"b"_s);
-    model->click(model->library().items()[4], shown, Qt::ShiftModifier); // nor is e
-    EXPECT_EQ(names(*model), u"e"_s);
-}
-
-TEST_F(AppModelTest, CommandGoesBeforeShift)
-{
-    const auto model = open();
-    click(*model, 0);
-    click(*model, 4, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(names(*model), u"ae"_s);
-    EXPECT_EQ(openName(*model), u"e"_s);
-}
-
-TEST_F(AppModelTest, ASelectionThatIsMarkedAlreadyLeavesTheMarksAlone)
-{
-    const auto model = open();
-    model->selectAllInLibrary(model->library().items());
-    model->setSelection(model->library().items()[2].id);
-    EXPECT_EQ(names(*model), u"abcde"_s);
-    model->setSelection(std::nullopt);
-    EXPECT_EQ(names(*model), QString());
-    model->selectAllInLibrary(model->library().items().sliced(1));
-    EXPECT_EQ(openName(*model), u"b"_s);
 }
 
 TEST_F(AppModelTest, SectionsAreTexts)

@@ -138,7 +138,7 @@ TEST_F(ImportFlowsTest, DeletingEverythingEmptiesTheEditor)
 {
     import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
     model.deleteItems(model.library().items());
-    EXPECT_FALSE(model.selection());
+    EXPECT_FALSE(model.selection().id());
     EXPECT_TRUE(model.multi().isEmpty());
     EXPECT_FALSE(model.editor().item());
     EXPECT_TRUE(model.library().items().isEmpty());

@@ -3,8 +3,8 @@
 #include "fakes/FakeAudioOutput.h"
 #include "support/LibraryFolder.h"
 #include "ui/OpenSound.h"
-#include "ui/ThemeStore.h"
-#include "ui/WindowModel.h"
+#include "ui/kit/ThemeStore.h"
+#include "ui/window/WindowModel.h"
 #include "understanding/listening/SoundClassifier.h"
 
 #include <QQmlEngine>

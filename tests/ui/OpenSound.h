@@ -2,7 +2,7 @@
 
 #include "support/LibraryFolder.h"
 #include "support/Program.h"
-#include "ui/SoundView.h"
+#include "ui/editor/SoundView.h"
 
 #include <QTest>
 
