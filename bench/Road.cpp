@@ -2,7 +2,7 @@
 // does it: from importURLs to the range that is shown and to what was heard. The
 // peer is FFmpeg decoding the same file to nothing.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "base/Background.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"

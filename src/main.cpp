@@ -1,7 +1,7 @@
 // tonequill: the window. Puts the pieces together and owns the library.
 
-#include "app/AppModel.h"
-#include "app/HandedOver.h"
+#include "app/handover/HandedOver.h"
+#include "app/model/AppModel.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
 #include "library/delivery/DragStaging.h"

@@ -1,7 +1,7 @@
 // save and fcpxml: sounds of the library on their way out.
 
-#include "app/AppModel.h"
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
+#include "app/model/AppModel.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
 #include "cli/LibraryAccess.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "cli/LibraryAccess.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"

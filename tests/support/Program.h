@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 
 #include <QtQml/qqmlregistration.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "ui/editor/EffectsView.h"
 #include "ui/editor/PartsModel.h"
 #include "ui/editor/PlaybackView.h"

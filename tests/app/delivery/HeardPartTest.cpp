@@ -1,6 +1,6 @@
 // What is heard when a part is played, and what the part's file holds, are the same.
 
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
 #include "audio/effects/EffectRenderer.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"

@@ -1,4 +1,4 @@
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
 #include "audio/effects/EffectRenderer.h"
 #include "platform/media/AudioFile.h"
 #include "support/Printing.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppSection.h"
+#include "app/model/AppSection.h"
 #include "app/model/LibrarySession.h"
 #include "app/model/Services.h"
 #include "audio/export/AudioExporter.h"

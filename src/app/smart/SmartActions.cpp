@@ -1,6 +1,6 @@
 // Smart names: suggested for the open sound, or given to many at once.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 
 #include "library/records/NamePolicy.h"
 #include "understanding/naming/SoundNamer.h"

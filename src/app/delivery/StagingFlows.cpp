@@ -1,7 +1,7 @@
 // Files for drags out of the window.
 
-#include "app/AppModel.h"
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
+#include "app/model/AppModel.h"
 #include "library/delivery/DragStaging.h"
 #include "platform/files/Files.h"
 

@@ -1,7 +1,7 @@
 // The flows that make finished files of the open sound's parts and of whole sounds.
 
-#include "app/AppModel.h"
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
+#include "app/model/AppModel.h"
 #include "base/Background.h"
 #include "library/records/FileNames.h"
 #include "platform/files/Files.h"

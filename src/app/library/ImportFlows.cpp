@@ -1,6 +1,6 @@
 // The flows that take sounds into the library and out of it.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 
 #include "platform/files/Files.h"
 

@@ -1,6 +1,6 @@
-#include "app/HandedOver.h"
+#include "app/handover/HandedOver.h"
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "platform/process/HandOver.h"

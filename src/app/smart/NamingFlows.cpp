@@ -1,6 +1,6 @@
 // What is heard gives a sound its name.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 
 #include "understanding/listening/SoundClassifier.h"
 #include "understanding/naming/SoundNamer.h"

@@ -1,4 +1,4 @@
-#include "app/AppSection.h"
+#include "app/model/AppSection.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
 // The library's sounds on their way to the Auto Folder.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "base/Background.h"
 
 using namespace std::chrono_literals;

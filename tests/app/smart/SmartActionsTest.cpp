@@ -1,4 +1,4 @@
-#include "app/HandedOver.h"
+#include "app/handover/HandedOver.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "support/Await.h"
