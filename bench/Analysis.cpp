@@ -3,7 +3,7 @@
 // FFmpeg's decoding of the same file to nowhere runs beside it as the measure.
 
 #include "Measure.h"
-#include "audio/AudioAnalyzer.h"
+#include "audio/analysis/AudioAnalyzer.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -4,7 +4,7 @@
 // the peer's a program with its start.
 
 #include "Measure.h"
-#include "audio/AudioExporter.h"
+#include "audio/export/AudioExporter.h"
 
 #include <QCoreApplication>
 

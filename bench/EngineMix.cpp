@@ -2,7 +2,7 @@
 // of the same bytes; the bar is three times the peer.
 
 #include "Measure.h"
-#include "audio/Mixer.h"
+#include "audio/effects/Mixer.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -2,7 +2,7 @@
 // whatever the hour contains.
 
 #include "Measure.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/SmartCutter.h"
 
 #include <cmath>
 

@@ -4,9 +4,9 @@
 // The bar: not worse than sox.
 
 #include "Measure.h"
-#include "audio/AudioExporter.h"
-#include "platform/AudioFile.h"
-#include "platform/AudioFileWriter.h"
+#include "audio/export/AudioExporter.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/AudioFileWriter.h"
 
 #include <QCoreApplication>
 

@@ -1,8 +1,8 @@
 // How many times faster than it sounds are the echo and the hall? The bar is 200.
 
 #include "Measure.h"
-#include "audio/FeedbackDelay.h"
-#include "audio/HallReverb.h"
+#include "audio/effects/FeedbackDelay.h"
+#include "audio/effects/HallReverb.h"
 
 #include <array>
 

@@ -3,8 +3,8 @@
 // bar is one time the peer. The faster engine runs beside it, for the choice.
 
 #include "Measure.h"
-#include "audio/TimePitch.h"
-#include "platform/AudioFile.h"
+#include "audio/effects/TimePitch.h"
+#include "platform/media/AudioFile.h"
 
 #include <rubberband/RubberBandStretcher.h>
 

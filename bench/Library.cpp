@@ -3,9 +3,9 @@
 // reading the index, or writing it and syncing it.
 
 #include "base/Uuid.h"
-#include "library/LibraryIndex.h"
-#include "library/LibraryStore.h"
-#include "platform/Files.h"
+#include "library/store/LibraryIndex.h"
+#include "library/store/LibraryStore.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFile>
@@ -73,10 +73,11 @@ void measure(int count)
     Files::writeDurably(index, std::span(&json, 1));
 
     SystemClock clock;
+    Workers workers;
     const double read = milliseconds([&] { Files::readAll(index, 1 << 30); });
     const double memoryBefore = residentMegabytes();
     std::unique_ptr<LibraryStore> store;
-    const double open = milliseconds([&] { store = std::make_unique<LibraryStore>(clock, library); });
+    const double open = milliseconds([&] { store = std::make_unique<LibraryStore>(clock, workers, library); });
     const double memory = residentMegabytes() - memoryBefore;
     const SoundItem middle = store->items()[count / 2];
     const double firstSave = milliseconds([&] { store->rename(middle, u"First"_s); });

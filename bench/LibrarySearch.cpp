@@ -2,7 +2,7 @@
 // 100,000. "first" is the first query after the library was opened, which folds
 // every sound's texts; the others find them folded. Milliseconds of CPU.
 
-#include "library/LibrarySearch.h"
+#include "library/search/LibrarySearch.h"
 
 #include <cstdio>
 #include <ctime>

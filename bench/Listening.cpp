@@ -3,9 +3,9 @@
 // largest memory is then that of listening; --nothing is the measure for it.
 
 #include "Measure.h"
-#include "platform/AudioFile.h"
-#include "understanding/PatchStream.h"
-#include "understanding/SoundClassifier.h"
+#include "platform/media/AudioFile.h"
+#include "understanding/listening/PatchStream.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -2,12 +2,12 @@
 // does it: from importURLs to the range that is shown and to what was heard. The
 // peer is FFmpeg decoding the same file to nothing.
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "base/Background.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/NoAudioOutput.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -44,11 +44,12 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     Defaults defaults(folder.filePath(u"tonequill.ini"_s));
     const SoundClassifier classifier;
     NoAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
+    Workers workers;
+    BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, time, work, apps, languageModel,
-                   std::make_unique<LibraryStore>(time, folder.filePath(u"Library"_s)));
+    AppModel model({defaults, time, workers, work, apps, languageModel},
+                   std::make_unique<LibraryStore>(time, workers, folder.filePath(u"Library"_s)));
     double shown = 0;
     double heard = 0;
     QObject::connect(&model.editor(), &EditorModel::rangeChanged, &model, [&] {

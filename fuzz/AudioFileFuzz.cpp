@@ -1,9 +1,9 @@
 // Any bytes as a sound file: refused or read from anywhere, with every sample a
 // number and no position beyond the end.
 
-#include "audio/AudioAnalyzer.h"
-#include "platform/AudioFile.h"
-#include "platform/MediaTracks.h"
+#include "audio/analysis/AudioAnalyzer.h"
+#include "platform/media/AudioFile.h"
+#include "platform/media/MediaTracks.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 // Any bytes as effect settings: refused or read, and what is read is written and
 // read back the same.
 
-#include "audio/EffectSettings.h"
+#include "audio/effects/EffectSettings.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // Any bytes as an index: refused or read, and what is read is written and read
 // back the same.
 
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 
 #include <cstdlib>
 

@@ -1,23 +1,22 @@
 // tonequill: the window. Puts the pieces together and owns the library.
 
-#include "app/AppModel.h"
-#include "app/HandedOver.h"
-#include "audio/EffectRenderer.h"
+#include "app/handover/HandedOver.h"
+#include "app/model/AppModel.h"
+#include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
-#include "library/DragStaging.h"
-#include "platform/DesktopApps.h"
-#include "platform/HandOver.h"
-#include "platform/LibraryLock.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/SdlAudioOutput.h"
-#include "platform/SystemAppearance.h"
-#include "ui/MainWindow.h"
-#include "understanding/SoundClassifier.h"
+#include "library/delivery/DragStaging.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/desktop/SystemAppearance.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/SdlAudioOutput.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
+#include "ui/window/MainWindow.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QThreadPool>
 
 #include <cstdio>
 
@@ -55,16 +54,17 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     const SystemAppearance system; // first, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
-    auto library = std::make_unique<LibraryStore>(clock);
+    Workers workers;
+    auto library = std::make_unique<LibraryStore>(clock, workers);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
     DragStaging::clean(); // here alone: the terminal may be used while the window's files are on their way
     const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
     SdlAudioOutput output;
-    BackgroundEditorWork work(classifier, output);
+    BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model(defaults, clock, work, apps, languageModel, std::move(library));
+    AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     model.watchAutoFolder();
@@ -96,7 +96,5 @@ int main(int argc, char** argv)
     LibraryLock lock(LibraryStore::defaultFolder());
     if (!lock.acquire())
         return handToFirst(lock, files);
-    const int exitCode = runWindow(lock, files);
-    QThreadPool::globalInstance()->waitForDone(); // work that was cancelled ends at its next block
-    return exitCode;
+    return runWindow(lock, files);
 }

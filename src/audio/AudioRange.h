@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 namespace tonequill {
 

@@ -1,6 +1,6 @@
 #include "audio/SampleMemory.h"
 
-#include "platform/Memory.h"
+#include "platform/process/Memory.h"
 
 #include <new>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AudioBuffer.h"
+#include "platform/media/AudioBuffer.h"
 
 namespace tonequill {
 

@@ -1,5 +1,7 @@
 #include "base/Background.h"
 
+#include <QtGlobal>
+
 namespace tonequill {
 
 namespace {
@@ -8,6 +10,7 @@ QCoro::Task<> guarded(QCoro::Task<> flow)
 {
     try {
         co_await flow;
+    } catch (const Cancelled&) {
     } catch (const std::exception& error) {
         qFatal("A flow ended with an unhandled error: %s", error.what());
     }

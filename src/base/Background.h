@@ -1,15 +1,9 @@
 #pragma once
 
-#include <QCoroFuture>
-#include <QCoroTask>
+#include "base/FlowGroup.h"
+#include "base/Workers.h"
 
-#include <QPromise>
-#include <QThreadPool>
-
-#include <exception>
 #include <memory>
-#include <optional>
-#include <type_traits>
 #include <utility>
 
 namespace tonequill {
@@ -17,66 +11,99 @@ namespace tonequill {
 namespace detail {
 
 template <typename Function>
-struct BackgroundJob {
-    using Result = std::invoke_result_t<Function>;
+class BackgroundJob final : public Job {
+public:
+    using Result = std::invoke_result_t<const Function&>;
 
-    explicit BackgroundJob(Function work) : function(std::move(work)) {}
+    BackgroundJob(Function work, ProgressPtr progress) : Job(std::move(progress)), m_work(std::move(work)) {}
 
-    void run()
+    // REQUIRES: before it is added to a queue.
+    void setHome(std::weak_ptr<FlowGroup::Bell> bell, std::weak_ptr<Wait> wait)
+    {
+        m_bell = std::move(bell);
+        m_wait = std::move(wait);
+    }
+
+    Result take() { return m_answer.take(); }
+
+protected:
+    void run() override
     {
         try {
             if constexpr (std::is_void_v<Result>)
-                function();
+                m_work();
             else
-                result.emplace(function());
+                m_answer.value.emplace(m_work());
         } catch (...) {
-            // QtConcurrent::run would flatten this to QUnhandledException.
-            promise.setException(std::current_exception());
+            m_answer.error = std::current_exception();
         }
-        promise.finish();
+        goHome();
+    }
+    void withdraw() override
+    {
+        m_answer.error = std::make_exception_ptr(Cancelled());
+        goHome();
     }
 
-    Function function;
-    QPromise<void> promise;
-    std::optional<std::conditional_t<std::is_void_v<Result>, bool, Result>> result;
-};
+private:
+    void goHome()
+    {
+        const auto bell = m_bell.lock();
+        auto wait = m_wait.lock();
+        if (bell && wait)
+            FlowGroup::ring(bell, std::move(wait));
+    }
 
-template <typename Function>
-QCoro::Task<std::invoke_result_t<Function>> finished(std::shared_ptr<BackgroundJob<Function>> job)
-{
-    co_await job->promise.future();
-    if constexpr (!std::is_void_v<std::invoke_result_t<Function>>)
-        co_return std::move(*job->result);
-}
+    Function m_work;
+    Answer<Result> m_answer;
+    std::weak_ptr<FlowGroup::Bell> m_bell;
+    std::weak_ptr<Wait> m_wait;
+};
 
 } // namespace detail
 
-// Runs `function` on the shared thread pool and brings its result, or its
-// exception with its own type, back to the thread that awaits it.
+// Runs `work` on a thread of `queue` and brings its result, or its exception with
+// its own type, back to the flow that awaits it, which is one of `flows`.
 //
-// `function` works on copies: it takes no arguments, owns what it captures and
-// touches no QObject. The awaiting thread needs an event loop.
+// `work` works on copies: it takes no arguments, owns what it captures and touches
+// no QObject. What may take more than 50 milliseconds has a `progress` and asks it
+// whether it is still wanted; the flow then gets Cancelled. Without one it can't be
+// cancelled.
 //
-//     const auto work = [path] { return AudioAnalyzer::analyze(path); };
-//     const AudioAnalysis analysis = co_await background(work);
+//     const auto work = [path, progress] { return AudioAnalyzer::analyze(path, progress.get()); };
+//     const AudioAnalysis analysis = co_await background(m_flows, m_workers.shown(), work, progress);
 //
 // The function is named first, as here, and a nameless one doesn't compile: GCC 12
 // destroys the captures of a lambda written inside a co_await expression twice.
 template <typename Function>
-QCoro::Task<std::invoke_result_t<const Function&>> background(const Function& function)
+QCoro::Task<std::invoke_result_t<const Function&>> background(FlowGroup& flows, JobQueue& queue, const Function& work,
+                                                              ProgressPtr progress = {})
 {
-    auto job = std::make_shared<detail::BackgroundJob<Function>>(function);
-    job->promise.start();
-    QThreadPool::globalInstance()->start([job] { job->run(); });
-    return detail::finished(std::move(job));
+    auto job = std::make_shared<detail::BackgroundJob<Function>>(work, std::move(progress));
+    auto wait = flows.add(job);
+    if (!wait->isOver()) { // else the group has ended, and nothing is begun
+        job->setHome(flows.bell(), wait);
+        queue.add(job);
+    }
+    return FlowGroup::arrived(std::move(job), std::move(wait));
 }
 
 template <typename Function>
-void background(const Function&& nameless) = delete;
+void background(FlowGroup& flows, JobQueue& queue, const Function&& nameless, ProgressPtr progress = {}) = delete;
 
-// Starts a flow that nobody awaits. A flow ends its own failures; one that
-// leaves it all the same is a mistake of ours and ends the program, loudly,
-// instead of being dropped.
+// Starts a flow that nobody awaits. A flow ends its own failures; one that leaves
+// it all the same is a mistake of ours and ends the program, loudly, instead of
+// being dropped. One that was cancelled has nothing to tell.
 void startFlow(QCoro::Task<> flow);
+
+// The same for one that tells what it did.
+template <typename Outcome>
+void startFlow(QCoro::Task<Outcome> flow)
+{
+    struct Deaf {
+        static QCoro::Task<> run(QCoro::Task<Outcome> telling) { co_await std::move(telling); }
+    };
+    startFlow(Deaf::run(std::move(flow)));
+}
 
 } // namespace tonequill

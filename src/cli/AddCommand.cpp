@@ -7,7 +7,7 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "cli/Windowless.h"
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 
 #include <QCoroSignal>
 

@@ -1,7 +1,7 @@
 // analyze and peaks: what a file sounds like, without a library.
 
-#include "audio/AudioAnalyzer.h"
-#include "audio/WaveformPeaks.h"
+#include "audio/analysis/AudioAnalyzer.h"
+#include "audio/analysis/WaveformPeaks.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
 #include "cli/Options.h"

@@ -1,16 +1,16 @@
 // parts, export, render and mix: the sound engine, file by file.
 
-#include "audio/AudioExporter.h"
-#include "audio/EffectRenderer.h"
-#include "audio/Mixer.h"
-#include "audio/SmartCutter.h"
+#include "audio/analysis/SmartCutter.h"
+#include "audio/effects/EffectRenderer.h"
+#include "audio/effects/Mixer.h"
+#include "audio/export/AudioExporter.h"
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
 #include "cli/Command.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "platform/AudioFile.h"
-#include "platform/ScratchFile.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <QFileInfo>
 

@@ -1,15 +1,15 @@
 // save and fcpxml: sounds of the library on their way out.
 
-#include "app/AppModel.h"
-#include "app/PartExport.h"
+#include "app/delivery/PartExport.h"
+#include "app/model/AppModel.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/FileNames.h"
-#include "library/FinalCut.h"
-#include "platform/Files.h"
+#include "library/delivery/FinalCut.h"
+#include "library/records/FileNames.h"
+#include "platform/files/Files.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -68,7 +68,8 @@ int handOff(Options& options, const QStringList& arguments, const QString& stand
     if (const auto end = options.parse(arguments, 1, std::numeric_limits<qsizetype>::max()))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     const auto items = soundsMeant(store.items(), options.positional());
     if (!items)
         return kFailed;

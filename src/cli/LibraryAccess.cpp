@@ -2,7 +2,7 @@
 
 #include "base/Uuid.h"
 #include "cli/Terminal.h"
-#include "platform/HandOver.h"
+#include "platform/process/HandOver.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,7 +14,7 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
     own->lock = std::make_unique<LibraryLock>(folder);
     if (!own->lock->acquire())
         return nullptr;
-    own->store = std::make_unique<LibraryStore>(own->clock, folder);
+    own->store = std::make_unique<LibraryStore>(own->clock, own->workers, folder);
     own->store->sweepUnfinished();
     return own;
 }

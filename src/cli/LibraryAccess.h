@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "library/LibraryStore.h"
-#include "platform/LibraryLock.h"
+#include "library/store/LibraryStore.h"
+#include "platform/process/LibraryLock.h"
 
 #include <QJsonObject>
 
@@ -16,6 +16,7 @@ namespace tonequill::cli {
 // its only writer.
 struct OwnLibrary {
     SystemClock clock;
+    Workers workers;
     std::unique_ptr<LibraryLock> lock;
     std::unique_ptr<LibraryStore> store;
 };

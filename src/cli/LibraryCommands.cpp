@@ -6,7 +6,7 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -73,7 +73,8 @@ int list(const QStringList& arguments)
     if (const auto end = options.parse(arguments, 0, 0))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     printSounds(store.items(), options);
     return kDone;
 }
@@ -88,7 +89,8 @@ int search(const QStringList& arguments)
     if (const auto end = options.parse(arguments, 1, kAnyNumber))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     printSounds(store.search(options.positional().join(u' ')), options);
     return kDone;
 }
@@ -103,7 +105,8 @@ int show(const QStringList& arguments)
     if (const auto end = options.parse(arguments, 1, 1))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     const auto item = soundMeant(store.items(), options.positional().first());
     if (!item)
         return kFailed;
@@ -138,7 +141,8 @@ int deleteSounds(const QStringList& arguments)
     const auto own = ownLibrary(options.libraryFolder());
     SystemClock clock;
     // The owner has the newest state in memory, and on the disk as well.
-    const LibraryStore reader(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore reader(clock, workers, options.libraryFolder());
     const auto doomed = soundsMeant(reader.items(), options.positional());
     if (!doomed)
         return kFailed;
@@ -173,7 +177,8 @@ int credits(const QStringList& arguments)
     if (const auto end = options.parse(arguments, 0, kAnyNumber))
         return *end;
     SystemClock clock;
-    const LibraryStore store(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore store(clock, workers, options.libraryFolder());
     QList<SoundItem> credited;
     if (options.positional().isEmpty()) {
         std::copy_if(store.items().begin(), store.items().end(), std::back_inserter(credited), hasCredit);

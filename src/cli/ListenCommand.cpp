@@ -4,10 +4,10 @@
 #include "cli/Command.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "platform/AudioFile.h"
-#include "platform/Defaults.h"
-#include "understanding/SoundClassifier.h"
-#include "understanding/SoundNamer.h"
+#include "platform/media/AudioFile.h"
+#include "platform/process/Defaults.h"
+#include "understanding/listening/SoundClassifier.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
 #include <cmath>

@@ -8,7 +8,7 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "cli/Windowless.h"
-#include "library/NamePolicy.h"
+#include "library/records/NamePolicy.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -155,7 +155,8 @@ int name(const QStringList& arguments)
 
     const auto own = ownLibrary(options.libraryFolder());
     SystemClock clock;
-    const LibraryStore reader(clock, options.libraryFolder());
+    Workers workers;
+    const LibraryStore reader(clock, workers, options.libraryFolder());
     const auto meant = isAll ? std::optional(reader.items()) : soundsMeant(reader.items(), options.positional());
     if (!meant)
         return kFailed;

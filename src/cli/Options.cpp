@@ -2,7 +2,7 @@
 
 #include "cli/Command.h"
 #include "cli/Terminal.h"
-#include "library/LibraryStore.h"
+#include "library/store/LibraryStore.h"
 
 #include <cmath>
 

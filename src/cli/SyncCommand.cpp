@@ -6,7 +6,7 @@
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
-#include "library/AutoFolder.h"
+#include "library/delivery/AutoFolder.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -45,7 +45,7 @@ int sync(const QStringList& arguments)
         return kLibraryBusy;
     }
     Defaults defaults;
-    AutoFolder folder(defaults, own->clock);
+    AutoFolder folder(defaults, own->clock, own->workers);
     if (options.has(u"folder"_s)) {
         const QString chosen = QFileInfo(options.value(u"folder"_s)).absoluteFilePath();
         if (!QFileInfo(chosen).isDir()) {

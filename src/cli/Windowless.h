@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "cli/LibraryAccess.h"
-#include "platform/DesktopApps.h"
-#include "platform/LocalLanguageModel.h"
-#include "platform/NoAudioOutput.h"
-#include "understanding/SoundClassifier.h"
+#include "platform/desktop/DesktopApps.h"
+#include "platform/network/LocalLanguageModel.h"
+#include "platform/playback/NoAudioOutput.h"
+#include "understanding/listening/SoundClassifier.h"
 
 namespace tonequill::cli {
 
@@ -17,9 +17,9 @@ public:
     // Takes the library's store. Throws SoundModelError if the ear is needed and its
     // network can't be used.
     Windowless(OwnLibrary& own, Ear ear)
-        : m_work(opened(m_classifier, ear), m_output),
+        : m_work(opened(m_classifier, ear), m_output, own.workers),
           m_languageModel(LocalLanguageModel::Settings::from(m_defaults)),
-          m_model(m_defaults, own.clock, m_work, m_apps, m_languageModel, std::move(own.store))
+          m_model({m_defaults, own.clock, own.workers, m_work, m_apps, m_languageModel}, std::move(own.store))
     {}
 
     AppModel& model() { return m_model; }

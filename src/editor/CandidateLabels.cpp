@@ -1,7 +1,7 @@
 #include "editor/CandidateLabels.h"
 
-#include "understanding/SoundClassifier.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/listening/SoundClassifier.h"
+#include "understanding/naming/SoundNamer.h"
 
 namespace tonequill::CandidateLabels {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "audio/SmartCutter.h"
-#include "understanding/HeardLabel.h"
+#include "audio/analysis/SmartCutter.h"
+#include "understanding/listening/HeardLabel.h"
 
 #include <functional>
 #include <optional>

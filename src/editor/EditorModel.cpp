@@ -1,7 +1,7 @@
 #include "editor/EditorModel.h"
 
 #include "base/Background.h"
-#include "understanding/SoundNamer.h"
+#include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -20,22 +20,32 @@ std::chrono::milliseconds inMilliseconds(double seconds)
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
+// Cancels the work and forgets it.
+void abandon(ProgressPtr& work)
+{
+    if (const ProgressPtr progress = std::exchange(work, nullptr))
+        progress->cancel();
+}
+
 } // namespace
 
-EditorModel::EditorModel(EditorWork& work, Clock& clock) : m_work(work), m_clock(clock)
+EditorModel::EditorModel(EditorWork& work, Clock& clock) : m_work(work), m_clock(clock), m_ticker(clock, [this] { tick(); })
 {}
 
 EditorModel::~EditorModel()
 {
-    if (m_progress)
-        m_progress->cancel();
-    if (m_rendering)
-        m_rendering->cancel();
+    close();
+}
+
+void EditorModel::close()
+{
+    leave();
+    m_flows.end();
 }
 
 double EditorModel::analysisProgress() const
 {
-    return m_state == AnalysisState::loading && m_progress ? m_progress->fraction() : 0;
+    return m_analysing ? m_analysing->fraction() : 0;
 }
 
 double EditorModel::duration() const
@@ -63,17 +73,13 @@ std::vector<EditorModel::Part> EditorModel::parts() const
 void EditorModel::load(std::optional<SoundItem> item, const QString& path)
 {
     stop();
-    if (m_progress)
-        m_progress->cancel(); // nobody waits for the earlier sound any more
-    m_loads.cancel();
-    m_listens.cancel();
+    leave();
     m_effects = {};
     m_item = std::move(item);
     m_path = path;
     const bool hasSound = m_item && !m_path.isEmpty();
     m_state = hasSound ? AnalysisState::loading : AnalysisState::idle;
     m_analysis.reset();
-    m_progress.reset();
     m_player.reset();
     m_candidates.clear();
     m_marked.clear();
@@ -82,7 +88,6 @@ void EditorModel::load(std::optional<SoundItem> item, const QString& path)
     m_heard.reset();
     m_loadError.reset();
     m_isThinking = false;
-    m_isLabelling = false;
     m_isListening = false;
     m_start = 0;
     m_end = duration();
@@ -97,6 +102,16 @@ void EditorModel::load(std::optional<SoundItem> item, const QString& path)
     startFlow(analyse(m_path, load));
 }
 
+// Nobody waits for the sound any more.
+void EditorModel::leave()
+{
+    m_loads.cancel();
+    m_listens.cancel();
+    m_renders.cancel();
+    for (ProgressPtr* work : {&m_analysing, &m_labelling, &m_hearing, &m_rendering})
+        abandon(*work);
+}
+
 void EditorModel::refresh(const SoundItem& item)
 {
     if (!m_item || m_item->id != item.id || *m_item == item)
@@ -109,7 +124,7 @@ QCoro::Task<> EditorModel::openPlayer(QString path, Ticket load)
 {
     std::shared_ptr<AudioPlayer> player;
     try {
-        player = co_await m_work.open(path);
+        player = co_await m_flows.until(m_work.open(path));
     } catch (const std::exception&) {
         // Without a player there is nothing to hear; the analysis tells what is wrong with the file.
     }
@@ -119,18 +134,17 @@ QCoro::Task<> EditorModel::openPlayer(QString path, Ticket load)
 
 QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
 {
-    const auto progress = m_progress = std::make_shared<Progress>();
+    m_analysing = std::make_shared<Progress>();
     std::optional<AudioAnalysis> analysis;
     std::optional<QString> loadError;
     try {
-        analysis = co_await m_work.analyze(path, progress);
-    } catch (const Cancelled&) {
-        co_return;
+        analysis = co_await m_flows.until(m_work.analyze(path, m_analysing));
     } catch (const std::exception& error) {
         loadError = messageOf(error);
     }
     if (!load.isCurrent())
         co_return;
+    m_analysing.reset();
     m_state = analysis ? AnalysisState::ready : AnalysisState::idle;
     m_analysis = std::move(analysis);
     Q_EMIT analysisChanged();
@@ -148,10 +162,11 @@ QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
 
 QCoro::Task<> EditorModel::labelCandidates(QString path, Ticket load)
 {
-    m_isLabelling = true;
-    std::vector<CutCandidate> labelled = co_await m_work.label(m_candidates, path);
+    m_labelling = std::make_shared<Progress>();
+    std::vector<CutCandidate> labelled = co_await m_flows.until(m_work.label(m_candidates, path, m_labelling));
     if (!load.isCurrent())
         co_return;
+    m_labelling.reset();
     const auto oldBest = m_candidates.empty() ? std::nullopt : std::optional(m_candidates.front());
     m_candidates = std::move(labelled);
     Q_EMIT candidatesChanged();
@@ -159,7 +174,6 @@ QCoro::Task<> EditorModel::labelCandidates(QString path, Ticket load)
         oldBest && std::abs(m_start - oldBest->start) < kUntouched && std::abs(m_end - oldBest->end) < kUntouched;
     if (isUntouched && !m_candidates.empty() && m_candidates.front().id != oldBest->id)
         follow(m_candidates.front());
-    m_isLabelling = false;
     tellIfSettled();
 }
 
@@ -247,6 +261,7 @@ void EditorModel::assignRange(double start, double end)
 void EditorModel::listen(double delay)
 {
     m_listens.cancel();
+    abandon(m_hearing);
     if (!m_item || m_path.isEmpty() || !(m_start < m_end))
         return;
     m_isListening = true;
@@ -265,9 +280,12 @@ void EditorModel::listen(double delay)
 
 QCoro::Task<> EditorModel::hear(QString path, SoundItem item, QStringList descriptors, double start, double end, Ticket ticket)
 {
-    const std::vector<HeardLabel> labels = co_await m_work.classify(path, start, end, kLabelsToTell);
+    m_hearing = std::make_shared<Progress>();
+    const EditorWork::Question question{path, start, end, kLabelsToTell};
+    const std::vector<HeardLabel> labels = co_await m_flows.until(m_work.classify(question, Lane::behind, m_hearing));
     if (!ticket.isCurrent())
         co_return;
+    m_hearing.reset();
     m_heard = SoundNamer::ruleBased(labels, descriptors, end - start);
     m_isListening = false;
     Q_EMIT heardChanged();

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "base/Clock.h"
-#include "base/Ticket.h"
+#include "base/Ticker.h"
 #include "editor/EditorWork.h"
-#include "library/SoundItem.h"
-#include "platform/ScratchFile.h"
+#include "library/records/SoundItem.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -20,8 +19,9 @@ namespace tonequill {
 // The one sound that is open: always the library's selection. Which parts of it
 // are proposed and chosen, what they sound like, its effects and its playback.
 //
-// One thread. Long work runs in the background; an answer that comes after a
-// newer load, or a newer question, is dropped. All times are seconds.
+// One thread. Long work runs in the background; a newer load, or a newer question,
+// cancels what was at work for the one before, and drops what comes of it all the
+// same. All times are seconds.
 class EditorModel : public QObject {
     Q_OBJECT
 
@@ -48,6 +48,9 @@ public:
     EditorModel(EditorWork& work, Clock& clock);
     ~EditorModel() override;
 
+    // Ends what is at work for it. Nothing is begun from then on.
+    void close();
+
     // Opens a sound, or none for an empty editor. `path` is its file.
     void load(std::optional<SoundItem> item, const QString& path);
     // The record as it is now, after a change of its name or tags; the sound
@@ -60,7 +63,7 @@ public:
     // REQUIRES: analysisState() is ready.
     const AudioAnalysis& analysis() const { return *m_analysis; }
     // Whether nothing is on its way any more: analysis, labels, what is heard.
-    bool isSettled() const { return m_state != AnalysisState::loading && !m_isLabelling && !m_isListening; }
+    bool isSettled() const { return m_state != AnalysisState::loading && !m_labelling && !m_isListening; }
     // How far the analysis has come, 0…1; 0 while none runs.
     double analysisProgress() const;
     // The line that says what could not be done.
@@ -139,9 +142,9 @@ private:
     QCoro::Task<> labelCandidates(QString path, Ticket load);
     QCoro::Task<> hear(QString path, SoundItem item, QStringList descriptors, double start, double end, Ticket ticket);
     QCoro::Task<> playWithEffects(double from, Ticket ticket);
+    void leave();
     void beginTicking();
     void tick();
-    void tickLater(Ticket ticket);
     void follow(const CutCandidate& candidate);
     void unmark();
     void assignRange(double start, double end);
@@ -164,7 +167,6 @@ private:
     std::optional<double> m_playhead;
     bool m_loop = false;
     bool m_isPlaying = false;
-    bool m_isLabelling = false;
     bool m_isListening = false;
     bool m_isThinking = false;
     std::optional<SoundHeard> m_heard;
@@ -174,12 +176,15 @@ private:
     std::shared_ptr<AudioPlayer> m_player; // plays the file unchanged
     ScratchFile m_effectFile;
     std::shared_ptr<AudioPlayer> m_effectPlayer; // plays m_effectFile
-    ProgressPtr m_progress;                      // of the analysis that runs
-    ProgressPtr m_rendering;                     // of the effects that are rendered
+    ProgressPtr m_analysing;                     // while the analysis runs
+    ProgressPtr m_labelling;                     // … and the proposals are listened to
+    ProgressPtr m_hearing;                       // … and the range is
+    ProgressPtr m_rendering;                     // … and effects are rendered
     Tickets m_loads;
     Tickets m_listens;
     Tickets m_renders;
-    Tickets m_ticks;
+    Ticker m_ticker;
+    FlowGroup m_flows; // last: it ends what works with the others
 };
 
 } // namespace tonequill

@@ -7,13 +7,11 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace tonequill {
 
 namespace {
 
-constexpr auto kTick = 16ms; // 60 times a second
 constexpr double kShortestPlayed = 0.01;
 constexpr double kCursorFromEnd = 0.02; // a cursor nearer to the end starts from the front
 constexpr double kSlowestSpeed = 0.25;  // what the engine can render
@@ -83,11 +81,11 @@ QCoro::Task<> EditorModel::playWithEffects(double from, Ticket ticket)
     ScratchFile file;
     std::shared_ptr<AudioPlayer> player;
     try {
-        file = ScratchFile(co_await m_work.render(m_path, start, m_end, effects, progress));
+        file = co_await m_flows.until(m_work.render(m_path, start, m_end, effects, progress));
         if (ticket.isCurrent())
-            player = co_await m_work.open(file.path());
-    } catch (const Cancelled&) {
+            player = co_await m_flows.until(m_work.open(file.path()));
     } catch (const std::exception&) {
+        // What can't be rendered can't be heard: it is said below.
     }
     if (!ticket.isCurrent())
         co_return;
@@ -114,18 +112,7 @@ void EditorModel::beginTicking()
 {
     m_isPlaying = true;
     Q_EMIT playbackChanged();
-    tickLater(m_ticks.begin());
-}
-
-void EditorModel::tickLater(Ticket ticket)
-{
-    m_clock.after(kTick, [this, ticket] {
-        if (!ticket.isCurrent())
-            return;
-        tick();
-        if (ticket.isCurrent())
-            tickLater(ticket);
-    });
+    m_ticker.start();
 }
 
 void EditorModel::tick()
@@ -151,7 +138,7 @@ void EditorModel::tick()
 void EditorModel::stop()
 {
     m_renders.cancel();
-    m_ticks.cancel();
+    m_ticker.stop();
     if (m_rendering)
         m_rendering->cancel();
     m_rendering.reset();

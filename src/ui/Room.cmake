@@ -1,4 +1,4 @@
-file(GLOB qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_LIST_DIR}/qml/*.qml")
+file(GLOB_RECURSE qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_LIST_DIR}/*.qml")
 foreach(file IN LISTS qml_files)
   get_filename_component(name "${file}" NAME)
   set_source_files_properties("${file}" PROPERTIES QT_RESOURCE_ALIAS "${name}")
@@ -17,12 +17,13 @@ get_target_property(sources ${room} SOURCES)
 list(FILTER sources INCLUDE REGEX "(qmlcache|qmltyperegistrations)")
 set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w" SKIP_PRECOMPILE_HEADERS ON)
 # The registrations include our headers by name alone.
-set_source_files_properties(${sources} PROPERTIES INCLUDE_DIRECTORIES "${CMAKE_CURRENT_LIST_DIR}")
+file(GLOB folders LIST_DIRECTORIES true "${CMAKE_CURRENT_LIST_DIR}/*")
+set_source_files_properties(${sources} PROPERTIES INCLUDE_DIRECTORIES "${folders}")
 
 # A lint warning fails the build as a compiler's does.
 set(lint_stamp "${CMAKE_CURRENT_BINARY_DIR}/qmllint.stamp")
 add_custom_command(OUTPUT "${lint_stamp}" WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" VERBATIM
   COMMAND Qt6::qmllint -I "${CMAKE_BINARY_DIR}/qml" ${qml_files}
   COMMAND ${CMAKE_COMMAND} -E touch "${lint_stamp}"
-  DEPENDS ${qml_files} "${CMAKE_CURRENT_LIST_DIR}/qml/.qmllint.ini" "${CMAKE_BINARY_DIR}/qml/Tonequill/${room}.qmltypes")
+  DEPENDS ${qml_files} "${CMAKE_CURRENT_LIST_DIR}/.qmllint.ini" "${CMAKE_BINARY_DIR}/qml/Tonequill/${room}.qmltypes")
 add_custom_target(${room}_lint ALL DEPENDS "${lint_stamp}")

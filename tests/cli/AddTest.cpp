@@ -1,5 +1,5 @@
 #include "cli/Cli.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Wav.h"

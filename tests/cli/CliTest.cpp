@@ -1,6 +1,6 @@
 #include "cli/Cli.h"
-#include "platform/HandOver.h"
-#include "platform/LibraryLock.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 

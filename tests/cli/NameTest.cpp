@@ -1,8 +1,8 @@
 #include "base/Uuid.h"
 #include "cli/Cli.h"
 #include "fakes/FakeModelServer.h"
-#include "platform/HandOver.h"
-#include "platform/LibraryLock.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
 

@@ -1,5 +1,5 @@
 #include "cli/Cli.h"
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
 

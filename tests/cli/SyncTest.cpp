@@ -1,5 +1,5 @@
 #include "cli/Cli.h"
-#include "platform/LibraryLock.h"
+#include "platform/process/LibraryLock.h"
 #include "support/Wav.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "editor/EditorModel.h"
 
 #include "editor/EditorFixture.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <QSignalSpy>
 

@@ -1,5 +1,5 @@
 #include "editor/EditorFixture.h"
-#include "platform/AudioFile.h"
+#include "platform/media/AudioFile.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -138,7 +138,7 @@ protected:
     {
         QFile file(folder.filePath(u"render.wav"_s));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        work.renders.back().answer(file.fileName());
+        work.renders.back().answer(ScratchFile(file.fileName()));
         settle();
         return file.fileName();
     }

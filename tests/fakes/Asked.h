@@ -38,7 +38,7 @@ private:
     static QCoro::Task<Answer> wait(QFuture<void> done, std::shared_ptr<std::optional<Answer>> answer)
     {
         co_await done;
-        co_return answer->value_or(Answer());
+        co_return answer->has_value() ? std::move(**answer) : Answer();
     }
 
     std::shared_ptr<QPromise<void>> m_done = std::make_shared<QPromise<void>>();

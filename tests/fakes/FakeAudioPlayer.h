@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AudioPlayer.h"
+#include "platform/playback/AudioPlayer.h"
 
 namespace tonequill::test {
 

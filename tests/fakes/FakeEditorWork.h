@@ -18,9 +18,15 @@ public:
         double end = 0;
         bool operator==(const Range&) const = default;
     };
+    struct Labelling {
+        std::vector<CutCandidate> candidates;
+        ProgressPtr progress;
+    };
     struct Hearing {
         Range range;
         int top = 0;
+        Lane lane = Lane::behind;
+        ProgressPtr progress;
     };
     struct Render {
         Range range;
@@ -45,24 +51,24 @@ public:
     }
 
     std::deque<Asked<Analysis, AudioAnalysis>> analyses;
-    std::deque<Asked<std::vector<CutCandidate>, std::vector<CutCandidate>>> labellings;
+    std::deque<Asked<Labelling, std::vector<CutCandidate>>> labellings;
     std::deque<Asked<Hearing, std::vector<HeardLabel>>> hearings;
-    std::deque<Asked<Render, QString>> renders;
+    std::deque<Asked<Render, ScratchFile>> renders;
     std::deque<Asked<QString, std::shared_ptr<AudioPlayer>>> openings;
 
     QCoro::Task<AudioAnalysis> analyze(QString path, ProgressPtr progress) override
     {
         return analyses.emplace_back(Analysis{path, progress}).task();
     }
-    QCoro::Task<std::vector<CutCandidate>> label(std::vector<CutCandidate> candidates, QString) override
+    QCoro::Task<std::vector<CutCandidate>> label(std::vector<CutCandidate> candidates, QString, ProgressPtr progress) override
     {
-        return labellings.emplace_back(std::move(candidates)).task();
+        return labellings.emplace_back(Labelling{std::move(candidates), progress}).task();
     }
-    QCoro::Task<std::vector<HeardLabel>> classify(QString path, double start, double end, int top) override
+    QCoro::Task<std::vector<HeardLabel>> classify(Question question, Lane lane, ProgressPtr progress) override
     {
-        return hearings.emplace_back(Hearing{{path, start, end}, top}).task();
+        return hearings.emplace_back(Hearing{{question.path, question.start, question.end}, question.top, lane, progress}).task();
     }
-    QCoro::Task<QString> render(QString path, double start, double end, EffectSettings effects, ProgressPtr progress) override
+    QCoro::Task<ScratchFile> render(QString path, double start, double end, EffectSettings effects, ProgressPtr progress) override
     {
         return renders.emplace_back(Render{{path, start, end}, effects, progress}).task();
     }

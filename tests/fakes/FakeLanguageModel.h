@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fakes/Asked.h"
-#include "platform/LanguageModel.h"
+#include "platform/network/LanguageModel.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/OtherApps.h"
+#include "platform/desktop/OtherApps.h"
 
 #include <QStringList>
 

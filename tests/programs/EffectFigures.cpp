@@ -2,10 +2,10 @@
 // the figures of docs/effects.md and writes into FOLDER what its pictures are
 // drawn from.
 
-#include "audio/FeedbackDelay.h"
-#include "audio/HallReverb.h"
-#include "audio/TimePitch.h"
-#include "platform/AudioFileWriter.h"
+#include "audio/effects/FeedbackDelay.h"
+#include "audio/effects/HallReverb.h"
+#include "audio/effects/TimePitch.h"
+#include "platform/media/AudioFileWriter.h"
 #include "support/Acoustics.h"
 #include "support/Clicks.h"
 

@@ -7,7 +7,7 @@
 
 #include "base/Background.h"
 #include "base/Uuid.h"
-#include "library/LibraryStore.h"
+#include "library/store/LibraryStore.h"
 
 #include <QCoreApplication>
 
@@ -73,7 +73,8 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     SystemClock clock;
-    LibraryStore store(clock, application.arguments().value(1));
+    Workers workers;
+    LibraryStore store(clock, workers, application.arguments().value(1));
     store.sweepUnfinished();
     QMetaObject::invokeMethod(
         &application, [&] { startFlow(run(store, application.arguments())); }, Qt::QueuedConnection);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Background.h"
+
 #include <QCoroTask>
 
 #include <QEventLoop>
@@ -48,6 +50,15 @@ T await(QCoro::Task<T>&& task)
         std::rethrow_exception(outcome->error);
     if constexpr (!std::is_void_v<T>)
         return std::move(*outcome->value);
+}
+
+// Runs `work` on another thread, while this one serves events.
+template <typename Work>
+auto awaitElsewhere(const Work& work)
+{
+    Workers workers;
+    FlowGroup flows;
+    return await(background(flows, workers.shown(), work));
 }
 
 } // namespace tonequill::test

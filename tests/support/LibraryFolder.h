@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/LibraryIndex.h"
+#include "library/store/LibraryIndex.h"
 #include "support/Wav.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SdlAudioOutput.h"
+#include "platform/playback/SdlAudioOutput.h"
 #include "support/MediaFactory.h"
 #include "support/Signal.h"
 #include "support/Sound.h"

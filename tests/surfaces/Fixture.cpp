@@ -62,13 +62,12 @@ void Fixture::start(int count)
 {
     stop();
     for (const QString& key : {u"autoFolderOn"_s, u"autoFolderName"_s, u"autoFolderBookmark"_s})
-        m_defaults.remove(key);
+        m_machine.defaults.remove(key);
     m_folder = std::make_unique<LibraryFolder>();
     for (int i = 1; i <= count; ++i)
         m_folder->add(u"Sound %1"_s.arg(i)).descriptors = {u"short"_s, u"hit"_s};
     m_folder->write();
-    m_app = std::make_unique<AppModel>(m_defaults, m_clock, m_work, m_apps, m_languageModel,
-                                       std::make_unique<LibraryStore>(m_clock, m_folder->path()));
+    m_app = std::make_unique<AppModel>(m_machine.services(m_work), m_machine.library(m_folder->path()));
     makeModel();
 }
 
@@ -176,16 +175,16 @@ void Fixture::setDark(bool isDark)
 
 QString Fixture::setting(const QString& key) const
 {
-    return Defaults(m_defaults.path()).text(key).value_or(QString());
+    return Defaults(m_machine.defaults.path()).text(key).value_or(QString());
 }
 
 void Fixture::resetSettings()
 {
     for (const QString& key : {u"shortOnlyByDefault"_s, u"hideCreditSounds"_s, u"alsoFinalCut"_s, u"saveFolderPath"_s})
-        m_defaults.remove(key);
+        m_machine.defaults.remove(key);
     m_themes.setThemeID(u"aurora"_s);
     m_themes.setAppearance(Appearance::light);
-    m_apps = FakeOtherApps();
+    m_machine.apps = FakeOtherApps();
 }
 
 void Fixture::deleteFirst()
@@ -195,7 +194,7 @@ void Fixture::deleteFirst()
 
 void Fixture::answerRelated(const QStringList& words)
 {
-    m_languageModel.answer = QJsonObject{{u"meaning"_s, u"something"_s}, {u"tags"_s, QJsonArray::fromStringList(words)}};
+    m_machine.languageModel.answer = QJsonObject{{u"meaning"_s, u"something"_s}, {u"tags"_s, QJsonArray::fromStringList(words)}};
 }
 
 void Fixture::chooseAutoFolder(const QString& name)

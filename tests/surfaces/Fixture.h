@@ -1,14 +1,11 @@
 #pragma once
 
 #include "fakes/FakeAudioOutput.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
 #include "ui/OpenSound.h"
-#include "ui/ThemeStore.h"
-#include "ui/WindowModel.h"
-#include "understanding/SoundClassifier.h"
+#include "ui/kit/ThemeStore.h"
+#include "ui/window/WindowModel.h"
+#include "understanding/listening/SoundClassifier.h"
 
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -60,7 +57,7 @@ public:
     Q_INVOKABLE QString selected() const;
     Q_INVOKABLE QString open() const;
     Q_INVOKABLE void say(const QString& text, bool isError);
-    Q_INVOKABLE void advance(int milliseconds) { m_clock.advance(std::chrono::milliseconds(milliseconds)); }
+    Q_INVOKABLE void advance(int milliseconds) { m_machine.clock.advance(std::chrono::milliseconds(milliseconds)); }
     Q_INVOKABLE void setDark(bool isDark);
     // The Auto Folder gets a folder of that name, and a run of it fails.
     Q_INVOKABLE void chooseAutoFolder(const QString& name);
@@ -70,8 +67,8 @@ public:
     // A setting as it is stored, as text; and all of them as on a first start, but light.
     Q_INVOKABLE QString setting(const QString& key) const;
     Q_INVOKABLE void resetSettings();
-    Q_INVOKABLE void setFinalCut(bool isThere) { m_apps.isThere = isThere; }
-    Q_INVOKABLE QStringList shownFolders() const { return m_apps.shownFolders; }
+    Q_INVOKABLE void setFinalCut(bool isThere) { m_machine.apps.isThere = isThere; }
+    Q_INVOKABLE QStringList shownFolders() const { return m_machine.apps.shownFolders; }
     Q_INVOKABLE void deleteFirst();
     // The path of a sound, or of a text file that is none.
     Q_INVOKABLE QString sound(const QString& name) const;
@@ -97,15 +94,11 @@ Q_SIGNALS:
 private:
     void makeModel();
 
-    FakeClock m_clock;
+    Machine m_machine;
     FakeAudioOutput m_output;
-    FakeOtherApps m_apps;
-    FakeLanguageModel m_languageModel;
     SoundClassifier m_classifier;
-    BackgroundEditorWork m_work{m_classifier, m_output};
-    QTemporaryDir m_settings;
-    Defaults m_defaults{m_settings.filePath(QStringLiteral("tonequill.ini"))};
-    ThemeStore m_themes{m_defaults};
+    BackgroundEditorWork m_work{m_classifier, m_output, m_machine.workers};
+    ThemeStore m_themes{m_machine.defaults};
     std::unique_ptr<LibraryFolder> m_folder;
     std::unique_ptr<OpenSound> m_openSound;
     std::shared_ptr<FakeAudioPlayer> m_player;

@@ -1,6 +1,6 @@
 #include "support/OwnFolders.h"
 #include "surfaces/Fixture.h"
-#include "ui/MainWindow.h"
+#include "ui/window/MainWindow.h"
 
 #include <QApplication>
 #include <QQuickWindow>

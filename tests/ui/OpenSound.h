@@ -1,19 +1,15 @@
 #pragma once
 
-#include "app/AppModel.h"
-#include "fakes/FakeClock.h"
-#include "fakes/FakeEditorWork.h"
-#include "fakes/FakeLanguageModel.h"
-#include "fakes/FakeOtherApps.h"
 #include "support/LibraryFolder.h"
-#include "ui/SoundView.h"
+#include "support/Program.h"
+#include "ui/editor/SoundView.h"
 
 #include <QTest>
 
 namespace tonequill::test {
 
 // A program whose one sound is open, with background work that is turned by hand.
-class OpenSound {
+class OpenSound : public Machine {
 public:
     OpenSound()
     {
@@ -22,8 +18,7 @@ public:
         item.tags = {QStringLiteral("door"), QStringLiteral("slam")};
         item.descriptors = {QStringLiteral("medium"), QStringLiteral("door")};
         folder.write();
-        app = std::make_unique<AppModel>(defaults, clock, work, apps, languageModel,
-                                         std::make_unique<LibraryStore>(clock, folder.path()));
+        app = program(folder.path());
         view = std::make_unique<SoundView>(*app);
         app->setSelection(app->library().items().first().id);
     }
@@ -70,11 +65,6 @@ public:
     const SoundItem& item() { return app->library().items().first(); }
 
     LibraryFolder folder;
-    FakeClock clock;
-    FakeEditorWork work;
-    FakeOtherApps apps;
-    FakeLanguageModel languageModel;
-    Defaults defaults{folder.filePath(QStringLiteral("tonequill.ini"))};
     std::unique_ptr<AppModel> app;
     std::unique_ptr<SoundView> view;
 };

@@ -1,0 +1,23 @@
+#include "library/records/FileNames.h"
+
+#include "base/Text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill::FileNames {
+
+QString safe(const QString& name)
+{
+    QString result = name;
+    for (QChar& character : result) {
+        if (u"/:\\?*\"<>|"_s.contains(character))
+            character = u'-';
+    }
+    result = text::trimmed(result);
+    if (result.isEmpty())
+        return u"Sound"_s;
+    constexpr qsizetype kLongest = 80; // characters
+    return text::firstCharacters(result, kLongest);
+}
+
+} // namespace tonequill::FileNames

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "base/FlowGroup.h"
+#include "base/Workers.h"
+#include "library/records/ImportError.h"
+#include "library/records/SoundItem.h"
+#include "library/search/LibrarySearch.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+
+namespace tonequill {
+
+// The library on the disk: a folder of audio files and the index that lists
+// them. Every change rewrites the index at once and durably; a library that
+// cannot be written stays usable in memory.
+//
+// One thread. Only reading and analysing a file that comes in leaves it. What is
+// borrowed outlives it.
+class LibraryStore : public QObject {
+    Q_OBJECT
+
+public:
+    static QString defaultFolder();
+
+    // Creates the folder where it is missing and reads its index. An index that
+    // cannot be read gives an empty library, and records whose file is gone are
+    // left out. Nothing is written here.
+    LibraryStore(Clock& clock, Workers& workers, const QString& folder = defaultFolder());
+    // Ends the imports that are on their way. Nothing is brought in from then on.
+    void close() { m_flows.end(); }
+
+    // Newest first.
+    const QList<SoundItem>& items() const { return m_items; }
+    const QString& folder() const { return m_folder; }
+    // The sound's file.
+    QString path(const SoundItem& item) const;
+    const SoundItem* find(const QUuid& id) const;
+    bool contains(const QString& sourceID) const;
+
+    // The sounds that a query means, best first (LibrarySearch).
+    QList<SoundItem> search(const QString& query) const { return m_search.search(m_items, query); }
+    // The sounds that contain one of the words in their name or a tag, newest first.
+    QList<SoundItem> containing(const QStringList& words) const { return m_search.containing(m_items, words); }
+
+    // Copies a sound, or extracts the sound of a video, into the library,
+    // analyses it, and puts its record in front. Throws ImportError, what the
+    // copy or extraction throws (FileError, AudioFileError), or Cancelled; the
+    // library is then as it was.
+    QCoro::Task<SoundItem> importFile(QString source, SoundOrigin origin, QStringList tags = {},
+                                      std::optional<SoundInfo> info = {}, ProgressPtr progress = {});
+
+    // The same for a sound that exists only in memory.
+    QCoro::Task<SoundItem> importData(QByteArray data, QString name, QString fileExtension, SoundOrigin origin,
+                                      QStringList tags = {});
+
+    // Changes the stored record of that id, saves, and returns it as it now is.
+    // A record that isn't there any more is returned as given.
+    SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
+    SoundItem rename(const SoundItem& item, const QString& name, std::optional<bool> nameIsAuto = {});
+
+    // Removes the files and every record of their ids, and saves once.
+    void deleteItems(const QList<SoundItem>& items);
+
+    // Removes what a killed program left behind: half-written indexes and the
+    // files of imports that never reached the index. Files that it doesn't know
+    // stay. REQUIRES: no other program writes to the folder.
+    void sweepUnfinished();
+
+    // False if the last change could not be written.
+    bool isSaved() const { return m_isSaved; }
+
+Q_SIGNALS:
+    void itemInserted(int index);
+    void itemChanged(int index);
+    void itemRemoved(int index);
+
+private:
+    void load();
+    void save();
+    qsizetype indexOf(const QUuid& id) const;
+
+    Clock& m_clock;
+    Workers& m_workers;
+    QString m_folder;
+    QList<SoundItem> m_items;
+    QList<QByteArray> m_encoded;      // each record's bytes in the index; empty until they are needed
+    mutable LibrarySearch m_search;   // with a cache of its own
+    QStringList m_unconfirmedImports; // file names whose index isn't on the disk yet
+    bool m_indexWasReadable = true;
+    bool m_isSaved = true;
+    FlowGroup m_flows; // last
+};
+
+} // namespace tonequill

@@ -1,0 +1,183 @@
+#include "platform/media/ffmpeg/Mp3Table.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <span>
+#include <string_view>
+
+namespace tonequill {
+
+namespace {
+
+constexpr qint64 kBlockBytes = 256 * 1024;
+constexpr int kHeaderBytes = 4;
+
+// Every decoder adds this many frames of its own to the encoder's delay.
+constexpr qint64 kDecoderDelay = 528 + 1;
+
+// A header of MPEG 1, 2 or 2.5, layer III (ISO/IEC 11172-3, 2.4.1.3).
+struct Header {
+    int bytes = 0;     // of the whole frame
+    int frames = 0;    // of sound in it
+    quint32 fixed = 0; // the bits that are the same in all frames of a file
+};
+
+std::optional<Header> parseHeader(quint32 word)
+{
+    constexpr quint32 kSync = 0xFFE00000;
+    constexpr quint32 kVersionLayerRate = 0xFFFE0C00;
+    constexpr std::array<int, 14> kKilobits1 = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
+    constexpr std::array<int, 14> kKilobits2 = {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
+    constexpr std::array<int, 3> kRates = {44'100, 48'000, 32'000};
+    const quint32 version = word >> 19 & 3; // 0 is 2.5, 2 is 2, 3 is 1
+    const quint32 layer = word >> 17 & 3;   // 1 is III
+    const quint32 bitRate = word >> 12 & 15;
+    const quint32 rate = word >> 10 & 3;
+    if ((word & kSync) != kSync || version == 1 || layer != 1 || bitRate == 0 || bitRate == 15 || rate == 3)
+        return std::nullopt;
+    const int kilobits = (version == 3 ? kKilobits1 : kKilobits2)[bitRate - 1];
+    const int hertz = kRates[rate] >> (version == 3 ? 0 : version == 2 ? 1 : 2);
+    const int frames = version == 3 ? 1152 : 576;
+    const int padding = static_cast<int>(word >> 9 & 1);
+    const bool isMono = (word >> 6 & 3) == 3;
+    return Header{frames / 8 * kilobits * 1000 / hertz + padding, frames, (word & kVersionLayerRate) | (isMono ? 1U : 0U)};
+}
+
+// Reads a file front to back, a few bytes at a time.
+class Window {
+public:
+    explicit Window(const RegularFile& file) : m_file(file) {}
+
+    // The bytes at `offset`; fewer than asked for at the end of the file.
+    std::span<const uint8_t> at(qint64 offset, qint64 bytes)
+    {
+        if (offset < m_offset || offset + bytes > m_offset + static_cast<qint64>(m_block.size())) {
+            m_block.resize(kBlockBytes);
+            m_offset = offset;
+            m_block.resize(static_cast<std::size_t>(std::max<qint64>(0, m_file.read(m_block.data(), kBlockBytes, offset))));
+        }
+        const auto rest = std::span<const uint8_t>(m_block).subspan(static_cast<std::size_t>(offset - m_offset));
+        return rest.first(std::min(rest.size(), static_cast<std::size_t>(bytes)));
+    }
+
+private:
+    const RegularFile& m_file;
+    qint64 m_offset = 0;
+    std::vector<uint8_t> m_block;
+};
+
+bool startsWith(std::span<const uint8_t> bytes, std::string_view text)
+{
+    return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;
+}
+
+// What may stand behind the last frame: tags, filling, or a frame that was cut off.
+bool isUsualEnd(Window& window, qint64 offset, qint64 fileBytes)
+{
+    constexpr qint64 kLook = 4096;
+    const auto rest = window.at(offset, kLook);
+    if (rest.empty() || startsWith(rest, "TAG") || startsWith(rest, "APETAGEX") || startsWith(rest, "LYRICSBEGIN") ||
+        startsWith(rest, "ID3"))
+        return true;
+    if (fileBytes - offset > kLook)
+        return false;
+    if (std::all_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte == 0; }))
+        return true;
+    if (rest.size() < kHeaderBytes)
+        return true;
+    const std::optional<Header> header = parseHeader(qFromBigEndian<quint32>(rest.data()));
+    return header && header->bytes > static_cast<int>(rest.size());
+}
+
+struct Gapless {
+    qint64 frameCount = 0; // of MPEG frames, without the one that tells it
+    qint64 delay = 0;
+    qint64 padding = 0;
+};
+
+// The information frame stands right before the first frame of sound. Its tag:
+// "Xing" or "Info", flags, then as flagged the number of frames, of bytes, a
+// table of contents and a quality; then the encoder's name and, 21 bytes after
+// its start, 12 bits each of delay and padding.
+std::optional<Gapless> readGapless(const RegularFile& file, qint64 firstFrame)
+{
+    constexpr qint64 kMaxFrameBytes = 2881;
+    std::array<uint8_t, kMaxFrameBytes> bytes = {};
+    const qint64 from = std::max<qint64>(0, firstFrame - kMaxFrameBytes);
+    const qint64 got = file.read(bytes.data(), firstFrame - from, from);
+    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), static_cast<std::size_t>(std::max<qint64>(got, 0)));
+    const std::size_t tag = std::max(text.rfind("Xing") + 1, text.rfind("Info") + 1); // npos + 1 is 0
+    if (tag == 0)
+        return std::nullopt;
+    std::size_t place = tag - 1 + 4;
+    const auto word = [&](std::size_t at) { return at + 4 <= text.size() ? qFromBigEndian<quint32>(bytes.data() + at) : 0; };
+    const quint32 flags = word(place);
+    place += 4;
+    Gapless gapless;
+    if ((flags & 1) == 0)
+        return std::nullopt;
+    gapless.frameCount = word(place);
+    place += 4 + ((flags & 2) != 0 ? 4U : 0U) + ((flags & 4) != 0 ? 100U : 0U) + ((flags & 8) != 0 ? 4U : 0U);
+    constexpr std::size_t kDelayPlace = 21;
+    if (place + kDelayPlace + 3 > text.size())
+        return std::nullopt;
+    const std::string_view encoder = text.substr(place, 4);
+    if (encoder != "LAME" && encoder != "Lavf" && encoder != "Lavc")
+        return std::nullopt; // others leave these bytes to chance
+    const quint32 both = word(place + kDelayPlace) >> 8;
+    gapless.delay = both >> 12;
+    gapless.padding = both & 0xFFF;
+    return gapless;
+}
+
+void trim(PacketTable& table, const Gapless& gapless)
+{
+    qint64 skip = gapless.delay + kDecoderDelay;
+    qint64 start = 0;
+    for (PacketTable::Entry& entry : table.entries) {
+        entry.place.start = start;
+        entry.place.skipStart = static_cast<qint32>(std::min<qint64>(skip, entry.place.frames));
+        skip -= entry.place.skipStart;
+        start = entry.place.end();
+    }
+    // A file that was cut since then does not end with the padding.
+    if (static_cast<qint64>(table.entries.size()) == gapless.frameCount && gapless.padding > kDecoderDelay)
+        table.endAt(std::max<qint64>(0, start - (gapless.padding - kDecoderDelay)));
+}
+
+} // namespace
+
+std::optional<PacketTable> mp3Table(const RegularFile& file, qint64 firstFrame)
+{
+    Window window(file);
+    PacketTable table;
+    qint64 offset = firstFrame;
+    qint64 start = 0;
+    quint32 fixed = 0;
+    while (true) {
+        const auto bytes = window.at(offset, kHeaderBytes);
+        const std::optional<Header> header =
+            bytes.size() == kHeaderBytes ? parseHeader(qFromBigEndian<quint32>(bytes.data())) : std::nullopt;
+        if (!header || offset + header->bytes > file.size())
+            break;
+        if (table.entries.empty()) {
+            fixed = header->fixed;
+            table.entries.reserve(static_cast<std::size_t>((file.size() - offset) / header->bytes) + 1);
+        }
+        if (header->fixed != fixed)
+            return std::nullopt;
+        table.entries.push_back({{start, header->frames, 0, 0}, header->bytes, offset, 0});
+        start += header->frames;
+        offset += header->bytes;
+    }
+    if (table.entries.empty() || !isUsualEnd(window, offset, file.size()))
+        return std::nullopt;
+    if (const std::optional<Gapless> gapless = readGapless(file, firstFrame))
+        trim(table, *gapless);
+    return table;
+}
+
+} // namespace tonequill

@@ -1,0 +1,100 @@
+#include "platform/process/HandOver.h"
+
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QJsonDocument>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill {
+
+namespace {
+
+constexpr qsizetype kLongestMessage = 16 << 20; // bytes; tens of thousands of paths
+constexpr int kPatienceMs = 10000;              // for a client that doesn't finish its message
+
+// One object on one line; none until the line is complete.
+std::optional<QJsonObject> messageFrom(const QByteArray& bytes)
+{
+    const qsizetype end = bytes.indexOf('\n');
+    if (end < 0)
+        return std::nullopt;
+    return QJsonDocument::fromJson(bytes.first(end)).object();
+}
+
+QByteArray lineOf(const QJsonObject& message)
+{
+    return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace
+
+HandOver::HandOver(Handler handler) : m_handler(std::move(handler)), m_server(std::make_unique<QLocalServer>())
+{
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket* socket = m_server->nextPendingConnection())
+            serve(socket);
+    });
+}
+
+HandOver::~HandOver() = default;
+
+std::optional<QString> HandOver::listen(const QString& libraryFolder)
+{
+    // The runtime folder belongs to the user alone; its path is short enough for a socket.
+    const QByteArray hash = QCryptographicHash::hash(libraryFolder.toUtf8(), QCryptographicHash::Sha256).toHex().first(16);
+    const QString address =
+        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + u"/tonequill-"_s + QString::fromLatin1(hash);
+    QLocalServer::removeServer(address); // of a killed owner: the lock says that it is gone
+    if (!m_server->listen(address))
+        return std::nullopt;
+    return m_server->fullServerName();
+}
+
+void HandOver::serve(QLocalSocket* socket)
+{
+    auto received = std::make_shared<QByteArray>();
+    connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    connect(socket, &QLocalSocket::readyRead, socket, [this, socket, received] {
+        *received += socket->readAll();
+        if (received->size() > kLongestMessage)
+            return socket->abort();
+        if (const auto message = messageFrom(*received)) {
+            received->clear();
+            socket->write(lineOf(m_handler(*message)));
+            socket->disconnectFromServer();
+        }
+    });
+    QTimer::singleShot(kPatienceMs, socket, [socket] { socket->abort(); });
+}
+
+std::optional<QJsonObject> HandOver::send(const QString& address, const QJsonObject& message, int timeoutMs)
+{
+    const QDeadlineTimer deadline(timeoutMs);
+    const auto left = [&deadline] { return int(deadline.remainingTime()); };
+    QLocalSocket socket;
+    socket.connectToServer(address);
+    if (!socket.waitForConnected(left()))
+        return std::nullopt;
+    socket.write(lineOf(message));
+    QByteArray received;
+    while (!deadline.hasExpired()) {
+        if (const auto answer = messageFrom(received))
+            return answer;
+        if (socket.bytesToWrite() > 0)
+            socket.waitForBytesWritten(left());
+        else if (!socket.waitForReadyRead(left()))
+            break;
+        received += socket.readAll();
+        if (received.size() > kLongestMessage)
+            break;
+    }
+    return messageFrom(received);
+}
+
+} // namespace tonequill

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class QLocalServer;
+class QLocalSocket;
+
+namespace tonequill {
+
+// How a second program gives its work to the one that owns the library: one
+// JSON object over a local socket, answered by one. Only the same user can
+// connect.
+//
+// The messages: {"add": [absolute paths]} imports files (none: the window just
+// comes to the front), {"delete": [ids]} deletes sounds, {"name": [ids]} gives
+// them smart names.
+class HandOver : public QObject {
+    Q_OBJECT
+
+public:
+    // What the owner does with a message, and what it answers.
+    using Handler = std::function<QJsonObject(const QJsonObject& message)>;
+
+    explicit HandOver(Handler handler);
+    ~HandOver() override;
+
+    // The address for LibraryLock::publish; none if it could not listen.
+    std::optional<QString> listen(const QString& libraryFolder);
+
+    // Sends a message to an owner and waits for its answer, at most `timeoutMs`.
+    // None if nobody answers. Blocks; no event loop is needed.
+    static std::optional<QJsonObject> send(const QString& address, const QJsonObject& message, int timeoutMs);
+
+private:
+    void serve(QLocalSocket* socket);
+
+    Handler m_handler;
+    std::unique_ptr<QLocalServer> m_server;
+};
+
+} // namespace tonequill

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/files/FileDescriptor.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace tonequill {
+
+// Says which one program writes to a library. The lock is a file beside the
+// library folder, held by the kernel for as long as the program lives, so that a
+// killed program leaves no lock behind.
+class LibraryLock {
+public:
+    explicit LibraryLock(const QString& libraryFolder);
+    ~LibraryLock();
+    LibraryLock(const LibraryLock&) = delete;
+    LibraryLock& operator=(const LibraryLock&) = delete;
+
+    // True if this program is the owner now. Where no lock file can be made (a
+    // read-only disk), there is nobody to be in the way of, and it is true as well.
+    bool acquire();
+
+    // Tells other programs under which name the owner listens (HandOver).
+    // REQUIRES: acquire() was true.
+    void publish(const QString& address);
+
+    // Where the present owner listens; none while it doesn't.
+    std::optional<QString> ownerAddress() const;
+
+private:
+    QString m_path;
+    FileDescriptor m_file; // open while this program is the owner
+};
+
+} // namespace tonequill

@@ -1,0 +1,233 @@
+#include "ui/library/LibraryListModel.h"
+
+#include "base/Background.h"
+#include "base/TimeText.h"
+#include "library/records/License.h"
+
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace tonequill {
+
+namespace {
+
+// Tags that every other sound has, and so tell nothing in a row.
+const QSet<QString>& plainTags()
+{
+    static const QSet<QString> tags{u"free"_s, u"pack"_s, u"cc0"_s, u"ai"_s, u"sfx"_s, u"music"_s};
+    return tags;
+}
+
+constexpr int kProgressMs = 250; // a percentage that changes faster can't be read
+
+} // namespace
+
+QString LibraryRow::subtitle(const SoundItem& item)
+{
+    QStringList telling;
+    for (const QString& tag : item.tags) {
+        if (!plainTags().contains(tag) && telling.size() < 2)
+            telling << tag;
+    }
+    const QString duration = TimeText::roughDuration(item.duration);
+    return telling.isEmpty() ? duration : duration + u" · "_s + telling.join(u", "_s);
+}
+
+QString LibraryRow::step(double fraction, bool isFirst)
+{
+    if (fraction <= 0)
+        return isFirst ? u"Adding…"_s : u"Waiting…"_s;
+    return u"Adding… %1 %"_s.arg(int(fraction * 100));
+}
+
+LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_session(app.librarySession()), m_incoming(app.incoming())
+{
+    follow();
+    connect(&app, &AppModel::incomingChanged, this, &LibraryListModel::takeIncoming);
+    connect(&app.selection(), &Selection::multiChanged, this, [this] {
+        if (!m_session.sounds().isEmpty())
+            Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
+    });
+    connect(&app, &AppModel::beingNamedChanged, this, [this](const QUuid& id) {
+        tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
+    });
+    m_progressTimer.setInterval(kProgressMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
+}
+
+void LibraryListModel::follow()
+{
+    connect(&m_session, &LibrarySession::aboutToRemove, this,
+            [this](int first, int count) { beginRemoveRows({}, incomingCount() + first, incomingCount() + first + count - 1); });
+    connect(&m_session, &LibrarySession::removed, this, [this] { endRemoveRows(); });
+    connect(&m_session, &LibrarySession::aboutToInsert, this,
+            [this](int first, int count) { beginInsertRows({}, incomingCount() + first, incomingCount() + first + count - 1); });
+    connect(&m_session, &LibrarySession::inserted, this, [this] { endInsertRows(); });
+    connect(&m_session, &LibrarySession::recordChanged, this, [this](int index) { tellChanged(index); });
+    connect(&m_session, &LibrarySession::soundsChanged, this, &LibraryListModel::countChanged);
+    connect(&m_session, &LibrarySession::currentChanged, this, &LibraryListModel::currentRowChanged);
+    connect(&m_session, &LibrarySession::queryChanged, this, &LibraryListModel::queryChanged);
+}
+
+void LibraryListModel::tellChanged(int index, const QList<int>& roles)
+{
+    if (index < 0)
+        return;
+    const QModelIndex row = this->index(incomingCount() + index);
+    Q_EMIT dataChanged(row, row, roles);
+}
+
+int LibraryListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : incomingCount() + int(m_session.sounds().size());
+}
+
+QHash<int, QByteArray> LibraryListModel::roleNames() const
+{
+    return {{NameRole, "name"},
+            {SubtitleRole, "subtitle"},
+            {LevelsRole, "levels"},
+            {IsIncomingRole, "isIncoming"},
+            {IsSelectedRole, "selected"},
+            {CreditRole, "credit"},
+            {IsBeingNamedRole, "isBeingNamed"}};
+}
+
+QVariant LibraryListModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    if (index.row() < incomingCount())
+        return incomingData(index.row(), role);
+    const SoundItem& sound = m_session.sounds()[indexOf(index.row())];
+    switch (role) {
+    case NameRole:
+        return sound.name;
+    case SubtitleRole:
+        return m_app.isBeingNamed(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
+    case LevelsRole:
+        return QVariant::fromValue(
+            Levels{sound.thumbnail ? QList<float>(sound.thumbnail->begin(), sound.thumbnail->end()) : QList<float>()});
+    case IsIncomingRole:
+        return false;
+    case IsSelectedRole:
+        return m_app.selection().multi().contains(sound.id);
+    case CreditRole:
+        return License::needsCredit(sound.license) ? sound.creditLine() : QString();
+    case IsBeingNamedRole:
+        return m_app.isBeingNamed(sound.id);
+    default:
+        return {};
+    }
+}
+
+QVariant LibraryListModel::incomingData(qsizetype row, int role) const
+{
+    const IncomingFile& file = m_incoming[row];
+    switch (role) {
+    case NameRole:
+        return file.name;
+    case SubtitleRole:
+        return LibraryRow::step(file.progress->fraction(), row == 0);
+    case LevelsRole:
+        return QVariant::fromValue(Levels());
+    case IsIncomingRole:
+        return true;
+    case IsSelectedRole:
+    case IsBeingNamedRole:
+        return false;
+    case CreditRole:
+        return QString();
+    default:
+        return {};
+    }
+}
+
+QString LibraryListModel::relatedHeading() const
+{
+    if (!m_session.isRelated())
+        return {};
+    return u"Related to “%1”: %2"_s.arg(query(), m_session.relatedWords().join(u", "_s));
+}
+
+QString LibraryListModel::nothingFound() const
+{
+    return query().isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(query());
+}
+
+void LibraryListModel::takeIncoming()
+{
+    const QList<IncomingFile>& now = m_app.incoming();
+    const auto isIn = [](const QList<IncomingFile>& files, const QUuid& id) {
+        return std::any_of(files.begin(), files.end(), [&id](const IncomingFile& file) { return file.id == id; });
+    };
+    for (qsizetype row = m_incoming.size() - 1; row >= 0; --row) {
+        if (isIn(now, m_incoming[row].id))
+            continue;
+        beginRemoveRows({}, int(row), int(row));
+        m_incoming.removeAt(row);
+        endRemoveRows();
+    }
+    // New ones are always appended.
+    if (now.size() > m_incoming.size()) {
+        beginInsertRows({}, incomingCount(), int(now.size()) - 1);
+        m_incoming = now;
+        endInsertRows();
+    }
+    if (!m_incoming.isEmpty())
+        lookAtProgress();
+    m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
+    Q_EMIT countChanged();
+    Q_EMIT currentRowChanged();
+}
+
+void LibraryListModel::lookAtProgress()
+{
+    Q_EMIT dataChanged(index(0), index(incomingCount() - 1), {SubtitleRole});
+}
+
+int LibraryListModel::currentRow() const
+{
+    const int index = m_session.current();
+    return index < 0 ? -1 : incomingCount() + index;
+}
+
+void LibraryListModel::click(int row, int modifiers)
+{
+    m_session.click(indexOf(row), Qt::KeyboardModifiers(modifiers));
+}
+
+void LibraryListModel::moveTo(int row, int modifiers)
+{
+    m_session.moveTo(indexOf(row), Qt::KeyboardModifiers(modifiers));
+}
+
+void LibraryListModel::deleteSelected()
+{
+    m_app.deleteItems(m_session.selected());
+}
+
+QString LibraryListModel::deleteLabel(int row) const
+{
+    const qsizetype count = meantBy(row).size();
+    return count > 1 ? u"Delete %1 Sounds"_s.arg(count) : u"Delete"_s;
+}
+
+QString LibraryListModel::smartNameLabel(int row) const
+{
+    return meantBy(row).size() > 1 ? u"Smart Names"_s : u"Smart Name"_s;
+}
+
+void LibraryListModel::smartNameFrom(int row)
+{
+    if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
+        startFlow(m_app.smartRename(meant));
+}
+
+void LibraryListModel::deleteFrom(int row)
+{
+    m_app.deleteItems(meantBy(row));
+}
+
+} // namespace tonequill

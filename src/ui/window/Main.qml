@@ -1,0 +1,145 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tonequill
+import QtQml.Models
+
+// The window: the toolbar on the bare ground, the section below, the notice over all.
+Window {
+    id: window
+
+    required property WindowModel model
+    readonly property bool isNarrow: width < Metrics.narrowBelow
+    property bool showsSettings: false
+
+    title: "Tonequill"
+    width: Metrics.windowWidth
+    height: Metrics.windowHeight
+    minimumWidth: Metrics.windowMinWidth
+    minimumHeight: Metrics.windowMinHeight
+    visible: true
+    color: Theme.isDark ? "black" : "white"
+
+    Shortcut {
+        sequence: "Ctrl+1"
+        onActivated: window.model.section = WindowModel.Library
+    }
+    Shortcut {
+        sequence: "Ctrl+2"
+        onActivated: window.model.section = WindowModel.Discover
+    }
+    Shortcut {
+        sequence: "Ctrl+3"
+        onActivated: window.model.section = WindowModel.Studio
+    }
+    Shortcut {
+        sequence: "Ctrl+4"
+        onActivated: window.model.section = WindowModel.Create
+    }
+    Shortcut {
+        sequence: "Ctrl+F"
+        enabled: !window.showsSettings && window.model.section === WindowModel.Library
+        onActivated: toolbar.search()
+    }
+    Shortcut {
+        sequence: "Ctrl+O"
+        onActivated: window.model.files.choose()
+    }
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: window.showsSettings = true
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut // a sheet that is open keeps the others off
+        onActivated: Qt.quit()
+    }
+
+    WindowBackground {
+        anchors.fill: parent
+    }
+    Toolbar {
+        id: toolbar
+        width: parent.width
+        model: window.model
+        isNarrow: window.isNarrow
+        onSettingsWanted: window.showsSettings = true
+    }
+    FocusScope {
+        anchors.top: toolbar.bottom
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.margins: Metrics.windowGap
+        anchors.topMargin: 0
+        focus: true
+
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Library
+
+            LibrarySection {
+                id: librarySection
+                anchors.fill: parent
+                focus: true
+                model: window.model
+                isNarrow: window.isNarrow
+
+                Connections {
+                    target: toolbar
+                    function onResultsWanted() {
+                        librarySection.enterList();
+                    }
+                    function onSearchLeft() {
+                        librarySection.takeFocus();
+                    }
+                }
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Discover
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "discover"
+                title: "Discover"
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Studio
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "studio"
+                title: "Studio"
+            }
+        }
+        OnDemand {
+            isWanted: window.model.section === WindowModel.Create
+
+            QuietSection {
+                anchors.fill: parent
+                iconName: "create"
+                title: "Create with AI"
+            }
+        }
+    }
+    WindowNotice {
+        objectName: "noticeLine"
+        model: window.model
+        isWanted: !window.showsSettings // the sheet has its own
+    }
+    Instantiator {
+        active: window.showsSettings
+
+        delegate: SettingsSheet {
+            parent: window.contentItem
+            settings: window.model.settings
+            Component.onCompleted: open()
+            onClosed: window.showsSettings = false
+
+            WindowNotice {
+                objectName: "sheetNotice"
+                model: window.model
+            }
+        }
+    }
+}

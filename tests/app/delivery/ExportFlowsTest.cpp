@@ -1,0 +1,406 @@
+#include "platform/media/AudioFile.h"
+#include "support/Await.h"
+#include "support/Environment.h"
+#include "support/Printing.h"
+#include "support/Program.h"
+#include "support/Wav.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// No file of this process grows beyond that for as long as this lives: a disk
+// that is full.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before = {};
+};
+
+class ExportFlowsTest : public testing::Test, public test::Machine {
+protected:
+    ExportFlowsTest()
+    {
+        QDir().mkpath(saved());
+        model.setSaveFolderPath(saved());
+        apps.isThere = false;
+    }
+
+    QString saved() const { return folder.filePath(u"Sounds"_s); }
+    QStringList savedFiles() const { return QDir(saved()).entryList(QDir::Files | QDir::Hidden, QDir::Name); }
+    static QStringList temporaryFiles() { return QDir(QDir::tempPath()).entryList({u"*.wav"_s}, QDir::Files); }
+    QStringList names() const
+    {
+        QStringList names;
+        for (const SoundItem& item : model.library().items())
+            names << item.name;
+        return names;
+    }
+
+    // A raw import of three seconds, open in the editor.
+    SoundItem open(const QString& name = u"Door"_s)
+    {
+        test::await(model.importURLs({test::writeTone(folder.filePath(name + u".wav"_s), 3)}));
+        return *model.selectedItem();
+    }
+    // Its analysis: two bursts of half a second, at one and at two seconds.
+    void proposeTwo()
+    {
+        AudioAnalysis analysis;
+        analysis.duration = 3;
+        analysis.sampleRate = 48000;
+        analysis.hopSeconds = 0.01;
+        analysis.rms.assign(300, 0.001F);
+        analysis.peak.assign(300, 0.002F);
+        for (const int start : {70, 220}) {
+            std::fill_n(analysis.rms.begin() + start, 50, 0.4F);
+            std::fill_n(analysis.peak.begin() + start, 50, 0.8F);
+        }
+        work.analyses.back().answer(analysis);
+        settle();
+        auto list = model.editor().candidates();
+        for (CutCandidate& candidate : list) {
+            if (!candidate.isWhole)
+                candidate.label = u"Knock"_s;
+        }
+        work.labellings.back().answer(list);
+        settle();
+        for (const CutCandidate& candidate : model.editor().candidates()) {
+            if (!candidate.isWhole && !model.editor().marked().contains(candidate.id))
+                model.editor().choose(candidate, EditorModel::Extend::yes);
+        }
+        ASSERT_EQ(model.editor().parts().size(), 2U);
+    }
+    static void settle()
+    {
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+    }
+    double secondsOf(const SoundItem& item) const { return AudioFile(model.library().path(item)).durationSeconds(); }
+
+    QTemporaryDir folder;
+    AppModel model{services(), library(folder.filePath(u"Library"_s))};
+};
+
+} // namespace
+
+TEST_F(ExportFlowsTest, OnePartReplacesTheRawImport)
+{
+    const SoundItem raw = open(u"IMG_0042"_s);
+    ASSERT_EQ(raw.nameIsAuto, true);
+    model.library().update(raw, [](SoundItem& record) {
+        record.tags = {u"hall"_s};
+        record.sourceID = u"free:1"_s;
+        record.license = u"CC BY 4.0"_s;
+        record.credit = u"Ada"_s;
+        record.pageURL = u"https://example.org/1"_s;
+    });
+    const QStringList before = temporaryFiles();
+    model.editor().setRange(1, 2);
+    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    test::await(model.addToLibrary());
+    ASSERT_EQ(model.library().items().size(), 1);
+    const SoundItem& cut = model.library().items().first();
+    EXPECT_NE(cut.id, raw.id);
+    EXPECT_EQ(cut.origin, SoundOrigin::cut);
+    EXPECT_EQ(cut.name, u"IMG_0042"_s);
+    EXPECT_EQ(cut.nameIsAuto, true); // still to be named by what is heard
+    EXPECT_EQ(cut.tags, QStringList{u"hall"_s});
+    EXPECT_EQ(cut.sourceID, u"free:1"_s);
+    EXPECT_EQ(cut.license, u"CC BY 4.0"_s);
+    EXPECT_EQ(cut.credit, u"Ada"_s);
+    EXPECT_EQ(cut.pageURL, u"https://example.org/1"_s);
+    EXPECT_DOUBLE_EQ(secondsOf(cut), 1);
+    EXPECT_FALSE(QFile::exists(model.library().path(raw)));
+    EXPECT_EQ(model.selection().id(), cut.id);
+    EXPECT_EQ(model.multi(), QSet<QUuid>{cut.id});
+    EXPECT_EQ(model.noticeText(), u"Added “IMG_0042” to your library."_s);
+    EXPECT_EQ(working.count(), 2);
+    EXPECT_FALSE(model.isWorking());
+    EXPECT_EQ(temporaryFiles(), before);
+}
+
+TEST_F(ExportFlowsTest, ASoundThatWasCutStaysWhenItIsCutAgain)
+{
+    open();
+    model.editor().setRange(0, 2);
+    test::await(model.addToLibrary());
+    const SoundItem cut = *model.selectedItem();
+    model.editor().setRange(0, 1);
+    test::await(model.addToLibrary());
+    EXPECT_EQ(names(), (QStringList{u"Door"_s, u"Door"_s}));
+    EXPECT_TRUE(model.library().find(cut.id));
+    EXPECT_NE(model.selection().id(), cut.id);
+}
+
+TEST_F(ExportFlowsTest, TheSourceStaysWhereThatIsAskedFor)
+{
+    const SoundItem raw = open();
+    model.editor().setRange(0, 2);
+    test::await(model.addToLibrary(AppModel::TheSource::stays));
+    EXPECT_EQ(model.library().items().size(), 2);
+    EXPECT_TRUE(model.library().find(raw.id));
+}
+
+TEST_F(ExportFlowsTest, SeveralPartsAreNamedByTheirLabels)
+{
+    const SoundItem raw = open();
+    proposeTwo();
+    test::await(model.addToLibrary());
+    EXPECT_EQ(names(), (QStringList{u"Door – Knock 2"_s, u"Door – Knock"_s})); // newest first
+    EXPECT_FALSE(model.library().find(raw.id));
+    for (const SoundItem& item : model.library().items())
+        EXPECT_EQ(item.nameIsAuto, false);
+    EXPECT_EQ(model.selectedItem()->name, u"Door – Knock"_s);
+    EXPECT_EQ(model.multi().size(), 2);
+    EXPECT_EQ(model.noticeText(), u"Added 2 sounds to your library."_s);
+}
+
+TEST_F(ExportFlowsTest, EffectsGoWithThePart)
+{
+    open();
+    model.editor().setRange(0, 2);
+    EffectSettings effects;
+    effects.speed = 2;
+    model.editor().setEffects(effects);
+    test::await(model.addToLibrary());
+    EXPECT_NEAR(secondsOf(*model.selectedItem()), 1, 0.02); // trimming keeps ten milliseconds
+}
+
+TEST_F(ExportFlowsTest, NothingIsDoneWithoutASoundOrAUsablePart)
+{
+    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    test::await(model.addToLibrary());
+    test::await(model.saveToDesktop());
+    test::await(model.saveToDesktop(QList<SoundItem>()));
+    test::await(model.importURLs({test::writeTone(folder.filePath(u"click.wav"_s), 0.02)}));
+    working.clear();
+    const QString said = model.noticeText();
+    test::await(model.addToLibrary());
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(working.count(), 0);
+    EXPECT_EQ(model.noticeText(), said);
+    EXPECT_EQ(names(), QStringList{u"click"_s});
+    EXPECT_TRUE(savedFiles().isEmpty());
+}
+
+TEST_F(ExportFlowsTest, AFailureKeepsTheSourceAndSaysSo)
+{
+    const SoundItem raw = open();
+    const QStringList before = temporaryFiles();
+    QFile::remove(model.library().path(raw)); // behind our back
+    test::await(model.addToLibrary());
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_FALSE(model.noticeText().isEmpty());
+    EXPECT_EQ(names(), QStringList{u"Door"_s});
+    EXPECT_FALSE(model.isWorking());
+    EXPECT_EQ(temporaryFiles(), before);
+    test::await(model.saveToDesktop());
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_FALSE(model.isWorking());
+    EXPECT_TRUE(savedFiles().isEmpty());
+}
+
+TEST_F(ExportFlowsTest, AFlowWorksWithWhatItStartedWith)
+{
+    const SoundItem other = open(u"Other"_s);
+    open();
+    proposeTwo();
+    EffectSettings effects;
+    effects.speed = 2;
+    model.editor().setEffects(effects);
+    auto flow = model.addToLibrary();
+    model.setSelection(other.id); // which takes the effects with it
+    test::await(std::move(flow));
+    EXPECT_EQ(names(), (QStringList{u"Door – Knock 2"_s, u"Door – Knock"_s, u"Other"_s}));
+    for (const SoundItem& item : model.library().items().first(2))
+        EXPECT_LT(item.duration, 0.5);
+}
+
+TEST_F(ExportFlowsTest, SavingTwiceNeverReplacesAFile)
+{
+    open();
+    model.editor().setRange(1, 2);
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(model.noticeText(), u"Saved “Door.wav” to Sounds."_s);
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s}));
+    EXPECT_EQ(names(), QStringList{u"Door"_s});
+    proposeTwo();
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(model.noticeText(), u"Saved 2 sounds to Sounds."_s);
+    EXPECT_EQ(savedFiles().size(), 4);
+}
+
+TEST_F(ExportFlowsTest, WholeSoundsAreAlwaysCountedInThePlural)
+{
+    const SoundItem door = open();
+    const SoundItem other = open(u"a/b: ☔"_s.replace(u'/', u'-'));
+    EffectSettings effects;
+    effects.speed = 3;
+    model.editor().setEffects(effects); // of the open sound only
+    test::await(model.saveToDesktop({door}));
+    EXPECT_EQ(model.noticeText(), u"Saved 1 sounds to Sounds."_s);
+    EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
+    EXPECT_DOUBLE_EQ(AudioFile(saved() + u"/Door.wav"_s).durationSeconds(), 3);
+    test::await(model.saveToDesktop({door, other}));
+    EXPECT_EQ(model.noticeText(), u"Saved 2 sounds to Sounds."_s);
+    EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s, u"a-b- ☔.wav"_s}));
+    EXPECT_NEAR(AudioFile(saved() + u"/a-b- ☔.wav"_s).durationSeconds(), 1, 0.02);
+}
+
+TEST_F(ExportFlowsTest, AFolderThatTakesNoMoreIsSaidAndNoHalfFileStays)
+{
+    open();
+    model.editor().setRange(0, 2);
+    const QStringList before = temporaryFiles();
+    {
+        const FileSizeLimit limit(100'000); // of the 288,044 bytes that two seconds take
+        test::await(model.saveToDesktop());
+        EXPECT_TRUE(model.noticeIsError());
+        EXPECT_FALSE(model.isWorking());
+        EXPECT_TRUE(savedFiles().isEmpty()) << savedFiles().join(u' ').toStdString();
+        test::await(model.addToLibrary());
+        EXPECT_TRUE(model.noticeIsError());
+        EXPECT_FALSE(model.isWorking());
+    }
+    EXPECT_EQ(names(), QStringList{u"Door"_s}); // the source stays
+    EXPECT_EQ(temporaryFiles(), before);
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
+}
+
+TEST_F(ExportFlowsTest, APartAtTheVeryEndIsSavedAsFarAsTheSoundGoes)
+{
+    open();
+    model.editor().setRange(2.9, 99);
+    EXPECT_EQ(model.editor().end(), 3);
+    test::await(model.saveToDesktop());
+    EXPECT_NEAR(AudioFile(saved() + u"/Door.wav"_s).durationSeconds(), 0.1, 0.001);
+}
+
+TEST_F(ExportFlowsTest, ASaveFolderThatVanishedIsTheDesktop)
+{
+    open();
+    QDir(saved()).removeRecursively();
+    EXPECT_NE(model.saveFolder(), saved());
+    EXPECT_EQ(model.saveFolderPath(), saved()); // the setting is not cleared
+
+    const QString home = folder.filePath(u"home"_s); // and it has no desktop yet
+    const test::Environment itsHome("HOME", QFile::encodeName(home));
+    const test::Environment noConfig("XDG_CONFIG_HOME", QFile::encodeName(home));
+    test::await(model.saveToDesktop());
+    EXPECT_EQ(model.noticeText(), u"Saved “Door.wav” to Desktop."_s);
+    EXPECT_TRUE(QFile::exists(home + u"/Desktop/Door.wav"_s));
+}
+
+TEST_F(ExportFlowsTest, ALongOrForeignNameIsSavedAsFarAsItFits)
+{
+    const SoundItem item = open();
+    for (const QString& name : {QString(300, u'é'), u"‮باب‬"_s, u"../../etc"_s, u"🚪🚪"_s}) {
+        const SoundItem renamed = model.library().rename(item, name);
+        test::await(model.saveToDesktop({renamed}));
+        EXPECT_FALSE(model.noticeIsError()) << name.toStdString() << ": " << model.noticeText().toStdString();
+    }
+    EXPECT_EQ(savedFiles().size(), 4);
+}
+
+// Final Cut Pro
+
+TEST_F(ExportFlowsTest, WithoutTheApplicationNothingIsSent)
+{
+    const SoundItem door = open();
+    const QString said = model.noticeText();
+    EXPECT_FALSE(model.canSendToFinalCut());
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_EQ(model.noticeText(), said);
+    EXPECT_FALSE(QFile::exists(model.library().folder() + u"/FinalCut"_s));
+}
+
+TEST_F(ExportFlowsTest, AddedPartsGoToFinalCutAsWell)
+{
+    apps.isThere = true;
+    open();
+    model.editor().setRange(0, 1);
+    test::await(model.addToLibrary());
+    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library. They're also in Final Cut Pro."_s);
+    ASSERT_EQ(apps.opened.size(), 1);
+    EXPECT_TRUE(apps.opened.first().startsWith(model.library().folder() + u"/Tonequill "_s));
+    QFile document(apps.opened.first());
+    ASSERT_TRUE(document.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(document.readAll());
+    EXPECT_TRUE(text.contains(u"name=\"Door\""_s));
+    EXPECT_TRUE(text.contains(u"duration=\"48000/48000s\""_s));
+    EXPECT_TRUE(text.contains(model.selectedItem()->fileName)); // the file in the library
+
+    model.setAlsoFinalCut(false);
+    test::await(model.addToLibrary());
+    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library."_s);
+    EXPECT_EQ(apps.opened.size(), 1);
+}
+
+TEST_F(ExportFlowsTest, SendingMakesAFileForEachHandOff)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    test::await(model.sendToFinalCut({}));
+    EXPECT_EQ(working.count(), 0);
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_EQ(model.noticeText(), u"Sent 1 sounds to Final Cut Pro."_s);
+    EXPECT_FALSE(model.noticeIsError());
+    test::await(model.sendToFinalCut({door, door}));
+    EXPECT_EQ(model.noticeText(), u"Sent 2 sounds to Final Cut Pro."_s);
+    const QDir sent(model.library().folder() + u"/FinalCut"_s);
+    EXPECT_EQ(sent.entryList({u"*.wav"_s}, QDir::Files, QDir::Name),
+              (QStringList{u"Door 2.wav"_s, u"Door 3.wav"_s, u"Door.wav"_s}));
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ExportFlowsTest, AnExportThatFailsMakesNoDocument)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    SoundItem gone = door;
+    gone.fileName = u"gone.wav"_s;
+    test::await(model.sendToFinalCut({door, gone}));
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_TRUE(apps.opened.isEmpty());
+    EXPECT_FALSE(model.isWorking());
+    const QDir sent(model.library().folder() + u"/FinalCut"_s);
+    EXPECT_EQ(sent.entryList(QDir::Files), QStringList{u"Door.wav"_s});
+}
+
+TEST_F(ExportFlowsTest, AFolderThatCannotBeMadeIsSaid)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    test::writeBytes(model.library().folder() + u"/FinalCut"_s, "in the way");
+    test::await(model.sendToFinalCut({door}));
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_TRUE(model.noticeText().contains(u"FinalCut"_s)) << model.noticeText().toStdString();
+    EXPECT_FALSE(model.isWorking());
+}

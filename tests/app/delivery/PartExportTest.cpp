@@ -1,0 +1,114 @@
+#include "app/delivery/PartExport.h"
+#include "audio/effects/EffectRenderer.h"
+#include "platform/media/AudioFile.h"
+#include "support/Printing.h"
+#include "support/Wav.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Part = EditorModel::Part;
+
+SoundItem named(const QString& name)
+{
+    SoundItem item;
+    item.name = name;
+    return item;
+}
+
+std::vector<float> samplesOf(const QString& path)
+{
+    AudioFile file(path);
+    AudioBuffer buffer(file.format(), file.length());
+    file.read(buffer);
+    const auto channel = buffer.channel(0);
+    return {channel.begin(), channel.end()};
+}
+
+QStringList temporaryFiles()
+{
+    return QDir(QDir::tempPath()).entryList({u"render-*"_s, u"*.wav"_s}, QDir::Files);
+}
+
+} // namespace
+
+TEST(PartExport, OnePartHasTheNameOfTheSound)
+{
+    EXPECT_EQ(PartExport::names(named(u"Door"_s), {{0, 1, u"Slam"_s}}), QStringList{u"Door"_s});
+    EXPECT_EQ(PartExport::names(named(u"IMG_0042"_s), {}), QStringList{u"IMG_0042"_s});
+}
+
+TEST(PartExport, PartsWithoutALabelAreNumbered)
+{
+    EXPECT_EQ(PartExport::names(named(u"Door"_s), {{0, 1, {}}, {2, 3, {}}}),
+              (QStringList{u"Door – Part 1"_s, u"Door – Part 2"_s}));
+}
+
+TEST(PartExport, ANameThatSaysNothingIsLeftOutAndALabelThatComesAgainIsCounted)
+{
+    EXPECT_EQ(PartExport::names(named(u"IMG_0042"_s), {{0, 1, u"Whoosh"_s}, {2, 3, {}}, {4, 5, u"Whoosh"_s}}),
+              (QStringList{u"Whoosh"_s, u"Part 2"_s, u"Whoosh 2"_s}));
+    EXPECT_EQ(PartExport::names(named(u"Street"_s), {{0, 1, u"Horn"_s}, {2, 3, u"Horn"_s}, {4, 5, u"Horn"_s}}),
+              (QStringList{u"Street – Horn"_s, u"Street – Horn 2"_s, u"Street – Horn 3"_s}));
+}
+
+TEST(PartExport, APartOfTwentyMillisecondsIsNotWorthAFile)
+{
+    const std::vector<Part> parts = {{0, 0.02, {}}, {1, 1.021, {}}, {3, 2, {}}};
+    EXPECT_EQ(PartExport::usable(parts), (std::vector<Part>{{1, 1.021, {}}}));
+}
+
+TEST(PartExport, ACutIsFadedAndLevelled)
+{
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 2, 48000);
+    const QString path = folder.filePath(u"cut.wav"_s);
+    const ExportResult result = PartExport::exportWithEffects(source, 0.5, 1.5, {}, path);
+    EXPECT_EQ(result.frames, 48000);
+    EXPECT_EQ(result.sampleRate, 48000);
+    const auto samples = samplesOf(path);
+    ASSERT_EQ(samples.size(), 48000U);
+    EXPECT_NEAR(*std::max_element(samples.begin(), samples.end()), 0.891, 0.002); // -1 dBFS
+    const auto loudest = [&](std::size_t from, std::size_t count) {
+        float peak = 0;
+        for (std::size_t i = from; i < from + count; ++i)
+            peak = std::max(peak, std::abs(samples[i]));
+        return peak;
+    };
+    EXPECT_LT(loudest(0, 48), 0.891 * 0.3);            // the first of four milliseconds
+    EXPECT_GT(loudest(4 * 48, 480), 0.891 * 0.95);     // and behind them
+    EXPECT_LT(loudest(48000 - 240, 240), 0.891 * 0.2); // the last five of thirty
+    EXPECT_GT(loudest(48000 - 40 * 48, 480), 0.891 * 0.95);
+}
+
+TEST(PartExport, EffectsAreRenderedAndNothingTemporaryStays)
+{
+    const QTemporaryDir folder;
+    const QStringList before = temporaryFiles();
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 2, 48000);
+    const QString path = folder.filePath(u"cut.wav"_s);
+    EffectSettings effects;
+    effects.speed = 2;
+    const ExportResult result = PartExport::exportWithEffects(source, 0, 2, effects, path);
+    EXPECT_NEAR(double(result.frames), 48000, 480);
+    EXPECT_EQ(result.channels, 2); // effects are rendered in stereo
+    EXPECT_EQ(temporaryFiles(), before);
+
+    effects = {};
+    effects.reverse = true;
+    effects.gainDb = -6;
+    EXPECT_THROW(PartExport::exportWithEffects(folder.filePath(u"gone.wav"_s), 0, 2, effects, path), std::exception);
+    EXPECT_THROW(PartExport::exportWithEffects(source, 5, 6, effects, path), RenderError);
+    EXPECT_THROW(PartExport::exportWithEffects(source, 0, 1, effects, folder.filePath(u"no/folder/cut.wav"_s)), std::exception);
+    EXPECT_EQ(temporaryFiles(), before);
+}

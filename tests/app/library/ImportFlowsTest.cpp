@@ -1,0 +1,186 @@
+#include "app/handover/HandedOver.h"
+#include "base/Background.h"
+#include "platform/process/HandOver.h"
+#include "platform/process/LibraryLock.h"
+#include "support/Await.h"
+#include "support/Printing.h"
+#include "support/Program.h"
+#include "support/Wav.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class ImportFlowsTest : public testing::Test, public test::Machine {
+protected:
+    QString sound(const QString& name) { return test::writeTone(folder.filePath(name)); }
+    QString text(const QString& name)
+    {
+        test::writeBytes(folder.filePath(name), "just words\n");
+        return folder.filePath(name);
+    }
+    void import(const QStringList& paths) { test::await(model.importURLs(paths)); }
+    QString openName() const { return model.selectedItem() ? model.selectedItem()->name : u"none"_s; }
+
+    QTemporaryDir folder;
+    AppModel model{services(), library(folder.filePath(u"Library"_s))};
+};
+
+} // namespace
+
+TEST_F(ImportFlowsTest, OneFileIsOpenedAndTheUserIsTold)
+{
+    model.setSection(AppSection::studio);
+    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    import({sound(u"Door Slam.wav"_s)});
+    EXPECT_EQ(model.section(), AppSection::library);
+    EXPECT_EQ(openName(), u"Door Slam"_s);
+    EXPECT_EQ(model.noticeText(), u"Found the best part. Check it, then add it."_s);
+    EXPECT_FALSE(model.noticeIsError());
+    EXPECT_EQ(working.count(), 2); // on, and off again
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ImportFlowsTest, OneFileThatFailsChangesNothingElse)
+{
+    import({sound(u"Door Slam.wav"_s)});
+    model.setSection(AppSection::find);
+    import({text(u"notes.txt"_s)});
+    EXPECT_EQ(model.noticeText(), u"notes is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s);
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_EQ(openName(), u"Door Slam"_s);
+    EXPECT_EQ(model.section(), AppSection::find);
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ImportFlowsTest, OfThreeFilesTheSecondFails)
+{
+    QStringList notices;
+    QObject::connect(&model, &AppModel::noticeChanged, [&] { notices << model.noticeText(); });
+    import({sound(u"one two.wav"_s), text(u"bad.wav"_s), sound(u"three four.wav"_s)});
+    EXPECT_EQ(notices, (QStringList{u"Added 2 sounds."_s,
+                                    u"bad is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s}));
+    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_EQ(openName(), u"three four"_s);
+    EXPECT_EQ(model.library().items().size(), 2);
+}
+
+TEST_F(ImportFlowsTest, TheCountKeepsItsPluralAndTheFirstFailureIsShown)
+{
+    QStringList notices;
+    QObject::connect(&model, &AppModel::noticeChanged, [&] { notices << model.noticeText(); });
+    import({sound(u"one two.wav"_s), text(u"first.wav"_s), text(u"second.wav"_s)});
+    EXPECT_EQ(notices.value(0), u"Added 1 sounds."_s);
+    EXPECT_TRUE(notices.value(1).startsWith(u"first is not"_s));
+    EXPECT_EQ(notices.size(), 2);
+}
+
+TEST_F(ImportFlowsTest, FilesAreShownWhileTheyComeIn)
+{
+    QList<QStringList> seen;
+    QObject::connect(&model, &AppModel::incomingChanged, [&] {
+        QStringList names;
+        for (const IncomingFile& file : model.incoming())
+            names << file.name;
+        seen << names;
+    });
+    import({sound(u"one.a.wav"_s), text(u"two.wav"_s)});
+    EXPECT_EQ(seen, (QList<QStringList>{{u"one.a"_s, u"two"_s}, {u"two"_s}, {}}));
+}
+
+TEST_F(ImportFlowsTest, TwoDropsAtOnceKeepWorkingUntilBothAreIn)
+{
+    auto first = model.importURLs({sound(u"one a.wav"_s), sound(u"one b.wav"_s)});
+    auto second = model.importURLs({sound(u"two a.wav"_s)});
+    EXPECT_EQ(model.incoming().size(), 3);
+    EXPECT_TRUE(model.isWorking());
+    test::await(std::move(first));
+    test::await(std::move(second));
+    EXPECT_EQ(model.library().items().size(), 3);
+    EXPECT_TRUE(model.incoming().isEmpty());
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ImportFlowsTest, DeletingTheOpenSoundOpensTheNewestThatIsLeft)
+{
+    import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s), sound(u"ccc.wav"_s)});
+    const QList<SoundItem> items = model.library().items();
+    model.selectAllInLibrary(items);
+    model.deleteItems({items[0], items[1]});
+    EXPECT_EQ(openName(), u"aaa"_s);
+    EXPECT_EQ(model.multi(), QSet<QUuid>{items[2].id});
+    EXPECT_EQ(model.editor().item()->name, u"aaa"_s);
+}
+
+TEST_F(ImportFlowsTest, DeletingAnotherSoundLeavesTheOpenOneAlone)
+{
+    import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
+    QSignalSpy loads(&model.editor(), &EditorModel::itemChanged);
+    model.selectAllInLibrary(model.library().items());
+    model.deleteItems({model.library().items()[1]});
+    EXPECT_EQ(openName(), u"bbb"_s);
+    EXPECT_EQ(model.multi().size(), 1);
+    EXPECT_EQ(loads.count(), 0);
+}
+
+TEST_F(ImportFlowsTest, DeletingEverythingEmptiesTheEditor)
+{
+    import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
+    model.deleteItems(model.library().items());
+    EXPECT_FALSE(model.selection().id());
+    EXPECT_TRUE(model.multi().isEmpty());
+    EXPECT_FALSE(model.editor().item());
+    EXPECT_TRUE(model.library().items().isEmpty());
+}
+
+TEST_F(ImportFlowsTest, ASecondStartWaitsForAnOwnerThatIsStillStarting)
+{
+    FlowGroup flows;
+    LibraryLock owner(model.library().folder());
+    ASSERT_TRUE(owner.acquire());
+    const QString folderPath = model.library().folder();
+    const auto second = [folderPath] {
+        return HandedOver::sendToOwner(LibraryLock(folderPath), HandedOver::addMessage({u"/a.wav"_s}), 10000);
+    };
+    auto sent = background(flows, workers.shown(), second); // nobody listens yet
+    QThread::msleep(120);
+    int received = 0;
+    HandOver server([&](const QJsonObject&) {
+        ++received;
+        return QJsonObject{{u"ok"_s, true}};
+    });
+    owner.publish(server.listen(folderPath).value_or(QString()));
+    EXPECT_TRUE(test::await(std::move(sent)));
+    EXPECT_EQ(received, 1);
+    const auto nobody = [folderPath] { return HandedOver::sendToOwner(LibraryLock(folderPath + u"x"_s), {}, 200); };
+    EXPECT_FALSE(test::awaitElsewhere(nobody));
+}
+
+TEST_F(ImportFlowsTest, WorkHandedOverIsCarriedOut)
+{
+    const auto waitFor = [](const auto& condition) {
+        for (QDeadlineTimer deadline(10000); !condition() && !deadline.hasExpired();)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    };
+    EXPECT_TRUE(
+        HandedOver::carryOut(model, HandedOver::addMessage({sound(u"from afar.wav"_s), u"relative.wav"_s}))[u"ok"_s].toBool());
+    waitFor([&] { return !model.isWorking() && model.library().items().size() == 1; });
+    ASSERT_EQ(model.library().items().size(), 1);
+    EXPECT_EQ(openName(), u"from afar"_s);
+    EXPECT_TRUE(HandedOver::carryOut(model, HandedOver::addMessage({}))[u"ok"_s].toBool());
+    const QJsonArray ids{u"rubbish"_s, 7, model.library().items().first().id.toString(QUuid::WithoutBraces)};
+    EXPECT_TRUE(HandedOver::carryOut(model, {{u"delete"_s, ids}})[u"ok"_s].toBool());
+    EXPECT_TRUE(model.library().items().isEmpty());
+    EXPECT_FALSE(HandedOver::carryOut(model, {{u"format"_s, u"disk"_s}})[u"ok"_s].toBool());
+}

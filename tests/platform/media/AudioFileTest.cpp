@@ -1,0 +1,107 @@
+#include "platform/media/AudioFile.h"
+#include "support/MediaFactory.h"
+#include "support/Printing.h"
+#include "support/Sound.h"
+
+#include <QtEndian>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+using namespace tonequill;
+using namespace Qt::StringLiterals;
+
+TEST(AudioFile, TellsWhatIsWrongInOneSentence)
+{
+    const auto sentence = [](AudioFileError::Kind kind, const QString& detail = {}) {
+        return AudioFileError(kind, u"/some/where/My Take.wav"_s, detail).message();
+    };
+    using Kind = AudioFileError::Kind;
+    EXPECT_EQ(sentence(Kind::open), u"“My Take.wav” couldn't be opened."_s);
+    EXPECT_EQ(sentence(Kind::unsupported), u"“My Take.wav” isn't a sound or video file that can be read."_s);
+    EXPECT_EQ(sentence(Kind::read), u"“My Take.wav” couldn't be read."_s);
+    EXPECT_EQ(sentence(Kind::seek), u"“My Take.wav” couldn't be read from the chosen place."_s);
+    EXPECT_EQ(sentence(Kind::write), u"“My Take.wav” couldn't be saved."_s);
+    EXPECT_EQ(sentence(Kind::write, u"the disk is full"_s), u"“My Take.wav” couldn't be saved: the disk is full."_s);
+    EXPECT_EQ(sentence(Kind::noMemory), u"There is not enough memory for “My Take.wav”."_s);
+}
+
+TEST(AudioFile, LeavesOutThePaddingThatCafDeclares)
+{
+    QByteArray caf =
+        test::bytesOfFile(test::makeMedia(u"padded.caf"_s, test::wandering(48'000, 1, 1) + QStringList{u"-c:a"_s, u"alac"_s}));
+    const AudioBuffer whole = test::readAll(test::makeFile(u"whole.caf"_s, caf));
+    const qsizetype table = caf.indexOf("pakt") + 12;
+    ASSERT_GT(table, 12);
+    const qint64 decoded = qFromBigEndian<qint64>(caf.constData() + table + 8);
+    qToBigEndian<qint32>(2112, caf.data() + table + 16);
+    qToBigEndian<qint32>(static_cast<qint32>(decoded - 40'000), caf.data() + table + 20);
+    const AudioBuffer trimmed = test::readAll(test::makeFile(u"trimmed.caf"_s, caf));
+    ASSERT_EQ(trimmed.frameLength(), 40'000 - 2112);
+    EXPECT_TRUE(std::ranges::equal(trimmed.channel(0), whole.channel(0).subspan(2112, 40'000 - 2112)));
+}
+
+TEST(AudioFile, SeeksAndReadsByItsPosition)
+{
+    AudioFile file(test::makeMedia(u"position.wav"_s, test::wandering(48'000, 2, 1)));
+    EXPECT_EQ(file.framePosition(), 0);
+    EXPECT_EQ(file.length(), 48'000);
+    EXPECT_EQ(file.durationSeconds(), 1.0);
+    AudioBuffer block(file.format(), 30'000);
+    EXPECT_EQ(file.read(block), 30'000);
+    EXPECT_EQ(file.read(block, 5), 5);
+    EXPECT_EQ(block.frameLength(), 5);
+    EXPECT_EQ(file.framePosition(), 30'005);
+    EXPECT_EQ(file.read(block), 17'995);
+    EXPECT_EQ(file.read(block), 0);
+    EXPECT_EQ(block.frameLength(), 0);
+    file.seek(1'000'000); // past the end
+    EXPECT_EQ(file.read(block), 0);
+    file.seek(47'999);
+    EXPECT_EQ(file.read(block), 1);
+}
+
+TEST(AudioFile, ReadsSeveralAtOnceAndMoves)
+{
+    const QString path = test::makeMedia(u"moved.mp3"_s, test::wandering(44'100, 1, 1));
+    AudioFile first(path);
+    AudioFile second(path);
+    AudioBuffer a(first.format(), 44'100);
+    AudioBuffer b(first.format(), 44'100);
+    first.read(a, 100);
+    AudioFile moved(std::move(first));
+    moved.read(a, 100);
+    second.seek(100);
+    second.read(b, 100);
+    EXPECT_TRUE(std::ranges::equal(a.channel(0), b.channel(0)));
+}
+
+TEST(AudioFile, ReadsTheFirstSoundOfAVideo)
+{
+    const QString path = test::makeMedia(
+        u"film.mkv"_s, test::picture(1) + test::wandering(48'000, 2, 1) + test::wandering(44'100, 1, 1) +
+                           QStringList{u"-map"_s, u"0"_s, u"-map"_s, u"1"_s, u"-map"_s, u"2"_s, u"-c:a"_s, u"flac"_s});
+    EXPECT_EQ(AudioFile(path).format(), (AudioFormat{48'000, 2}));
+    EXPECT_EQ(AudioFile(path).length(), 48'000);
+}
+
+TEST(AudioFile, KeepsTheEncodersSoundWhole)
+{
+    // The same sound through a tool that knows nothing of ours.
+    const QStringList sound = test::wandering(44'100, 2, 2);
+    for (const QString& name : {u"peer.mp3"_s, u"peer.flac"_s, u"peer.opus"_s}) {
+        const QString path = test::makeMedia(name, sound);
+        const QString decoded = test::scratchPath(name + u".wav"_s);
+        ASSERT_EQ(test::run(u"ffmpeg"_s,
+                            {u"-nostdin"_s, u"-v"_s, u"error"_s, u"-y"_s, u"-i"_s, path, u"-c:a"_s, u"pcm_f32le"_s, decoded}),
+                  0);
+        const AudioBuffer ours = test::readAll(path);
+        const AudioBuffer theirs = test::readAll(decoded);
+        ASSERT_EQ(ours.frameLength(), theirs.frameLength()) << name.toStdString();
+        double difference = 0;
+        for (std::size_t i = 0; i < ours.channel(1).size(); ++i)
+            difference = std::max<double>(difference, std::abs(ours.channel(1)[i] - theirs.channel(1)[i]));
+        EXPECT_LT(difference, 1e-3) << name.toStdString(); // two Opus decoders differ by that much
+    }
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/model/AppModel.h"
+#include "fakes/FakeClock.h"
+#include "fakes/FakeEditorWork.h"
+#include "fakes/FakeLanguageModel.h"
+#include "fakes/FakeOtherApps.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+namespace tonequill::test {
+
+// What a whole program without its window stands on: settings of its own, time,
+// background work and a language model that are turned by hand.
+class Machine {
+public:
+    QTemporaryDir settingsFolder;
+    Workers workers;
+    FakeClock clock;
+    FakeEditorWork work;
+    FakeOtherApps apps;
+    FakeLanguageModel languageModel;
+    Defaults defaults{settingsFolder.filePath(QStringLiteral("tonequill.ini"))};
+
+    Services services() { return services(work); }
+    Services services(EditorWork& editorWork) { return {defaults, clock, workers, editorWork, apps, languageModel}; }
+
+    std::unique_ptr<LibraryStore> library(const QString& folder)
+    {
+        return std::make_unique<LibraryStore>(clock, workers, folder);
+    }
+    std::unique_ptr<AppModel> program(const QString& folder) { return std::make_unique<AppModel>(services(), library(folder)); }
+    // Lets what has been answered by hand come home.
+    static void settle()
+    {
+        for (int i = 0; i < 10; ++i)
+            QCoreApplication::processEvents();
+    }
+};
+
+// The program over a fresh, empty library.
+class Program : public Machine {
+public:
+    AppModel model{services(), library(settingsFolder.filePath(QStringLiteral("Library")))};
+};
+
+} // namespace tonequill::test

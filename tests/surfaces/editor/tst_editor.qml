@@ -1,0 +1,464 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtTest
+import Tonequill
+import Tonequill.Test
+import "../Look.js" as Look
+
+TestCase {
+    id: test
+    name: "Editor"
+    when: windowShown
+
+    property Main window: null
+    property var stage: null
+
+    Component {
+        id: component
+        Main {
+            model: Fixture.model
+        }
+    }
+
+    function init() {
+        failOnWarning(/.?/);
+        Fixture.startEditing();
+        window = component.createObject(test);
+        window.requestActivate();
+        tryCompare(window, "active", true);
+        stage = item("well").stage;
+        tryVerify(() => stage.width > 0);
+    }
+    function cleanup() {
+        window.destroy();
+        wait(0);
+        Fixture.stop();
+    }
+
+    function item(name) {
+        return findChild(window.contentItem, name);
+    }
+    function chip(text) {
+        return Look.find(window.contentItem, each => each.text === text && each.isPicked !== undefined);
+    }
+    // The place on the wave of a time while the whole is shown.
+    function at(seconds) {
+        return Math.round(seconds / 10 * stage.width);
+    }
+    function slider(name) {
+        return Look.find(item(name), each => each.handle !== undefined);
+    }
+    function hasText(text) {
+        return !!Look.label(window.contentItem, text);
+    }
+
+    function test_theChipsTellThePartsAndAreChosen() {
+        verify(hasText("Found in this file"));
+        verify(hasText("⌘-click to pick several"));
+        compare(chip("Best match · Slam").isPicked, true);
+        compare(chip("Best match · Slam").detail, "1.00s");
+        compare(chip("Option 2").detail, "1.50s");
+        compare(chip("Whole sound").detail, "9.00s");
+        compare(chip("Whole file").detail, "10.00s");
+        mouseClick(chip("Option 2"));
+        compare(Fixture.editor(), "6.00-7.50 marked 1");
+        compare(chip("Best match · Slam").isPicked, false);
+        mouseClick(chip("Best match · Slam"), 10, 10, Qt.LeftButton, Qt.ControlModifier);
+        compare(Fixture.editor(), "3.00-4.00 marked 2");
+        mouseClick(chip("Option 2"));
+        compare(Fixture.editor(), "6.00-7.50 marked 1");
+        mouseClick(chip("Whole file"));
+        compare(Fixture.editor(), "0.00-10.00 marked 0");
+    }
+
+    function test_theChipsAreChosenWithTheKeys() {
+        chip("Option 2").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        compare(Fixture.editor(), "6.00-7.50 marked 2");
+        keyClick(Qt.Key_Return);
+        compare(Fixture.editor(), "6.00-7.50 marked 1");
+    }
+
+    function test_theLineTellsWhatIsHeard() {
+        compare(item("headline").text, "Listening…");
+        Fixture.answerHearing();
+        tryVerify(() => item("headline").text.includes("slam (92% sure)"));
+        verify(item("summary").text !== "");
+    }
+
+    function test_spacePlaysAndStopsWhereverTheFocusIs() {
+        keyClick(Qt.Key_Space);
+        compare(Fixture.editor(), "3.00-4.00 marked 1 playing");
+        item("saveButton").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Space, Qt.ShiftModifier);
+        compare(Fixture.editor(), "3.00-4.00 marked 1");
+        for (const held of [Qt.ControlModifier, Qt.AltModifier, Qt.MetaModifier]) {
+            item("libraryList").forceActiveFocus();
+            keyClick(Qt.Key_Space, held);
+            compare(Fixture.editor(), "3.00-4.00 marked 1");
+        }
+    }
+
+    function test_spaceDoesNothingInAnotherSection() {
+        window.model.section = WindowModel.Studio;
+        keyClick(Qt.Key_Space);
+        compare(Fixture.editor(), "3.00-4.00 marked 1");
+    }
+
+    function test_spaceInTheNameFieldTypesABlank() {
+        const field = item("nameField");
+        mouseClick(field);
+        verify(field.activeFocus);
+        keyClick(Qt.Key_End);
+        keyClick(Qt.Key_Space);
+        keyClick(Qt.Key_2);
+        compare(field.text, "Door Slam 2");
+        compare(Fixture.editor(), "3.00-4.00 marked 1");
+        keyClick(Qt.Key_Return);
+        verify(!field.activeFocus);
+        compare(Fixture.record(), "Door Slam 2: door, slam");
+    }
+
+    function test_escapePutsTheNameBack() {
+        const field = item("nameField");
+        mouseClick(field);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        keyClick(Qt.Key_X);
+        keyClick(Qt.Key_Escape);
+        verify(!field.activeFocus);
+        compare(field.text, "Door Slam");
+        compare(Fixture.record(), "Door Slam: door, slam");
+    }
+
+    function test_aClickElsewhereEndsTheEditing() {
+        const field = item("nameField");
+        mouseClick(field);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        keyClick(Qt.Key_X);
+        mouseClick(stage, at(8), 40);
+        verify(!field.activeFocus);
+        compare(Fixture.record(), "x: door, slam");
+        compare(Fixture.editor(), "3.00-4.00 marked 1 cursor 8.00"); // and the click is passed on
+    }
+
+    function test_tagsAreAddedAndTakenAway() {
+        mouseClick(item("addTagButton"));
+        verify(item("tagField").activeFocus);
+        keyClick(Qt.Key_W);
+        keyClick(Qt.Key_Return);
+        compare(Fixture.record(), "Door Slam: door, slam, w");
+        mouseClick(item("addTagButton"));
+        keyClick(Qt.Key_W);
+        keyClick(Qt.Key_Escape);
+        compare(Fixture.record(), "Door Slam: door, slam, w");
+        const tag = text => Look.find(window.contentItem, each => each.text === text && each.removed !== undefined);
+        tryVerify(() => tag("door").x < tag("slam").x && tag("slam").x < tag("w").x); // they are laid out
+        mouseClick(tag("door"));
+        compare(Fixture.record(), "Door Slam: slam, w");
+        tag("slam").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Delete);
+        compare(Fixture.record(), "Door Slam: w");
+    }
+
+    function test_aClickOnTheWaveMovesTheCursorAndNotTheRange() {
+        mouseClick(stage, at(8), 60);
+        compare(Fixture.editor(), "3.00-4.00 marked 1 cursor 8.00");
+        compare(Math.round(stage.cursorX), at(8));
+    }
+
+    function checkRange(start, end) {
+        const pixel = 10 / stage.width;
+        fuzzyCompare(window.model.sound.playback.start, start, pixel);
+        fuzzyCompare(window.model.sound.playback.end, end, pixel);
+    }
+
+    function test_theHandlesAreDragged() {
+        mousePress(stage, at(3), 60);
+        mouseMove(stage, at(2.5), 60);
+        mouseMove(stage, at(2), 60);
+        checkRange(2, 4);
+        compare(chip("Best match · Slam").isPicked, false);
+        mouseMove(stage, at(9), 60); // not over the other one
+        compare(Fixture.editor(), "3.97-4.00 marked 0");
+        mouseMove(stage, at(-3), 60);
+        mouseRelease(stage, at(-3), 60);
+        compare(Fixture.editor(), "0.00-4.00 marked 0");
+        mousePress(stage, at(4) + 12, 60); // beside the line: it doesn't jump to the pointer
+        mouseMove(stage, at(6) + 12, 60);
+        mouseRelease(stage, at(6) + 12, 60);
+        checkRange(0, 6);
+    }
+
+    function test_theWaveComesAlongWithAHandleDraggedBeyondTheView() {
+        mouseClick(item("zoomSelectionButton"));
+        const scroll = stage.scrollX;
+        mousePress(stage, stage.endX, 60);
+        mouseMove(stage, stage.width + 40, 60);
+        mouseMove(stage, stage.width + 80, 60);
+        mouseRelease(stage, stage.width + 80, 60);
+        compare(stage.scrollX, scroll + 30);
+        verify(window.model.sound.playback.end > 4.1);
+    }
+
+    function test_aPartThatIsChosenComesIntoView() {
+        mouseClick(item("zoomSelectionButton"));
+        mouseClick(chip("Option 2"));
+        verify(stage.startX < stage.width && stage.endX > 0);
+        fuzzyCompare((stage.startX + stage.endX) / 2, stage.width / 2, 1);
+    }
+
+    function test_theHandlesAreMovedWithTheKeys() {
+        const handle = item("startHandle");
+        handle.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Left);
+        compare(Fixture.editor(), "2.99-4.00 marked 0");
+        keyClick(Qt.Key_Right, Qt.ShiftModifier);
+        compare(Fixture.editor(), "3.09-4.00 marked 0");
+        item("endHandle").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Right);
+        compare(Fixture.editor(), "3.09-4.01 marked 0");
+        compare(Fixture.spoken(item("endHandle")), "Slider: End, 0:04.010");
+    }
+
+    function test_theZoomButtons() {
+        mouseClick(item("zoomInButton"));
+        fuzzyCompare(stage.zoom, 1.6, 1e-9);
+        mouseClick(item("zoomOutButton"));
+        fuzzyCompare(stage.zoom, 1, 1e-9);
+        verify(!item("zoomOutButton").enabled);
+        mouseClick(item("zoomSelectionButton"));
+        fuzzyCompare(stage.zoom, 8, 1e-9);
+        fuzzyCompare((stage.startX + stage.endX) / 2, stage.width / 2, 1);
+        mouseClick(item("showWholeButton"));
+        compare(stage.zoom, 1);
+        compare(stage.scrollX, 0);
+        for (const name of ["zoomInButton", "zoomOutButton", "zoomSelectionButton", "showWholeButton"])
+            verify(["Zoom in (or pinch)", "Zoom out", "Zoom to the selected part", "Show the whole sound"].includes(item(name).text));
+    }
+
+    function test_theZoomHasKeys() {
+        keyClick(Qt.Key_Plus, Qt.ControlModifier);
+        fuzzyCompare(stage.zoom, 1.6, 1e-9);
+        keyClick(Qt.Key_9, Qt.ControlModifier);
+        fuzzyCompare(stage.zoom, 8, 1e-9);
+        keyClick(Qt.Key_Minus, Qt.ControlModifier);
+        fuzzyCompare(stage.zoom, 5, 1e-9);
+        keyClick(Qt.Key_0, Qt.ControlModifier);
+        compare(stage.zoom, 1);
+    }
+
+    function test_theWheelScrollsAndWithControlZoomsAtThePointer() {
+        const thumb = () => Look.find(stage, each => each.orientation === Qt.Horizontal && each.visible && each.minimumSize !== undefined);
+        verify(!thumb());
+        const before = stage.startSeconds + 200 / stage.pixelsPerSecond;
+        for (let i = 0; i < 8; ++i)
+            mouseWheel(stage, 200, 60, 0, 120, Qt.NoButton, Qt.ControlModifier);
+        fuzzyCompare(stage.zoom, 4, 1e-6);
+        fuzzyCompare(stage.startSeconds + 200 / stage.pixelsPerSecond, before, 0.01);
+        verify(thumb());
+        const scroll = stage.scrollX;
+        mouseWheel(stage, 200, 60, 0, -120);
+        compare(stage.scrollX, scroll + 60);
+        mouseWheel(stage, 200, 60, 120, 0);
+        compare(stage.scrollX, scroll);
+        for (let i = 0; i < 60; ++i)
+            mouseWheel(stage, 200, 60, 0, 120, Qt.NoButton, Qt.ControlModifier);
+        compare(stage.zoom, 64);
+        for (let i = 0; i < 60; ++i)
+            mouseWheel(stage, 200, 60, 0, -120, Qt.NoButton, Qt.ControlModifier);
+        compare(stage.zoom, 1);
+    }
+
+    function test_theViewFollowsThePlayheadByPages() {
+        mouseClick(item("zoomSelectionButton"));
+        mouseClick(item("wholeFileChip"));
+        const before = stage.scrollX;
+        mouseClick(item("playButton"));
+        Fixture.play(3.2);
+        compare(stage.scrollX, before);
+        verify(stage.hasPlayhead);
+        Fixture.play(6);
+        fuzzyCompare(stage.playheadX, 0.15 * stage.width, 1.5);
+        const page = stage.scrollX;
+        Fixture.play(6.1);
+        compare(stage.scrollX, page);
+    }
+
+    function test_theWaveIsNotDrawnAnewWhileItPlays() {
+        const wave = item("wave");
+        mouseClick(item("playButton"));
+        let redrawn = 0;
+        wave.changed.connect(() => ++redrawn);
+        for (let i = 1; i <= 20; ++i)
+            Fixture.play(3 + i * 0.04);
+        compare(redrawn, 0);
+        verify(stage.hasPlayhead);
+    }
+
+    function test_loopIsSwitchedByPointerAndKey() {
+        mouseClick(item("loopButton"));
+        compare(Fixture.editor(), "3.00-4.00 marked 1 loop");
+        item("loopButton").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        compare(Fixture.editor(), "3.00-4.00 marked 1");
+    }
+
+    function test_theSlidersWorkWithTheKeysAndADoubleClickResets() {
+        slider("gainSlider").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Right);
+        keyClick(Qt.Key_Right);
+        compare(item("gainSlider").valueText, "+2 dB");
+        compare(window.model.sound.effects.gain, 2);
+        verify(!window.model.sound.effects.isNeutral);
+        mouseDoubleClickSequence(slider("gainSlider"), slider("gainSlider").width / 4, 16);
+        tryCompare(window.model.sound.effects, "gain", 0);
+        verify(!item("gainSlider").isChanged);
+        slider("speedSlider").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Left);
+        compare(window.model.sound.effects.speedText, "0.93×");
+        keyClick(Qt.Key_Delete);
+        compare(window.model.sound.effects.speedText, "1×");
+    }
+
+    function test_thePresetsAndTheVoicesAndReset() {
+        mouseClick(Look.label(item("presets"), "2×"));
+        compare(window.model.sound.effects.speedText, "2×");
+        compare(window.model.sound.effects.preset, 4);
+        mouseClick(chip("Robot"));
+        compare(item("voiceHint").text, "Metallic and buzzing.");
+        compare(chip("Robot").isPicked, true);
+        compare(chip("Natural").isPicked, false);
+        mouseClick(item("reverseToggle"));
+        verify(Fixture.effects().includes("\"reverse\":true"));
+        mouseClick(item("resetButton"));
+        verify(window.model.sound.effects.isNeutral);
+        compare(item("reverseToggle").checked, false);
+        verify(!item("resetButton").enabled);
+    }
+
+    function test_effectsAreRenderedBeforeTheyAreHeard() {
+        mouseClick(chip("Robot"));
+        keyClick(Qt.Key_Space);
+        compare(Fixture.editor(), "3.00-4.00 marked 1 rendering");
+        verify(Look.ofType(item("playButton"), "Spinner"));
+        verify(!item("failure").visible);
+        Fixture.failEffects();
+        tryVerify(() => item("failure").visible);
+        compare(item("failure").text, "Couldn't play this with the effects.");
+        verify(item("well").visible);
+    }
+
+    function test_aNarrowWindowKeepsTheIconsAndTheWaveGivesUpHeight() {
+        const wide = item("saveButton").width;
+        const tall = item("well").height;
+        window.width = 900;
+        window.height = 600;
+        tryCompare(item("saveButton"), "width", Metrics.button);
+        verify(wide > 100);
+        verify(chip("Megaphone").isCompact);
+        verify(item("well").height < tall);
+        verify(item("well").height >= Metrics.waveMinHeight);
+        compare(item("addButton").text, "Add to Library");
+        verify(item("addButton").width > 100);
+    }
+
+    function test_everythingIsReachedByTheTabKey() {
+        compare(Fixture.flaws(window), []);
+        const stops = Fixture.tabStops(window);
+        for (const stop of ["EditableText: Name of the sound", "Button: Save to Desktop", "Button: Add to Library", "Button: door",
+                "Button: Add a tag", "Slider: Start, 0:03.000", "Slider: End, 0:04.000", "Button: Play", "CheckBox: Loop",
+                "Button: Show the whole sound", "Button: Option 2, 1.50s", "Button: Whole file, 10.00s", "CheckBox: Reverse",
+                "Button: Robot", "Slider: Speed, 1×", "Slider: Reverb, 0%"])
+            verify(stops.some(each => each.startsWith(stop)), stop + " of " + stops.join("; "));
+    }
+
+    function test_aNameIsSuggestedAndUsed() {
+        const button = item("smartNameButton");
+        compare(Fixture.spoken(button), "Button: Suggest a name");
+        mouseClick(button);
+        compare(Fixture.spoken(button), "Button: Thinking…");
+        verify(!item("dismissName").visible);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        compare(Fixture.spoken(button), "Button: Use the name Slam");
+        compare(Fixture.record(), "Door Slam: door, slam");
+        compare(window.model.sound.suggestedTags, ""); // it has them
+        mouseClick(button);
+        compare(Fixture.record(), "Slam: door, slam");
+        compare(item("nameField").text, "Slam");
+        verify(!hasText("Use"));
+        compare(Fixture.spoken(button), "Button: Suggest a name");
+    }
+
+    function test_aSuggestedNameIsAskedForAndDismissedWithTheKeys() {
+        const button = item("smartNameButton");
+        button.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.flaws(window).join("; "), "");
+        keyClick(Qt.Key_Escape);
+        verify(!hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.record(), "Door Slam: door, slam");
+        keyClick(Qt.Key_Return);
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        mouseClick(item("dismissName"));
+        verify(!hasText("Use"));
+        verify(button.activeFocus);
+        compare(Fixture.record(), "Door Slam: door, slam");
+    }
+
+    function test_withoutAnIdeaThereIsNothingToUse() {
+        const button = item("smartNameButton");
+        mouseClick(button);
+        Fixture.answerHearingWithNothing();
+        tryVerify(() => hasText("Not sure what this is"));
+        verify(!hasText("Use"));
+        mouseClick(item("dismissName"));
+        tryVerify(() => !hasText("Not sure what this is"));
+        compare(Fixture.record(), "Door Slam: door, slam");
+    }
+
+    function test_aLongNameLeavesRoomForTheSuggestion_data() {
+        return [{ tag: "wide", width: 1180 }, { tag: "narrow", width: 900 }];
+    }
+    function test_aLongNameLeavesRoomForTheSuggestion(data) {
+        window.width = data.width;
+        Fixture.rename(0, "The very long name of a door that is slammed shut again and again in an old house");
+        mouseClick(item("smartNameButton"));
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Use"));
+        const name = item("nameField");
+        const smart = item("smartName");
+        tryVerify(() => smart.x >= name.x + name.width);
+        tryVerify(() => smart.x + smart.width < item("dragButton").parent.x);
+        verify(smart.width >= 100, smart.width);
+        verify(name.width >= 100, name.width);
+    }
+
+    function test_namingFromTheMenuIsShownInTheRow() {
+        Fixture.rename(0, "IMG_0042");
+        const list = item("libraryList");
+        list.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => hasText("Smart Name"));
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => hasText("Naming 1"));
+        verify(hasText("Listening…"));
+        Fixture.answerHearing();
+        tryVerify(() => hasText("Named it and added tags."));
+        verify(!hasText("Naming 1"));
+        compare(Fixture.record(), "Slam: door, slam");
+        tryVerify(() => !hasText("Smart Name"));
+        list.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Menu);
+        tryVerify(() => hasText("Smart Name"));
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => hasText("These sounds already have names you chose, so I left them alone."));
+    }
+}
