@@ -56,7 +56,7 @@ endif()
 #  - INSIDE are folders of the room that nobody else may include.
 #  - LINKS are the libraries that its headers show; PRIVATE_LINKS those that they hide.
 # What else a room needs (resources, flags of single files) stands in its Room.cmake,
-# where ${room} is the target.
+# where ${room} is the target. A room with .qml files is also a QML module.
 # Every header outside INSIDE is compiled alone (all_verify_interface_header_sets).
 function(tonequill_room name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;INSIDE;LINKS;PRIVATE_LINKS")
@@ -101,6 +101,10 @@ function(tonequill_room name)
 
   set_property(GLOBAL APPEND PROPERTY TONEQUILL_ROOMS ${name})
   set_property(GLOBAL PROPERTY TONEQUILL_INSIDE_LINKS_${name} ${arg_PRIVATE_LINKS})
+  file(GLOB_RECURSE qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${folder}/*.qml")
+  if(qml_files)
+    tonequill_qml_module(${name} QML_FILES ${qml_files} DEPENDS ${arg_DEPENDS})
+  endif()
   include("${folder}/Room.cmake" OPTIONAL)
   tonequill_precompile(${room} sources)
 endfunction()

@@ -128,7 +128,7 @@ TEST(EffectRenderer, HasNothingToRenderInAnEmptyRange)
     EXPECT_EQ(kind(2, 3), RenderError::Kind::empty);
     EXPECT_EQ(kind(50, 51), RenderError::Kind::empty);
     EXPECT_EQ(kind(-2, -1), RenderError::Kind::empty);
-    EXPECT_THROW(EffectRenderer::read(test::scratchPath(u"none.wav"_s), 0, 1), AudioFileError);
+    EXPECT_THROW(EffectRenderer::read(test::scratchPath(u"nowhere.wav"_s), 0, 1), AudioFileError);
     EXPECT_THROW(EffectRenderer::read(test::makeFile(u"text.wav"_s, "no sound"), 0, 1), AudioFileError);
 }
 

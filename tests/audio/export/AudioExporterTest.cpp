@@ -309,8 +309,8 @@ TEST(AudioExporter, RefusesAnEmptyRangeAndLeavesTheDestination)
     EXPECT_EQ(messageFor(7, 8), empty);
     EXPECT_EQ(messageFor(-2, -1), empty);
     EXPECT_EQ(messageFor(0, std::numeric_limits<double>::quiet_NaN()), empty);
-    EXPECT_EQ(messageOf([&] { AudioExporter::exportRange(request(test::scratchPath(u"none.wav"_s), 0, 1), path); }),
-              u"“none.wav” couldn't be opened."_s);
+    EXPECT_EQ(messageOf([&] { AudioExporter::exportRange(request(test::scratchPath(u"nowhere.wav"_s), 0, 1), path); }),
+              u"“nowhere.wav” couldn't be opened."_s);
     EXPECT_EQ(test::bytesOfFile(path), "kept");
 }
 
