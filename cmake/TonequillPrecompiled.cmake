@@ -1,28 +1,37 @@
-# The two precompiled headers that all targets share.
+# The precompiled headers that all targets share: one for the sources, one for the rooms
+# of the window, one for the tests.
 
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+# Makes the precompiled header of a kind: what all take, and HEADERS. What defines macros
+# stands in LINKS only if all users of the kind link it as well.
+function(tonequill_make_precompiled kind)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "LINKS;HEADERS")
   set(nothing "${CMAKE_BINARY_DIR}/nothing.cpp")
   file(CONFIGURE OUTPUT "${nothing}" CONTENT "// A precompiled header needs a file that uses it.\n")
-  foreach(kind IN ITEMS sources tests)
-    add_library(tonequill_precompiled_${kind} OBJECT "${nothing}")
-    set_target_properties(tonequill_precompiled_${kind} PROPERTIES AUTOMOC OFF EXCLUDE_FROM_ALL ON)
-    target_link_libraries(tonequill_precompiled_${kind} PRIVATE Qt6::Core QCoro6::Core tonequill_flags)
-    # Whatever defines macros is left out: its users alone have them.
-    target_precompile_headers(tonequill_precompiled_${kind} PRIVATE
-      <QByteArray> <QDir> <QFile> <QFileInfo> <QHash> <QJsonArray> <QJsonDocument> <QJsonObject>
-      <QList> <QObject> <QSet> <QString> <QStringList> <QTimer> <QUuid> <QVariant> <QCoroTask>
-      <algorithm> <array> <chrono> <cmath> <cstring> <functional> <limits> <memory> <mutex>
-      <numeric> <optional> <span> <stdexcept> <string> <utility> <vector>)
-  endforeach()
-  target_link_libraries(tonequill_precompiled_tests PRIVATE GTest::gmock)
-  target_precompile_headers(tonequill_precompiled_tests PRIVATE <gmock/gmock.h> <QTemporaryDir> <QCoreApplication>)
+  set(target tonequill_precompiled_${kind})
+  add_library(${target} OBJECT EXCLUDE_FROM_ALL "${nothing}")
+  set_target_properties(${target} PROPERTIES AUTOMOC OFF)
+  target_link_libraries(${target} PRIVATE Qt6::Core QCoro6::Core ${arg_LINKS} tonequill_flags)
+  target_precompile_headers(${target} PRIVATE
+    <QByteArray> <QDir> <QFile> <QFileInfo> <QHash> <QJsonArray> <QJsonDocument> <QJsonObject>
+    <QList> <QObject> <QSet> <QString> <QStringList> <QTimer> <QUuid> <QVariant> <QCoroTask>
+    <algorithm> <array> <chrono> <cmath> <cstring> <functional> <limits> <memory> <mutex>
+    <numeric> <optional> <span> <stdexcept> <string> <utility> <vector> ${arg_HEADERS})
+endfunction()
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  tonequill_make_precompiled(sources)
+  # With what the compiled QML takes.
+  tonequill_make_precompiled(window LINKS Qt6::Quick HEADERS
+    <QAbstractListModel> <QImage> <QPainter> <QQuickItem> <QQuickWindow> <QUrl>
+    <QtQml/qqmlcomponent.h> <QtQml/qqmlcontext.h> <QtQml/qqmlengine.h> <QtQml/qqmlprivate.h>)
+  tonequill_make_precompiled(tests LINKS GTest::gmock HEADERS <gmock/gmock.h> <QCoreApplication> <QTemporaryDir>)
 endif()
 
 # tonequill_precompile(TARGET KIND)
 #
-# Has the target take what nearly every file includes from one of two precompiled headers:
-# that of the sources or that of the tests. clang (for libFuzzer and clang-tidy) builds
-# without them, which proves the includes.
+# Has the target take what nearly every file includes from the precompiled header of the
+# kind: sources, window or tests. clang (for libFuzzer and clang-tidy) builds without them,
+# which proves the includes.
 #
 # GCC is silent about it, but a function may be compiled with the optimisation that the
 # precompiled header was made with: -ffp-contract=off was lost so. Therefore flags that
@@ -38,7 +47,7 @@ function(tonequill_precompile target kind)
   get_target_property(sources ${target} SOURCES)
   foreach(source IN LISTS sources)
     get_source_file_property(options "${source}" COMPILE_OPTIONS)
-    if(options)
+    if(options MATCHES "-[fO]")
       set_source_files_properties("${source}" PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     endif()
   endforeach()

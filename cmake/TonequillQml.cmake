@@ -53,7 +53,7 @@ function(tonequill_qml_module name)
   endforeach()
   list(REMOVE_DUPLICATES folders)
   set_source_files_properties(${sources} PROPERTIES
-    COMPILE_OPTIONS "-w" SKIP_PRECOMPILE_HEADERS ON INCLUDE_DIRECTORIES "${folders}")
+    COMPILE_OPTIONS "-w" INCLUDE_DIRECTORIES "${folders}")
 
   get_target_property(file ${room} QT_QML_MODULE_PLUGIN_TYPES_FILE)
   set(lint_stamp "${CMAKE_CURRENT_BINARY_DIR}/${room}_lint.stamp")

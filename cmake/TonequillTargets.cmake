@@ -106,7 +106,11 @@ function(tonequill_room name)
     tonequill_qml_module(${name} QML_FILES ${qml_files} DEPENDS ${arg_DEPENDS})
   endif()
   include("${folder}/Room.cmake" OPTIONAL)
-  tonequill_precompile(${room} sources)
+  if(name MATCHES "^ui/")
+    tonequill_precompile(${room} window)
+  else()
+    tonequill_precompile(${room} sources)
+  endif()
 endfunction()
 
 # tonequill_rooms_of(RESULT SUBSYSTEM [INSIDE]): the targets of the rooms of a top folder;
