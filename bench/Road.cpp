@@ -2,7 +2,9 @@
 // does it: from importURLs to the range that is shown and to what was heard. The
 // peer is FFmpeg decoding the same file to nothing.
 
+#include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/smart/NamingFlows.h"
 #include "base/Background.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
@@ -62,7 +64,8 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     });
     QObject::connect(&model.editor(), &EditorModel::settled, &model, [] { QCoreApplication::quit(); });
     clock.restart();
-    startFlow(model.importURLs({file}));
+    followTheEar(model);
+    startFlow(importURLs(model, {file}));
     QCoreApplication::exec();
     std::printf("%-12s best part shown %7.0f ms, named %7.0f ms, all parts labelled %7.0f ms; ffmpeg to null %7.0f ms\n",
                 qPrintable(label), shown, heard, double(clock.nsecsElapsed()) / 1e6, decoding);

@@ -1,4 +1,5 @@
 #include "surfaces/Fixture.h"
+#include "app/library/ImportFlows.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -189,7 +190,7 @@ void Fixture::resetSettings()
 
 void Fixture::deleteFirst()
 {
-    m_app->deleteItems({m_app->library().items().first()});
+    deleteItems(*m_app, {m_app->library().items().first()});
 }
 
 void Fixture::answerRelated(const QStringList& words)

@@ -72,7 +72,7 @@ protected:
         for (const QString& name : names)
             folder.add(name);
         folder.write();
-        library = std::make_unique<LibraryStore>(clock, folder.path());
+        library = std::make_unique<LibraryStore>(clock, workers, folder.path());
         selection = std::make_unique<Selection>(*library);
         session = std::make_unique<LibrarySession>(*library, *selection, languageModel, clock);
         follower = std::make_unique<Follower>(*session);
@@ -101,6 +101,7 @@ protected:
 
     test::LibraryFolder folder;
     test::FakeClock clock;
+    Workers workers;
     test::FakeLanguageModel languageModel;
     std::unique_ptr<LibraryStore> library;
     std::unique_ptr<Selection> selection;

@@ -21,7 +21,7 @@ protected:
         for (const QChar name : u"abcde"_s)
             folder.add(name);
         folder.write();
-        library = std::make_unique<LibraryStore>(clock, folder.path());
+        library = std::make_unique<LibraryStore>(clock, workers, folder.path());
         selection = std::make_unique<Selection>(*library);
         selection->openNewest();
     }
@@ -52,6 +52,7 @@ protected:
 
     test::LibraryFolder folder;
     test::FakeClock clock;
+    Workers workers;
     std::unique_ptr<LibraryStore> library;
     std::unique_ptr<Selection> selection;
 };
