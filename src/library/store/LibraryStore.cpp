@@ -62,7 +62,7 @@ ImportedFile bringIn(const QString& source, const QString& folder, const QUuid& 
 {
     const MediaTracks tracks = [&] {
         try {
-            return mediaTracks(source);
+            return mediaTracks(source, progress);
         } catch (const AudioFileError&) {
             throw ImportError::unsupported(name);
         }

@@ -49,7 +49,7 @@ public:
     // `top` labels, strongest first, each with the best confidence of any window
     // of about one second. A file of any length is read in blocks.
     // Throws AudioFileError, and SoundModelError for a broken network of the
-    // user's unless the choice is to fall back.
+    // user's unless the choice is to fall back; and Cancelled, within a patch.
     std::vector<HeardLabel> classify(const QString& path, double start, double end, int top,
                                      const Progress* progress = nullptr) const;
 
