@@ -30,10 +30,10 @@ void compare(const QString& path, double maxRatio, double maxCpu, double maxMega
                 qPrintable(QFileInfo(path).fileName()), ours.cpuSeconds, ours.peakMegabytes, peer.cpuSeconds,
                 ours.cpuSeconds / peer.cpuSeconds);
     if (maxRatio > 0)
-        std::printf(" (bar %.2f: %s)", maxRatio, ours.cpuSeconds <= maxRatio * peer.cpuSeconds ? "met" : "MISSED");
+        std::printf(" (bar %.2f: %s)", maxRatio, bench::verdict(ours.cpuSeconds <= maxRatio * peer.cpuSeconds));
     if (maxCpu > 0)
         std::printf(" (bars %.2f s, %.0f MB: %s)", maxCpu, maxMegabytes,
-                    ours.cpuSeconds <= maxCpu && ours.peakMegabytes <= maxMegabytes ? "met" : "MISSED");
+                    bench::verdict(ours.cpuSeconds <= maxCpu && ours.peakMegabytes <= maxMegabytes));
     std::printf("\n");
 }
 
@@ -58,4 +58,5 @@ int main(int argc, char** argv)
     compare(wav, 0, 0.35, 40);
     compare(mp3, 1.1, 0, 0);
     compare(m4a, 1.1, 0, 0);
+    return bench::exitCode();
 }

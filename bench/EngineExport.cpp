@@ -45,4 +45,5 @@ int main(int argc, char** argv)
     const QString mp3 = bench::makeMedia(u"hour44.mp3"_s, {u"-i"_s, wav, u"-b:a"_s, u"128k"_s});
     compare("10 s out of 1 h of WAV", wav);
     compare("10 s out of 1 h of MP3", mp3);
+    return bench::exitCode();
 }

@@ -58,4 +58,5 @@ int main()
     for (int i = 0; i < kPieces; ++i)
         pieces[std::size_t(i)].offset = i * 10;
     compare("200 pieces of 10 s in a row", pieces, kPieces);
+    return bench::exitCode();
 }

@@ -39,6 +39,7 @@ int main()
         std::size_t found = 0;
         const auto cost = bench::best(9, [&] { return bench::costOf([&] { found = SmartCutter::candidates(a, 6).size(); }); });
         std::printf("%-16s %6.2f ms, %zu proposed (bar 10 ms: %s)\n", shape.name, cost.cpuSeconds * 1e3, found,
-                    cost.cpuSeconds <= 0.010 ? "met" : "MISSED");
+                    bench::verdict(cost.cpuSeconds <= 0.010));
     }
+    return bench::exitCode();
 }

@@ -137,5 +137,6 @@ int main(int argc, char** argv)
     // Differences below what a tone's level can be told to (32-bit floats) are none.
     const bool isMet = ours.rippleDb <= theirs.rippleDb + 1e-5 && ours.edgeHertz >= theirs.edgeHertz &&
                        ours.residueDb <= theirs.residueDb + 0.5 && ours.imageDb <= theirs.imageDb + 0.5;
-    std::printf("not worse: %s\n", isMet ? "met" : "MISSED");
+    std::printf("not worse: %s\n", bench::verdict(isMet));
+    return bench::exitCode();
 }

@@ -82,4 +82,5 @@ int main(int argc, char** argv)
         std::printf("%-34s %9.4f s   rubberband -2 %9.4f s   the finer engine costs %.1f times as much\n", "  the faster engine",
                     faster.cpuSeconds, fasterPeer.cpuSeconds, ours.cpuSeconds / faster.cpuSeconds);
     }
+    return bench::exitCode();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Bar.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFileInfo>
@@ -121,7 +123,7 @@ inline QString makeMedia(const QString& name, const QStringList& arguments)
 inline void printRatio(const char* what, double ours, double peers, double bar, const char* peer)
 {
     std::printf("%-34s %9.4f s   %s %9.4f s   ratio %5.2f (bar %.2f: %s)\n", what, ours, peer, peers, ours / peers, bar,
-                std::round(100 * ours / peers) <= 100 * bar ? "met" : "MISSED");
+                verdict(std::round(100 * ours / peers) <= 100 * bar));
 }
 
 } // namespace tonequill::bench

@@ -3,6 +3,7 @@
 // dictionary with every prefix and suffix before and after it, as people write.
 
 #include "terms/SearchTerms.h"
+#include "Bar.h"
 
 #include <algorithm>
 #include <chrono>
@@ -35,7 +36,7 @@ void measureWalks()
         const double walk = microseconds(unknown, SearchTerms::Fuzzy::yes);
         const bool isOneWord = unknown.size() < 100;
         std::printf("  %5lld letters  %9.2f µs   %s\n", qint64(unknown.size()), walk,
-                    isOneWord ? (walk <= kWalkBar ? "met" : "MISSED") : "(no word; no bar)");
+                    isOneWord ? bench::verdict(walk <= kWalkBar) : "(no word; no bar)");
     }
 }
 
@@ -67,4 +68,5 @@ int main()
 {
     measureWalks();
     measureWholeDictionary();
+    return bench::exitCode();
 }

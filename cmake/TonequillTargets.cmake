@@ -6,6 +6,8 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_AUTOMOC ON)
+# moc reads headers, not libraries: nothing waits for those to be built.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 
 # Everything that our own code is compiled with. Imported targets are system
 # includes, so the warnings are about our lines only.
@@ -13,6 +15,10 @@ add_library(tonequill_flags INTERFACE)
 target_compile_options(tonequill_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
   -Wcast-qual -Wformat=2 -Wimplicit-fallthrough -Werror)
+# The same samples on every machine: no product and sum are fused into one rounding.
+target_compile_options(tonequill_flags INTERFACE -ffp-contract=off)
+# SDL's users must have it, and a precompiled header is for equal definitions only.
+target_compile_definitions(tonequill_flags INTERFACE _REENTRANT)
 target_compile_definitions(tonequill_flags INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)
@@ -50,7 +56,7 @@ endif()
 #  - INSIDE are folders of the room that nobody else may include.
 #  - LINKS are the libraries that its headers show; PRIVATE_LINKS those that they hide.
 # What else a room needs (resources, flags of single files) stands in its Room.cmake,
-# where ${room} is the target.
+# where ${room} is the target. A room with .qml files is also a QML module.
 # Every header outside INSIDE is compiled alone (all_verify_interface_header_sets).
 function(tonequill_room name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "DEPENDS;INSIDE;LINKS;PRIVATE_LINKS")
@@ -92,11 +98,15 @@ function(tonequill_room name)
   target_link_libraries(${room} PUBLIC ${arg_LINKS} PRIVATE ${arg_PRIVATE_LINKS} tonequill_flags)
   set_target_properties(${room} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
   tonequill_moc_follows_globs(${room})
-  tonequill_precompile(${room})
 
   set_property(GLOBAL APPEND PROPERTY TONEQUILL_ROOMS ${name})
   set_property(GLOBAL PROPERTY TONEQUILL_INSIDE_LINKS_${name} ${arg_PRIVATE_LINKS})
+  file(GLOB_RECURSE qml_files CONFIGURE_DEPENDS RELATIVE "${CMAKE_CURRENT_SOURCE_DIR}" "${folder}/*.qml")
+  if(qml_files)
+    tonequill_qml_module(${name} QML_FILES ${qml_files} DEPENDS ${arg_DEPENDS})
+  endif()
   include("${folder}/Room.cmake" OPTIONAL)
+  tonequill_precompile(${room} sources)
 endfunction()
 
 # tonequill_rooms_of(RESULT SUBSYSTEM [INSIDE]): the targets of the rooms of a top folder;
@@ -129,16 +139,6 @@ function(tonequill_moc_follows_globs target)
   endif()
 endfunction()
 
-# Precompiles the headers that nearly every file takes. clang (sanitizers of
-# libFuzzer, clang-tidy's view) builds without them, which proves the includes.
-function(tonequill_precompile target)
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    target_precompile_headers(${target} PRIVATE
-      <QtCore/QString> <QtCore/QStringList> <QtCore/QObject> <QtCore/QUuid> <QtCore/QHash>
-      <algorithm> <cmath> <functional> <memory> <optional> <span> <string> <vector>)
-  endif()
-endfunction()
-
 # tonequill_test(SUBSYSTEM [LINKS target...]): the GoogleTest program test_SUBSYSTEM of
 # tests/SUBSYSTEM and its folders, linked to all rooms of that subsystem.
 function(tonequill_test name)
@@ -151,7 +151,7 @@ function(tonequill_test name)
   add_executable(test_${name} ${sources})
   target_link_libraries(test_${name} PRIVATE tonequill_test_support ${rooms} ${arg_LINKS} tonequill_flags)
   tonequill_moc_follows_globs(test_${name})
-  tonequill_precompile(test_${name})
+  tonequill_precompile(test_${name} tests)
   add_test(NAME ${name} COMMAND test_${name})
   set_tests_properties(${name} PROPERTIES TIMEOUT 240
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp")

@@ -52,10 +52,10 @@ ExportResult exportWithEffects(const QString& source, double start, double end, 
 {
     constexpr auto kPreset = ExportPreset::anyEditor;
     if (effects.isNeutral())
-        return AudioExporter::exportRange({source, start, end, kPreset, kFadeIn, kFadeOut}, path);
+        return AudioExporter::exportRange({source, start, end, kPreset, kFadeIn, kFadeOut}, path, progress);
     const ScratchFile rendered(EffectRenderer::render(source, start, end, effects, progress));
     const double seconds = AudioFile(rendered.path()).durationSeconds();
-    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path);
+    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path, progress);
 }
 
 } // namespace tonequill::PartExport

@@ -1,7 +1,6 @@
 #include "app/smart/NamingFlows.h"
 
 #include "app/model/AppModel.h"
-#include "understanding/listening/SoundClassifier.h"
 #include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
@@ -17,7 +16,7 @@ void applyHeard(AppModel& model, const SoundItem& item, const SoundHeard& heard)
     if (heard.name.isEmpty() || !stored || stored->nameIsAuto != true)
         return;
     if (heard.labels.empty() || heard.labels.front().confidence < kSure ||
-        SoundClassifier::voiceAndMusic().contains(heard.labels.front().name))
+        voiceAndMusic().contains(heard.labels.front().name))
         return;
     QStringList tags;
     for (std::size_t i = 0; i < std::min(heard.labels.size(), kLabelsForTags); ++i) {

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A plus that becomes a field for a tag: Enter and a click elsewhere add it,
 // Escape doesn't.

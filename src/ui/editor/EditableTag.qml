@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A tag that a click on its cross, or the Delete key, takes away.
 T.Button {

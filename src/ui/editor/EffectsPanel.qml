@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // Everything that can be done to the sound before it is saved.
 Item {

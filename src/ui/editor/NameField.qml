@@ -1,6 +1,7 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Editor
 
 // The sound's name, edited where it stands: Enter and a click elsewhere keep the
 // new one, Escape the old one.

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // The parts that were found. What doesn't fit scrolls under a fade.
 Item {

@@ -1,6 +1,7 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Editor
 
 // Plays the range: the one button in ink.
 T.Button {

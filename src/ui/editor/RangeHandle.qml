@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // An edge of the range: a line with a grip, which the pointer drags (WaveStage)
 // and the arrows move.

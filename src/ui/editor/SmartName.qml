@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Editor
 
 // A name for the open sound: it is asked for, and then used or not. One button
 // all the way, so that the keyboard stays where it is.

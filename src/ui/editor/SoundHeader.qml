@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // What the open sound is, and what becomes of its marked parts.
 Item {

@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // The open sound: what it is, its wave, the parts that were found, its effects.
 // Where there is little room, the wave gives up height first.

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // The length, the tags with their editing, what the ear tells, and the licence.
 Item {

@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Editor
 
 // Plays the range, tells what it is and what it sounds like, and zooms the wave.
 Item {

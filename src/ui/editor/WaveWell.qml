@@ -1,6 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Wave
+import Tonequill.Editor
 
 // The open sound's wave: ruler, range, found parts, playhead.
 Card {

@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A button with words. While it is loading, a spinner stands in the icon's place.
 T.Button {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A surface inside a panel: raised, or sunk as a well.
 Rectangle {

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A proposal that can be picked, with a detail such as its length.
 T.AbstractButton {

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // Something to drag out: dashed, as everything that moves by dragging. A click
 // alone does nothing.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // How a number moves.
 NumberAnimation {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // Where a row goes on beyond the edge of what is shown: it gets lost in the
 // panel, whose colour is `ground`, towards the right.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A calm sentence where nothing is.
 Column {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // How a colour changes under the pointer.
 ColorAnimation {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // The ring around what has the keyboard. It lies outside its parent, or inside
 // where rows stand close.

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A button that is an icon; `text` is its name. On is `checked`.
 T.Button {

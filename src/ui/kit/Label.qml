@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A line of text in one of the styles of Metrics. It stays where it is in every
 // script: right-to-left text reads so inside its place, and doesn't move it.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // How loud it is, from quiet on the left to too loud on the right.
 Rectangle {

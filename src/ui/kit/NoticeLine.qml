@@ -1,6 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // The window's passing message. It keeps its words while it goes.
 Item {

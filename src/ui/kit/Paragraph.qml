@@ -1,5 +1,4 @@
 import QtQuick
-import Tonequill
 
 // Text that wraps and may hold any script: its lines keep their distance.
 Label {

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A surface that hangs from its parent, a button, and points at it. Another press
 // of the button closes it, as Escape and a press elsewhere do.

@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // The scroll bar of a list: it lies over the list and shows itself while it is of use.
 T.ScrollBar {

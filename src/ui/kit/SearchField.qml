@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A field to search with. Escape and the cross empty it, another Escape leaves
 // it; Down and Return go to what was found.

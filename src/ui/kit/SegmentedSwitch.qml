@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // One of a few, side by side. Its children are Segments; the arrows move between them.
 Item {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // The drop shadow of its parent.
 ShadowImage {

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // Something goes on, and nobody knows for how long.
 ArcItem {

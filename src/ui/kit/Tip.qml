@@ -1,8 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQml.Models
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // The help text of a control, with its key. It is made when the pointer rests.
 Instantiator {

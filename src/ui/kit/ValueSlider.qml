@@ -1,6 +1,6 @@
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
 
 // A row that sets a number: its name, the slider, and the value in words. The
 // fill starts at the neutral value, where the row stays quiet.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A wave that isn't there yet: its middle line, and what is going on.
 Item {

@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Library
 
 // What the Auto Folder is, where it is and how it stands.
 Popover {

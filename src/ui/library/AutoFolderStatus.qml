@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Library
 
 // How the Auto Folder stands: a failure, how far the copying is, or how many
 // sounds it holds. Nothing, and no height, without a folder.

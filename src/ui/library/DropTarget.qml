@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Library
 
 // Takes dropped files and shows that it would. It lies over its parent.
 DropArea {

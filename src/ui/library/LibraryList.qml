@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Library
 
 // The library's rows, with the pointer and the keys.
 KeyboardItem {

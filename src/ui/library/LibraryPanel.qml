@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Library
 
 // The list, what it takes by dropping, and how many sounds there are.
 Panel {

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Wave
 
 // One row of the library: a sound, or a file that is coming in.
 ListRow {

@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Settings
 
 // Where sounds are saved, as a button with a menu.
 ActionButton {

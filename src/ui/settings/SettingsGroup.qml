@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // Settings of one subject: its title beside a card with rows.
 Item {

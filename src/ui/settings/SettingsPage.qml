@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Settings
 
 // All settings, in their groups. Where there is too little room they scroll,
 // and what gets the keyboard comes into view.

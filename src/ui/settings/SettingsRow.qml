@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // What is set, and on the right what sets it or tells it.
 Item {

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Settings
 
 // The settings, over the main window and as tall as it allows. What is given to it
 // lies over them.

@@ -1,5 +1,5 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
 
 // A row with a switch; its words can be clicked as well.
 SettingsRow {

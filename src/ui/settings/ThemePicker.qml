@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQuick.Templates as T
+import Tonequill.Kit
+import Tonequill.Settings
 
 // The themes side by side, of which one is chosen. The Tab key comes to the
 // chosen one, the arrows choose its neighbours.

@@ -1,6 +1,9 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Library
+import Tonequill.Editor
+import Tonequill.Window
 
 // The list beside the open sound.
 FocusScope {

@@ -1,7 +1,9 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQml.Models
+import Tonequill.Kit
+import Tonequill.Settings
+import Tonequill.Window
 
 // The window: the toolbar on the bare ground, the section below, the notice over all.
 Window {

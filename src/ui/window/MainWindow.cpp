@@ -1,18 +1,16 @@
 #include "ui/window/MainWindow.h"
 
+#include "ui/window/QmlModules.h"
+
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
-
-// Generated with the module. Nothing else refers to it, and without that the
-// linker would leave it in the static library.
-void qml_register_types_Tonequill();
 
 namespace tonequill {
 
 void prepareEngine(QQmlEngine& engine)
 {
-    qml_register_types_Tonequill();
+    registerQmlModules();
     engine.addImportPath(u"qrc:/qt/qml"_s);
 }
 
@@ -27,7 +25,7 @@ MainWindow::MainWindow(AppModel& app, Defaults& defaults)
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     prepareEngine(m_engine);
     m_engine.setInitialProperties({{u"model"_s, QVariant::fromValue(&m_model)}});
-    m_engine.load(QUrl(u"qrc:/qt/qml/Tonequill/Main.qml"_s));
+    m_engine.load(QUrl(u"qrc:/qt/qml/Tonequill/Window/Main.qml"_s));
     if (m_engine.rootObjects().isEmpty())
         qFatal("The window could not be made.");
     m_window = qobject_cast<QQuickWindow*>(m_engine.rootObjects().first());

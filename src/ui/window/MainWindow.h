@@ -31,7 +31,7 @@ private:
     QQuickWindow* m_window = nullptr;
 };
 
-// Makes the module "Tonequill" known to an engine.
+// Makes the program's QML modules known to an engine.
 void prepareEngine(QQmlEngine& engine);
 
 } // namespace tonequill

@@ -1,7 +1,9 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import Tonequill
 import QtQml.Models
+import Tonequill.Kit
+import Tonequill.Library
+import Tonequill.Window
 
 // The sections on the left, what belongs to the section on the right.
 Item {

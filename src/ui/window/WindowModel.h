@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/model/AppModel.h"
 #include "ui/editor/SoundActions.h"
 #include "ui/editor/SoundView.h"
 #include "ui/library/AutoFolderView.h"

@@ -1,5 +1,6 @@
 import QtQuick
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Window
 
 // The notice of the window's model, at the lower edge of what it lies over.
 NoticeLine {

@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtTest
-import Tonequill
+import Tonequill.Kit
 import Tonequill.Test
 import "../Look.js" as Look
 

@@ -1,7 +1,9 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtTest
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Settings
+import Tonequill.Window
 import Tonequill.Test
 import "../Look.js" as Look
 

@@ -1,7 +1,8 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtTest
-import Tonequill
+import Tonequill.Kit
+import Tonequill.Window
 import Tonequill.Test
 import "../Look.js" as Look
 

@@ -8,6 +8,7 @@
 #include "ui/kit/ThemeStore.h"
 #include "ui/kit/WindowBackground.h"
 
+#include <QGuiApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

@@ -47,9 +47,10 @@ protected:
     QTemporaryDir base;
     QString folder = base.filePath(u"Movies/Tonequill Sounds"_s);
     test::FakeClock clock;
+    Workers workers;
     Defaults defaults{base.filePath(u"tonequill.ini"_s)};
     std::function<void(const QString& name)> onCopy = [](const QString&) {};
-    AutoFolder autoFolder{defaults, clock, [this](const AutoFolder::Sound& sound, const QString& path) {
+    AutoFolder autoFolder{defaults, clock, workers, [this](const AutoFolder::Sound& sound, const QString& path) {
                               onCopy(sound.name);
                               test::writeBytes(path, "sound");
                           }};

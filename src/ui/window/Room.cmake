@@ -1,0 +1,1 @@
+tonequill_register_qml_modules(${room})
