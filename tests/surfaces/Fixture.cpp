@@ -236,6 +236,20 @@ void Fixture::dragLeave(QQuickWindow* window)
     QCoreApplication::sendEvent(window, &leave);
 }
 
+void Fixture::hold(QQuickWindow* window, int key, int repeats)
+{
+    const auto send = [window, key](QEvent::Type type, bool isRepeated) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(window, &event);
+    };
+    send(QEvent::KeyPress, false);
+    for (int i = 0; i < repeats; ++i) { // as an X server repeats
+        send(QEvent::KeyRelease, true);
+        send(QEvent::KeyPress, true);
+    }
+    send(QEvent::KeyRelease, false);
+}
+
 void Fixture::drop(QQuickWindow* window, const QStringList& urls, double x, double y)
 {
     const std::unique_ptr<QMimeData> files(filesOf(urls));

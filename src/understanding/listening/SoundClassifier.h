@@ -35,8 +35,6 @@ class SoundClassifier {
 public:
     explicit SoundClassifier(ClassifierChoice choice = {}) : m_choice(std::move(choice)) {}
 
-    static const QSet<QString>& voiceAndMusic() { return tonequill::voiceAndMusic(); }
-
     // Loads the network now instead of with the first question. Throws
     // SoundModelError as classify() does.
     void prepare() const { model(); }
