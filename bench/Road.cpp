@@ -4,7 +4,9 @@
 // hour is shown within 1.2 times of that.
 
 #include "Bar.h"
+#include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/smart/NamingFlows.h"
 #include "base/Background.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
@@ -68,7 +70,8 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     });
     QObject::connect(&model.editor(), &EditorModel::settled, &model, [] { QCoreApplication::quit(); });
     clock.restart();
-    startFlow(model.importURLs({file}));
+    followTheEar(model);
+    startFlow(importURLs(model, {file}));
     QCoreApplication::exec();
     std::printf("%-12s best part shown %7.0f ms, named %7.0f ms, all parts labelled %7.0f ms; ffmpeg to null %7.0f ms",
                 qPrintable(label), shown, heard, double(clock.nsecsElapsed()) / 1e6, decoding);

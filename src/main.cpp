@@ -1,7 +1,10 @@
 // tonequill: the window. Puts the pieces together and owns the library.
 
+#include "app/delivery/AutoFolderSync.h"
 #include "app/handover/HandedOver.h"
+#include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/smart/NamingFlows.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
 #include "library/delivery/DragStaging.h"
@@ -9,8 +12,10 @@
 #include "platform/desktop/SystemAppearance.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/SdlAudioOutput.h"
+#include "platform/process/ExitDeadline.h"
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
+#include "platform/process/TerminationSignals.h"
 #include "ui/window/MainWindow.h"
 #include "understanding/listening/SoundClassifier.h"
 
@@ -24,6 +29,8 @@ using namespace Qt::StringLiterals;
 using namespace tonequill;
 
 namespace {
+
+constexpr std::chrono::milliseconds kTimeToEnd(1800); // people take two seconds for a hang
 
 QStringList filesFrom(const QApplication& application)
 {
@@ -51,7 +58,8 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
-    const SystemAppearance system; // first, so that the desktop has answered when the window opens
+    std::optional<ExitDeadline> deadline; // outlives whatever may take its time to go
+    const SystemAppearance system;        // early, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
     Workers workers;
@@ -67,7 +75,8 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
-    model.watchAutoFolder();
+    followTheEar(model);
+    watchAutoFolder(model);
 
     HandOver server([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);
@@ -78,7 +87,15 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     if (const auto address = server.listen(model.library().folder()))
         lock.publish(*address);
     if (!files.isEmpty())
-        startFlow(model.importURLs(files));
+        startFlow(importURLs(model, files));
+
+    // Everything ends with the window, while the event loop still runs.
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, qApp, &QApplication::quit);
+    QObject::connect(qApp, &QApplication::aboutToQuit, &model, [&] {
+        deadline.emplace(kTimeToEnd);
+        model.close();
+    });
     return QApplication::exec();
 }
 

@@ -19,7 +19,7 @@ bool isConvertible(AudioFormat format)
     return format.sampleRate >= 1 && format.sampleRate <= 1e6 && format.channelCount >= 1 && format.channelCount <= 64;
 }
 
-AudioBuffer convertBuffer(AudioBuffer buffer, AudioFormat to)
+AudioBuffer convertBuffer(AudioBuffer buffer, AudioFormat to, const Progress* progress)
 {
     if (buffer.format() == to)
         return buffer;
@@ -36,6 +36,8 @@ AudioBuffer convertBuffer(AudioBuffer buffer, AudioFormat to)
     StreamConverter converter(buffer.format(), to);
     AudioBuffer block(buffer.format(), std::min(kBlockFrames, buffer.frameLength()));
     for (qint64 first = 0; first < buffer.frameLength(); first += kBlockFrames) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         block.setFrameLength(std::min(kBlockFrames, buffer.frameLength() - first));
         for (int channel = 0; channel < buffer.channelCount(); ++channel)
             std::copy_n(buffer.channel(channel).begin() + first, block.frameLength(), block.channel(channel).begin());

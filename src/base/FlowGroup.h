@@ -4,6 +4,7 @@
 #include "base/Progress.h"
 
 #include <QCoroTask>
+#include <QObject>
 
 #include <coroutine>
 #include <exception>
@@ -92,8 +93,8 @@ QCoro::Task<> deliver(QCoro::Task<T> task, std::shared_ptr<Answer<T>> answer, st
 // The waits of the flows of one owner, who has it as its last member: so that no
 // flow is left suspended in an object that is gone, and what a flow holds, such as
 // temporary files, goes on every way out. Whatever a flow awaits belongs to a
-// group: a job (background()), a time (pause()), a reply (reply()), another flow
-// whose owner may live longer (until()).
+// group: a job (background()), a time (pause()), a signal (signal()), a reply
+// (reply()), another flow whose owner may live longer (until()).
 //
 // One thread, which has an event loop.
 class FlowGroup {
@@ -129,6 +130,20 @@ public:
             waiting->arrive();
         });
         return arrived(std::move(answer), std::move(wait));
+    }
+
+    // Until the object next emits the signal. It outlives the wait.
+    template <typename Object, typename Signal>
+    QCoro::Task<> signal(const Object* object, Signal emitted)
+    {
+        auto wait = add();
+        auto connection = std::make_shared<QMetaObject::Connection>();
+        *connection = QObject::connect(object, emitted, [weak = std::weak_ptr(wait), connection] {
+            QObject::disconnect(*connection);
+            if (const auto waiting = weak.lock())
+                waiting->arrive();
+        });
+        return arrived(std::make_shared<detail::Answer<void>>(), std::move(wait));
     }
 
     // Until another owner's flow has ended. When this group ends first, that flow

@@ -51,6 +51,18 @@ private:
     int m_failedAt = 0;
 };
 
+class Errand final : public Job {
+public:
+    explicit Errand(std::function<void()> work) : Job(nullptr), m_work(std::move(work)) {}
+
+protected:
+    void run() override { m_work(); }
+    void withdraw() override {}
+
+private:
+    std::function<void()> m_work;
+};
+
 class Helper final : public Job {
 public:
     explicit Helper(Shares& shares) : Job(nullptr), m_shares(shares) {}
@@ -95,6 +107,18 @@ void Workers::parallel(int count, const std::function<void(int)>& work)
         helper->waitForEnd();
     }
     shares.rethrow();
+}
+
+void Sequence::run(std::function<void()> work)
+{
+    add(std::make_shared<Errand>(std::move(work)));
+}
+
+void Sequence::finish()
+{
+    const auto last = std::make_shared<Errand>([] {});
+    add(last);
+    last->waitForEnd();
 }
 
 } // namespace tonequill

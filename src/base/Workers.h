@@ -49,6 +49,11 @@ private:
 class Sequence : public JobQueue {
 public:
     explicit Sequence(const char* name) : JobQueue(name, 1) {}
+
+    // Work that nobody waits for, and that throws nothing.
+    void run(std::function<void()> work);
+    // Until all that was given is done. Blocks.
+    void finish();
 };
 
 } // namespace tonequill

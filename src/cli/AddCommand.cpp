@@ -1,5 +1,7 @@
 // add: the whole road of a file, from the import to the finished cuts.
 
+#include "app/delivery/ExportFlows.h"
+#include "app/library/ImportFlows.h"
 #include "base/Background.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
@@ -28,7 +30,7 @@ constexpr int kEvery = std::numeric_limits<int>::max();
 // What is done with each file.
 struct Road {
     bool isRaw = false; // only taken in
-    AppModel::TheSource source = AppModel::TheSource::isReplaced;
+    TheSource source = TheSource::isReplaced;
     int mostParts = 1;
     EffectSettings effects;
 };
@@ -80,6 +82,14 @@ private:
     JsonWriter m_failed;
 };
 
+QList<QUuid> idsOf(const QList<SoundItem>& items)
+{
+    QList<QUuid> ids;
+    for (const SoundItem& item : items)
+        ids << item.id;
+    return ids;
+}
+
 // Walks the road as the window does, with the same flows.
 class Walker {
 public:
@@ -96,27 +106,31 @@ public:
 private:
     QCoro::Task<> addFile(QString file)
     {
-        auto flow = m_model.importURLs({file});
+        auto flow = importURLs(m_model, {file});
+        ImportOutcome imported;
         {
-            const auto progress =
-                m_model.incoming().isEmpty() ? std::make_shared<Progress>() : m_model.incoming().first().progress;
+            const QList<IncomingFile>& incoming = m_model.incoming().files();
+            const auto progress = incoming.isEmpty() ? std::make_shared<Progress>() : incoming.first().progress;
             const terminal::ProgressLine line(QFileInfo(file).fileName(), progress);
-            co_await flow;
+            imported = co_await flow;
         }
-        if (m_model.noticeIsError())
-            co_return m_report.tellFailed(file, m_model.noticeText());
+        if (!imported.failed.isEmpty())
+            co_return m_report.tellFailed(file, imported.failed.first().sentence);
+        QList<QUuid> added = imported.added;
         if (!m_road.isRaw) {
             co_await settle();
             choose();
-            co_await m_model.addToLibrary(m_road.source);
-            if (m_model.noticeIsError())
-                co_return m_report.tellFailed(file, m_model.noticeText());
+            const AddOutcome cut = co_await addToLibrary(m_model, m_road.source);
+            if (cut.end == FlowEnd::failed)
+                co_return m_report.tellFailed(file, cut.sentence);
             co_await settle(); // what is heard in the cut may name it
+            if (cut.end == FlowEnd::done)
+                added = idsOf(cut.added);
         }
-        QList<SoundItem> added = m_model.selectedItems();
-        std::reverse(added.begin(), added.end()); // the library has the newest first
-        for (const SoundItem& item : std::as_const(added))
-            m_report.tellAdded(item);
+        for (const QUuid& id : std::as_const(added)) {
+            if (const SoundItem* item = m_model.library().find(id))
+                m_report.tellAdded(*item);
+        }
     }
 
     QCoro::Task<> settle()
@@ -196,7 +210,7 @@ int add(const QStringList& arguments)
     Road road;
     road.isRaw = options.has(u"raw"_s);
     if (options.has(u"keep-source"_s))
-        road.source = AppModel::TheSource::stays;
+        road.source = TheSource::stays;
     if (options.has(u"all-parts"_s))
         road.mostParts = kEvery;
     if (options.has(u"max"_s)) {

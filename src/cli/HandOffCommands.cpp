@@ -1,7 +1,7 @@
 // save and fcpxml: sounds of the library on their way out.
 
 #include "app/delivery/PartExport.h"
-#include "app/model/AppModel.h"
+#include "app/model/Settings.h"
 #include "base/JsonWriter.h"
 #include "cli/Command.h"
 #include "cli/LibraryAccess.h"
@@ -97,7 +97,7 @@ int save(const QStringList& arguments)
     Options options("save", "SOUND…",
                     "Writes sounds of the library as finished WAV files, under their names and never over another file.\n"
                     "JSON: {\"files\": [paths]}.");
-    return handOff(options, arguments, AppModel::saveFolder(Defaults()), Document::none);
+    return handOff(options, arguments, Settings::saveFolder(Defaults()), Document::none);
 }
 
 int fcpxml(const QStringList& arguments)

@@ -1,5 +1,6 @@
 // name: smart names for sounds whose names say nothing.
 
+#include "app/smart/SmartActions.h"
 #include "base/Background.h"
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
@@ -87,7 +88,7 @@ int report(const LibraryStore& library, const Wish& wish, bool isJson)
 
 QCoro::Task<> nameAll(AppModel& model, QList<SoundItem> items)
 {
-    co_await model.smartRename(items);
+    co_await smartRename(model, items);
     // Queued: this may end before the event loop begins.
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }

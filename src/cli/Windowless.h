@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/AppModel.h"
+#include "app/smart/NamingFlows.h"
 #include "cli/LibraryAccess.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
@@ -20,7 +21,9 @@ public:
         : m_work(opened(m_classifier, ear), m_output, own.workers),
           m_languageModel(LocalLanguageModel::Settings::from(m_defaults)),
           m_model({m_defaults, own.clock, own.workers, m_work, m_apps, m_languageModel}, std::move(own.store))
-    {}
+    {
+        followTheEar(m_model);
+    }
 
     AppModel& model() { return m_model; }
 

@@ -1,6 +1,5 @@
 #include "editor/CandidateLabels.h"
 
-#include "understanding/listening/SoundClassifier.h"
 #include "understanding/naming/SoundNamer.h"
 
 namespace tonequill::CandidateLabels {
@@ -23,7 +22,7 @@ std::vector<CutCandidate> label(std::vector<CutCandidate> candidates, const List
         if (!heard)
             continue;
         candidate.label = SoundNamer::pretty(heard->name);
-        if (SoundClassifier::voiceAndMusic().contains(heard->name))
+        if (voiceAndMusic().contains(heard->name))
             candidate.score -= kVoiceAndMusicPenalty;
         else
             candidate.score += float(heard->confidence * kEffectBonus);

@@ -1,5 +1,6 @@
 #include "audio/AudioConversion.h"
 
+#include "support/Cancelling.h"
 #include "support/Signal.h"
 
 #include <gtest/gtest.h>
@@ -99,4 +100,11 @@ TEST(AudioConversion, MixesManyChannelsDownWithoutClipping)
     const AudioBuffer left = convertBuffer(test::bufferOf(surround), {48'000, 2});
     EXPECT_NEAR(test::decibels(double(centre / left.channel(0)[500])), -3.01, 0.01);
     EXPECT_EQ(left.channel(1)[500], 0);
+}
+
+TEST(AudioConversion, EndsSoonAfterItIsCancelled)
+{
+    const AudioBuffer sound = test::bufferOf({test::noise(30, 1, 0.5F, 44'100)}, 44'100);
+    const auto convert = [&sound](Progress& progress) { convertBuffer(sound, {48'000, 1}, &progress); };
+    EXPECT_LE(test::workAfterCancel(convert), test::kSoon);
 }

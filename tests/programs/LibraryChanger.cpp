@@ -41,11 +41,13 @@ QCoro::Task<> change(LibraryStore& store, QString what, QString source, std::mt1
         const QString name = u"name %1"_s.arg(random() % 100000);
         tell(u"rename %1 %2"_s.arg(uuidText(item.id), name));
         store.rename(item, name);
+        co_await store.saved();
         tell(u"done %1 %2"_s.arg(uuidText(item.id), name));
     } else {
         const SoundItem item = any();
         tell(u"delete "_s + uuidText(item.id));
         store.deleteItems({item});
+        co_await store.saved();
         tell(u"done"_s);
     }
 }

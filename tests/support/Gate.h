@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Background.h"
+
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -10,11 +12,14 @@ namespace tonequill::test {
 // Keeps workers busy until a test lets them go. It may go before its jobs.
 class Gate {
 public:
+    Gate() = default;
     ~Gate() { open(); }
+    Gate(const Gate&) = delete;
+    Gate& operator=(const Gate&) = delete;
 
     // A job that waits here.
     const std::function<void()>& job() const { return m_job; }
-    void open()
+    void open() const
     {
         const std::scoped_lock lock(m_shared->mutex);
         m_shared->isOpen = true;
@@ -41,6 +46,22 @@ private:
         shared->changed.notify_all();
         shared->changed.wait(lock, [&shared] { return shared->isOpen; });
     };
+};
+
+// All threads of a queue are busy: what is asked of it waits.
+class HeldBack {
+public:
+    explicit HeldBack(JobQueue& queue)
+    {
+        for (int i = 0; i < queue.threadCount(); ++i)
+            startFlow(background(m_flows, queue, m_gate.job()));
+        m_gate.waitFor(queue.threadCount());
+    }
+    void letGo() const { m_gate.open(); }
+
+private:
+    FlowGroup m_flows; // outlives the gate, which opens when it goes
+    Gate m_gate;
 };
 
 } // namespace tonequill::test

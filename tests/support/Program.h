@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/AppModel.h"
+#include "app/smart/NamingFlows.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
@@ -30,18 +31,32 @@ public:
     {
         return std::make_unique<LibraryStore>(clock, workers, folder);
     }
-    std::unique_ptr<AppModel> program(const QString& folder) { return std::make_unique<AppModel>(services(), library(folder)); }
+    std::unique_ptr<AppModel> program(const QString& folder)
+    {
+        auto model = std::make_unique<AppModel>(services(), library(folder));
+        followTheEar(*model);
+        return model;
+    }
     // Lets what has been answered by hand come home.
     static void settle()
     {
         for (int i = 0; i < 10; ++i)
             QCoreApplication::processEvents();
     }
+    // The same, and what has been changed reach the disk.
+    static void settle(const AppModel& model)
+    {
+        settle();
+        model.library().isSaved();
+        settle();
+    }
 };
 
 // The program over a fresh, empty library.
 class Program : public Machine {
 public:
+    Program() { followTheEar(model); }
+
     AppModel model{services(), library(settingsFolder.filePath(QStringLiteral("Library")))};
 };
 

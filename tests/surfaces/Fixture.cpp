@@ -1,4 +1,5 @@
 #include "surfaces/Fixture.h"
+#include "app/library/ImportFlows.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -189,7 +190,7 @@ void Fixture::resetSettings()
 
 void Fixture::deleteFirst()
 {
-    m_app->deleteItems({m_app->library().items().first()});
+    deleteItems(*m_app, {m_app->library().items().first()});
 }
 
 void Fixture::answerRelated(const QStringList& words)
@@ -233,6 +234,20 @@ void Fixture::dragLeave(QQuickWindow* window)
 {
     QDragLeaveEvent leave;
     QCoreApplication::sendEvent(window, &leave);
+}
+
+void Fixture::hold(QQuickWindow* window, int key, int repeats)
+{
+    const auto send = [window, key](QEvent::Type type, bool isRepeated) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isRepeated);
+        QCoreApplication::sendEvent(window, &event);
+    };
+    send(QEvent::KeyPress, false);
+    for (int i = 0; i < repeats; ++i) { // as an X server repeats
+        send(QEvent::KeyRelease, true);
+        send(QEvent::KeyPress, true);
+    }
+    send(QEvent::KeyRelease, false);
 }
 
 void Fixture::drop(QQuickWindow* window, const QStringList& urls, double x, double y)

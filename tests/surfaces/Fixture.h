@@ -80,6 +80,9 @@ public:
     Q_INVOKABLE static void dragLeave(QQuickWindow* window);
     Q_INVOKABLE static void drop(QQuickWindow* window, const QStringList& urls, double x, double y);
 
+    // A key that is held until it has repeated so often.
+    Q_INVOKABLE static void hold(QQuickWindow* window, int key, int repeats);
+
     // Everything of the window that the Tab key reaches, as "role: name".
     Q_INVOKABLE static QStringList tabStops(QQuickWindow* window);
     // What is wrong with them: no name, or too small to hit.

@@ -1,4 +1,4 @@
-// The library's sounds on their way to the Auto Folder.
+#include "app/delivery/AutoFolderSync.h"
 
 #include "app/model/AppModel.h"
 #include "base/Background.h"
@@ -10,54 +10,60 @@ namespace tonequill {
 namespace {
 
 constexpr auto kDebounce = 1000ms; // a burst of changes makes one run
+using State = AutoFolderWatch::State;
+
+void wake(AppModel& model);
+
+QCoro::Task<> run(AppModel& model)
+{
+    AutoFolderWatch& watch = model.autoFolderWatch();
+    watch = {State::running, false};
+    co_await syncAutoFolder(model);
+    watch.state = State::resting;
+    if (watch.changedDuringRun)
+        wake(model);
+}
+
+QCoro::Task<> runLater(AppModel& model)
+{
+    co_await model.flows().pause(model.services().clock, kDebounce);
+    co_await run(model);
+}
+
+void wake(AppModel& model)
+{
+    AutoFolderWatch& watch = model.autoFolderWatch();
+    if (watch.state == State::running)
+        watch.changedDuringRun = true; // the next run catches it
+    if (watch.state != State::resting)
+        return;
+    watch.state = State::waking;
+    startFlow(runLater(model));
+}
 
 } // namespace
 
-QCoro::Task<> AppModel::syncAutoFolder()
+QCoro::Task<int> syncAutoFolder(AppModel& model)
 {
     QList<AutoFolder::Sound> sounds;
-    for (const SoundItem& item : m_library->items())
-        sounds.append({item.id, item.name, m_library->path(item), item.duration});
-    const int copied = co_await m_autoFolder.sync(sounds);
+    for (const SoundItem& item : model.library().items())
+        sounds.append({item.id, item.name, model.library().path(item), item.duration});
+    const int copied = co_await model.autoFolder().sync(sounds);
     if (copied >= 1)
-        say(m_autoFolder.copiedText(copied));
+        model.say(model.autoFolder().copiedText(copied));
+    co_return int(copied);
 }
 
-void AppModel::watchAutoFolder()
+void watchAutoFolder(AppModel& model)
 {
-    if (m_watch != Watch::off)
+    if (model.autoFolderWatch().state != State::off)
         return;
-    connect(m_library.get(), &LibraryStore::itemInserted, this, &AppModel::wakeAutoFolder);
-    connect(m_library.get(), &LibraryStore::itemChanged, this, &AppModel::wakeAutoFolder);
-    connect(m_library.get(), &LibraryStore::itemRemoved, this, &AppModel::wakeAutoFolder);
-    connect(&m_autoFolder, &AutoFolder::settingsChanged, this, &AppModel::wakeAutoFolder);
-    startFlow(runAutoFolder());
-}
-
-void AppModel::wakeAutoFolder()
-{
-    if (m_watch == Watch::running)
-        m_changedDuringRun = true; // the next run catches it
-    if (m_watch != Watch::resting)
-        return;
-    m_watch = Watch::waking;
-    startFlow(wakeLater());
-}
-
-QCoro::Task<> AppModel::wakeLater()
-{
-    co_await m_flows.pause(m_services.clock, kDebounce);
-    startFlow(runAutoFolder());
-}
-
-QCoro::Task<> AppModel::runAutoFolder()
-{
-    m_watch = Watch::running;
-    m_changedDuringRun = false;
-    co_await syncAutoFolder();
-    m_watch = Watch::resting;
-    if (m_changedDuringRun)
-        wakeAutoFolder();
+    const auto changed = [&model] { wake(model); };
+    QObject::connect(&model.library(), &LibraryStore::itemInserted, &model, changed);
+    QObject::connect(&model.library(), &LibraryStore::itemChanged, &model, changed);
+    QObject::connect(&model.library(), &LibraryStore::itemRemoved, &model, changed);
+    QObject::connect(&model.autoFolder(), &AutoFolder::settingsChanged, &model, changed);
+    startFlow(run(model));
 }
 
 } // namespace tonequill

@@ -1,9 +1,11 @@
-// The flows that make finished files of the open sound's parts and of whole sounds.
+#include "app/delivery/ExportFlows.h"
 
 #include "app/delivery/PartExport.h"
 #include "app/model/AppModel.h"
 #include "base/Background.h"
+#include "library/delivery/FinalCut.h"
 #include "library/records/FileNames.h"
+#include "platform/desktop/OtherApps.h"
 #include "platform/files/Files.h"
 #include "platform/files/ScratchFile.h"
 
@@ -17,6 +19,8 @@ using namespace Qt::StringLiterals;
 namespace tonequill {
 
 namespace {
+
+using Kind = FlowsAtWork::Kind;
 
 const QString kExtension = u"wav"_s;
 const QString kEventName = u"Tonequill"_s;
@@ -34,141 +38,219 @@ FinalCut::Clip clipOf(const QString& name, const QString& path, const ExportResu
     return FinalCut::Clip::make(name, path, result.frames, result.sampleRate, result.channels);
 }
 
-} // namespace
+// A stretch of a sound, and what it is to be called.
+struct Piece {
+    SoundItem source;
+    double start = 0; // seconds
+    double end = 0;
+    QString name;
+    std::optional<bool> nameIsAuto;
+    EffectSettings effects;
+};
 
-// The effects of the editor belong to the sound that is open in it.
-EffectSettings AppModel::effectsFor(const SoundItem& item) const
+QList<Piece> chosenPieces(const AppModel& model)
 {
-    return m_editor.item() && m_editor.item()->id == item.id ? m_editor.effects() : EffectSettings();
+    const SoundItem* source = model.selectedItem();
+    if (!source)
+        return {};
+    const std::vector<EditorModel::Part> parts = PartExport::usable(model.editor().parts());
+    const QStringList names = PartExport::names(*source, parts);
+    const EffectSettings effects = PartExport::effectsFor(model.editor(), *source);
+    QList<Piece> pieces;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        pieces.append({*source, parts[i].start, parts[i].end, names[qsizetype(i)],
+                       parts.size() == 1 ? source->nameIsAuto : std::optional(false), effects});
+    }
+    return pieces;
 }
 
-QCoro::Task<ExportResult> AppModel::exportPart(SoundItem item, double start, double end, EffectSettings effects, QString path)
+QList<Piece> wholePieces(const AppModel& model, const QList<SoundItem>& items)
 {
-    const auto work = [source = m_library->path(item), start, end, effects, path] {
-        return PartExport::exportWithEffects(source, start, end, effects, path);
+    QList<Piece> pieces;
+    for (const SoundItem& item : items)
+        pieces.append({item, 0, item.duration, item.name, {}, PartExport::effectsFor(model.editor(), item)});
+    return pieces;
+}
+
+QCoro::Task<ExportResult> exportPiece(AppModel& model, Piece piece, QString path)
+{
+    const auto progress = std::make_shared<Progress>();
+    const auto work = [source = model.library().path(piece.source), piece, path, progress] {
+        return PartExport::exportWithEffects(source, piece.start, piece.end, piece.effects, path, progress.get());
     };
-    return background(m_flows, m_services.workers.shown(), work);
+    return background(model.flows(), model.services().workers.shown(), work, progress);
 }
 
-QCoro::Task<AppModel::AddedPart> AppModel::addPart(SoundItem source, EditorModel::Part part, QString name, bool isOnly,
-                                                   EffectSettings effects)
+struct AddedPiece {
+    SoundItem item;
+    FinalCut::Clip clip;
+};
+
+QCoro::Task<AddedPiece> addPiece(AppModel& model, Piece piece)
 {
     const ScratchFile file = ScratchFile::withExtension(kExtension);
-    const ExportResult result = co_await exportPart(source, part.start, part.end, effects, file.path());
-    const SoundItem added = co_await m_library->importFile(file.path(), SoundOrigin::cut, source.tags);
-    const SoundItem item = m_library->update(added, [&](SoundItem& record) {
-        record.name = name;
-        record.nameIsAuto = isOnly ? source.nameIsAuto : std::optional(false);
-        record.sourceID = source.sourceID;
-        record.license = source.license;
-        record.credit = source.credit;
-        record.pageURL = source.pageURL;
+    const ExportResult result = co_await exportPiece(model, piece, file.path());
+    const SoundItem imported = co_await model.library().importFile(file.path(), SoundOrigin::cut, piece.source.tags);
+    const SoundItem item = model.library().update(imported, [&piece](SoundItem& record) {
+        record.name = piece.name;
+        record.nameIsAuto = piece.nameIsAuto;
+        record.sourceID = piece.source.sourceID;
+        record.license = piece.source.license;
+        record.credit = piece.source.credit;
+        record.pageURL = piece.source.pageURL;
     });
-    co_return AddedPart{item, clipOf(name, m_library->path(item), result)};
+    co_return AddedPiece{item, clipOf(piece.name, model.library().path(item), result)};
 }
 
-QCoro::Task<> AppModel::addToLibrary(TheSource theSource)
+// Opens what was added, as far as it is still there.
+void select(AppModel& model, const QList<SoundItem>& added)
 {
-    const std::vector<EditorModel::Part> parts = PartExport::usable(m_editor.parts());
-    if (!selectedItem() || parts.empty())
-        co_return;
-    const Working working(*this);
-    const SoundItem source = *selectedItem();
-    const EffectSettings effects = effectsFor(source);
-    const QStringList names = PartExport::names(source, parts);
-    QList<FinalCut::Clip> clips;
     QSet<QUuid> ids;
-    QUuid first;
+    for (const SoundItem& item : added) {
+        if (model.library().find(item.id))
+            ids << item.id;
+    }
+    if (ids.isEmpty())
+        return model.selection().openNewest();
+    model.setMulti(ids); // before the selection, which would replace it
+    const auto first = std::find_if(added.begin(), added.end(), [&ids](const SoundItem& item) { return ids.contains(item.id); });
+    model.setSelection(first->id);
+}
+
+QCoro::Task<FilesOutcome> savePieces(AppModel& model, QList<Piece> pieces)
+{
+    if (pieces.isEmpty())
+        co_return FilesOutcome{};
+    const auto working = model.work().beginAlone(Kind::saving);
+    if (!working)
+        co_return FilesOutcome{FlowEnd::isAtWork, {}, {}};
+    FilesOutcome outcome{FlowEnd::done, {}, {}};
+    const QString folder = model.settings().saveFolder();
     try {
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-            const AddedPart added = co_await addPart(source, parts[i], names[qsizetype(i)], parts.size() == 1, effects);
-            clips << added.clip;
-            ids << added.item.id;
-            if (i == 0)
-                first = added.item.id;
+        for (const Piece& piece : std::as_const(pieces)) {
+            const QString path = freePathFor(folder, piece.name);
+            co_await exportPiece(model, piece, path);
+            outcome.paths << path;
         }
     } catch (const std::exception& error) {
-        say(messageOf(error), Tone::error);
-        co_return; // what was finished stays, and so does the source
+        outcome.end = FlowEnd::failed;
+        outcome.sentence = messageOf(error);
     }
+    co_return std::move(outcome);
+}
+
+QString folderNameOf(const FilesOutcome& outcome)
+{
+    return QFileInfo(QFileInfo(outcome.paths.first()).path()).fileName();
+}
+
+} // namespace
+
+QCoro::Task<AddOutcome> addToLibrary(AppModel& model, TheSource theSource)
+{
+    const QList<Piece> pieces = chosenPieces(model);
+    if (pieces.isEmpty())
+        co_return AddOutcome{};
+    const auto working = model.work().beginAlone(Kind::adding);
+    if (!working)
+        co_return AddOutcome{FlowEnd::isAtWork, {}, {}};
+    AddOutcome outcome{FlowEnd::done, {}, {}};
+    QList<FinalCut::Clip> clips;
+    try {
+        for (const Piece& piece : std::as_const(pieces)) {
+            const AddedPiece added = co_await addPiece(model, piece);
+            outcome.added << added.item;
+            clips << added.clip;
+        }
+    } catch (const std::exception& error) { // what was finished stays, and so does the source
+        outcome.end = FlowEnd::failed;
+        outcome.sentence = messageOf(error);
+        model.say(outcome.sentence, Tone::error);
+        co_return std::move(outcome);
+    }
+    const SoundItem& source = pieces.first().source;
     if (theSource == TheSource::isReplaced && source.origin != SoundOrigin::cut)
-        m_library->deleteItems({source});
-    setMulti(ids); // before the selection, which would replace it
-    setSelection(first);
-    QString text = parts.size() == 1 ? u"Added “%1” to your library."_s.arg(names.first())
-                                     : u"Added %1 sounds to your library."_s.arg(parts.size());
-    if (m_alsoFinalCut && canSendToFinalCut()) {
+        model.library().deleteItems({source});
+    select(model, outcome.added);
+    co_await model.library().saved();
+    QString text = pieces.size() == 1 ? u"Added “%1” to your library."_s.arg(pieces.first().name)
+                                      : u"Added %1 sounds to your library."_s.arg(pieces.size());
+    if (model.settings().alsoFinalCut() && canSendToFinalCut(model)) {
         try {
-            FinalCut::send(clips, m_library->folder(), kEventName, m_services.apps, m_services.clock);
+            FinalCut::send(clips, model.library().folder(), kEventName, model.services().apps, model.services().clock);
             text += u" They're also in Final Cut Pro."_s;
         } catch (const std::exception& error) {
-            say(messageOf(error), Tone::error);
-            co_return;
+            outcome.end = FlowEnd::failed;
+            outcome.sentence = messageOf(error);
+            model.say(outcome.sentence, Tone::error);
+            co_return std::move(outcome);
         }
     }
-    say(text);
+    model.say(text);
+    co_return std::move(outcome);
 }
 
-QCoro::Task<> AppModel::saveToDesktop()
+QCoro::Task<FilesOutcome> saveToDesktop(AppModel& model)
 {
-    const std::vector<EditorModel::Part> parts = PartExport::usable(m_editor.parts());
-    if (!selectedItem() || parts.empty())
-        co_return;
-    const Working working(*this);
-    const SoundItem item = *selectedItem();
-    const EffectSettings effects = effectsFor(item);
-    const QStringList names = PartExport::names(item, parts);
-    const QString folder = saveFolder();
-    try {
-        for (std::size_t i = 0; i < parts.size(); ++i) {
-            const QString path = freePathFor(folder, names[qsizetype(i)]);
-            co_await exportPart(item, parts[i].start, parts[i].end, effects, path);
-        }
-    } catch (const std::exception& error) {
-        say(messageOf(error), Tone::error);
-        co_return; // the files that are written stay
-    }
-    const QString folderName = QFileInfo(folder).fileName();
-    say(parts.size() == 1 ? u"Saved “%1.wav” to %2."_s.arg(names.first(), folderName)
-                          : u"Saved %1 sounds to %2."_s.arg(parts.size()).arg(folderName));
+    const QList<Piece> pieces = chosenPieces(model);
+    FilesOutcome outcome = co_await savePieces(model, pieces);
+    if (outcome.end == FlowEnd::failed)
+        model.say(outcome.sentence, Tone::error);
+    else if (outcome.end == FlowEnd::done)
+        model.say(pieces.size() == 1 ? u"Saved “%1.wav” to %2."_s.arg(pieces.first().name, folderNameOf(outcome))
+                                     : u"Saved %1 sounds to %2."_s.arg(pieces.size()).arg(folderNameOf(outcome)));
+    co_return std::move(outcome);
 }
 
-QCoro::Task<> AppModel::saveToDesktop(QList<SoundItem> items)
+QCoro::Task<FilesOutcome> saveToDesktop(AppModel& model, QList<SoundItem> items)
 {
-    if (items.isEmpty())
-        co_return;
-    const Working working(*this);
-    const QString folder = saveFolder();
-    try {
-        for (const SoundItem& item : std::as_const(items))
-            co_await exportPart(item, 0, item.duration, effectsFor(item), freePathFor(folder, item.name));
-    } catch (const std::exception& error) {
-        say(messageOf(error), Tone::error);
-        co_return;
-    }
-    say(u"Saved %1 sounds to %2."_s.arg(items.size()).arg(QFileInfo(folder).fileName()));
+    const QList<Piece> pieces = wholePieces(model, items);
+    FilesOutcome outcome = co_await savePieces(model, pieces);
+    if (outcome.end == FlowEnd::failed)
+        model.say(outcome.sentence, Tone::error);
+    else if (outcome.end == FlowEnd::done)
+        model.say(u"Saved %1 sounds to %2."_s.arg(items.size()).arg(folderNameOf(outcome)));
+    co_return std::move(outcome);
 }
 
-QCoro::Task<> AppModel::sendToFinalCut(QList<SoundItem> items)
+QCoro::Task<FilesOutcome> sendToFinalCut(AppModel& model, QList<SoundItem> items)
 {
-    if (items.isEmpty() || !canSendToFinalCut())
-        co_return;
-    const Working working(*this);
+    if (items.isEmpty() || !canSendToFinalCut(model))
+        co_return FilesOutcome{};
+    const auto working = model.work().beginAlone(Kind::sending);
+    if (!working)
+        co_return FilesOutcome{FlowEnd::isAtWork, {}, {}};
+    FilesOutcome outcome{FlowEnd::done, {}, {}};
     // The files stay for ever: the application refers to them where they lie.
-    const QString folder = m_library->folder() + u"/FinalCut"_s;
+    const QString folder = model.library().folder() + u"/FinalCut"_s;
     try {
         QList<FinalCut::Clip> clips;
-        for (const SoundItem& item : std::as_const(items)) {
-            const QString path = freePathFor(folder, item.name);
-            const ExportResult result = co_await exportPart(item, 0, item.duration, effectsFor(item), path);
-            clips << clipOf(item.name, path, result);
+        const QList<Piece> pieces = wholePieces(model, items);
+        for (const Piece& piece : pieces) {
+            const QString path = freePathFor(folder, piece.name);
+            const ExportResult result = co_await exportPiece(model, piece, path);
+            outcome.paths << path;
+            clips << clipOf(piece.name, path, result);
         }
-        FinalCut::send(clips, folder, kEventName, m_services.apps, m_services.clock);
+        FinalCut::send(clips, folder, kEventName, model.services().apps, model.services().clock);
     } catch (const std::exception& error) {
-        say(messageOf(error), Tone::error);
-        co_return;
+        outcome.end = FlowEnd::failed;
+        outcome.sentence = messageOf(error);
+        model.say(outcome.sentence, Tone::error);
+        co_return std::move(outcome);
     }
-    say(u"Sent %1 sounds to Final Cut Pro."_s.arg(items.size()));
+    model.say(u"Sent %1 sounds to Final Cut Pro."_s.arg(items.size()));
+    co_return std::move(outcome);
+}
+
+bool canSendToFinalCut(const AppModel& model)
+{
+    return FinalCut::isInstalled(model.services().apps);
+}
+
+void showLibraryFolder(const AppModel& model)
+{
+    model.services().apps.showFolder(model.library().folder());
 }
 
 } // namespace tonequill

@@ -42,15 +42,20 @@ QStringList names(const SoundItem& item, const std::vector<EditorModel::Part>& p
     return names;
 }
 
+EffectSettings effectsFor(const EditorModel& editor, const SoundItem& item)
+{
+    return editor.item() && editor.item()->id == item.id ? editor.effects() : EffectSettings();
+}
+
 ExportResult exportWithEffects(const QString& source, double start, double end, const EffectSettings& effects,
-                               const QString& path)
+                               const QString& path, Progress* progress)
 {
     constexpr auto kPreset = ExportPreset::anyEditor;
     if (effects.isNeutral())
-        return AudioExporter::exportRange({source, start, end, kPreset, kFadeIn, kFadeOut}, path);
-    const ScratchFile rendered(EffectRenderer::render(source, start, end, effects));
+        return AudioExporter::exportRange({source, start, end, kPreset, kFadeIn, kFadeOut}, path, progress);
+    const ScratchFile rendered(EffectRenderer::render(source, start, end, effects, progress));
     const double seconds = AudioFile(rendered.path()).durationSeconds();
-    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path);
+    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path, progress);
 }
 
 } // namespace tonequill::PartExport

@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// How parts of a sound become files. Any thread.
+// How parts of a sound become files. Any thread, but for effectsFor().
 namespace tonequill::PartExport {
 
 // A part of 20 milliseconds or less is not worth a file.
@@ -19,10 +19,13 @@ std::vector<EditorModel::Part> usable(std::vector<EditorModel::Part> parts);
 // says anything, and counted where a label comes again.
 QStringList names(const SoundItem& item, const std::vector<EditorModel::Part>& parts);
 
+// The effects of the editor belong to the sound that is open in it.
+EffectSettings effectsFor(const EditorModel& editor, const SoundItem& item);
+
 // The range of `source` (seconds) as a finished file for any editor, with the
 // effects and short fades against clicks. What is at `path` afterwards is
-// AudioExporter's word. Throws ExportError, RenderError and AudioFileError.
+// AudioExporter's word. Throws ExportError, RenderError, AudioFileError and Cancelled.
 ExportResult exportWithEffects(const QString& source, double start, double end, const EffectSettings& effects,
-                               const QString& path);
+                               const QString& path, Progress* progress = nullptr);
 
 } // namespace tonequill::PartExport

@@ -1,4 +1,4 @@
-// Files for drags out of the window.
+#include "app/delivery/StagingFlows.h"
 
 #include "app/delivery/PartExport.h"
 #include "app/model/AppModel.h"
@@ -9,21 +9,21 @@ using namespace Qt::StringLiterals;
 
 namespace tonequill {
 
-AppModel::StagedFiles AppModel::stageSelectionFiles() const
+StagedFiles stageSelectionFiles(const AppModel& model)
 {
-    const SoundItem* item = selectedItem();
+    const SoundItem* item = model.selectedItem();
     if (!item)
         return {};
-    const std::vector<EditorModel::Part> parts = PartExport::usable(m_editor.parts());
+    const std::vector<EditorModel::Part> parts = PartExport::usable(model.editor().parts());
     const QStringList names = PartExport::names(*item, parts);
-    const EffectSettings effects = effectsFor(*item);
+    const EffectSettings effects = PartExport::effectsFor(model.editor(), *item);
     StagedFiles staged{{}, names.value(0, item->name)};
     for (std::size_t i = 0; i < parts.size(); ++i) {
         const auto path = DragStaging::reserve(names[qsizetype(i)], u"wav"_s);
         if (!path)
             continue;
         try {
-            PartExport::exportWithEffects(m_library->path(*item), parts[i].start, parts[i].end, effects, *path);
+            PartExport::exportWithEffects(model.library().path(*item), parts[i].start, parts[i].end, effects, *path);
             staged.paths << *path;
         } catch (const std::exception&) {
             // A part that fails is left out of the drag.
@@ -32,19 +32,19 @@ AppModel::StagedFiles AppModel::stageSelectionFiles() const
     return staged;
 }
 
-AppModel::StagedFiles AppModel::stageFiles(const QList<SoundItem>& items) const
+StagedFiles stageFiles(const AppModel& model, const QList<SoundItem>& items)
 {
     StagedFiles staged{{}, items.isEmpty() ? QString() : items.first().name};
     for (const SoundItem& item : items) {
-        if (const auto path = DragStaging::stage(m_library->path(item), item.name))
+        if (const auto path = DragStaging::stage(model.library().path(item), item.name))
             staged.paths << *path;
     }
     return staged;
 }
 
-AppModel::DragFile AppModel::dragProvider(const SoundItem& item) const
+DragFile dragProvider(const AppModel& model, const SoundItem& item)
 {
-    const QString original = m_library->path(item);
+    const QString original = model.library().path(item);
     const QString path = DragStaging::stage(original, item.name).value_or(original);
     return {path, Files::stem(path)};
 }

@@ -1,6 +1,8 @@
 #include "app/handover/HandedOver.h"
 
+#include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/smart/SmartActions.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "platform/process/HandOver.h"
@@ -29,7 +31,7 @@ void addFiles(AppModel& model, const QJsonArray& values)
             files << file;
     }
     if (!files.isEmpty())
-        startFlow(model.importURLs(files));
+        startFlow(importURLs(model, files));
 }
 
 QList<SoundItem> soundsOf(const AppModel& model, const QJsonArray& ids)
@@ -56,10 +58,12 @@ QJsonObject carryOut(AppModel& model, const QJsonObject& message)
     const bool isUnderstood = std::any_of(understood.begin(), understood.end(),
                                           [&message](const QString& key) { return message.value(key).isArray(); });
     addFiles(model, message.value(kAdd).toArray());
-    if (message.contains(kDelete))
-        model.deleteItems(soundsOf(model, message.value(kDelete).toArray()));
+    if (message.contains(kDelete)) {
+        deleteItems(model, soundsOf(model, message.value(kDelete).toArray()));
+        model.library().isSaved(); // the answer tells that it was done
+    }
     if (message.value(kName).isArray())
-        startFlow(model.smartRename(soundsOf(model, message.value(kName).toArray())));
+        startFlow(smartRename(model, soundsOf(model, message.value(kName).toArray())));
     return {{u"ok"_s, isUnderstood}};
 }
 

@@ -1,53 +1,67 @@
-// The flows that take sounds into the library and out of it.
+#include "app/library/ImportFlows.h"
 
 #include "app/model/AppModel.h"
+#include "base/UserError.h"
 
-#include "platform/files/Files.h"
+#include <QScopeGuard>
 
 using namespace Qt::StringLiterals;
 
 namespace tonequill {
 
-QCoro::Task<> AppModel::importURLs(QStringList paths)
-{
-    const Working working(*this);
-    QList<IncomingFile> files;
-    for (const QString& path : paths)
-        files.append({QUuid::createUuid(), Files::stem(path), std::make_shared<Progress>()});
-    m_incoming += files;
-    Q_EMIT incomingChanged();
+namespace {
 
-    std::optional<QUuid> last;
-    QStringList failures;
-    for (qsizetype i = 0; i < paths.size(); ++i) {
-        try {
-            last = (co_await m_library->importFile(paths[i], SoundOrigin::imported, {}, {}, files[i].progress)).id;
-        } catch (const Cancelled&) {
-        } catch (const std::exception& error) {
-            failures << messageOf(error);
-        }
-        m_incoming.removeIf([&](const IncomingFile& file) { return file.id == files[i].id; });
-        Q_EMIT incomingChanged();
-    }
-    if (last) {
-        setSection(AppSection::library);
-        setSelection(last);
-        // The count keeps the plural: one of two files gives "1 sounds".
-        say(paths.size() == 1 ? u"Found the best part. Check it, then add it."_s
-                              : u"Added %1 sounds."_s.arg(paths.size() - failures.size()));
-    }
-    if (!failures.isEmpty())
-        say(failures.first(), Tone::error);
+// What came in last and is still there: it may have been deleted while others came.
+std::optional<QUuid> lastThere(const AppModel& model, const QList<QUuid>& added)
+{
+    const auto last =
+        std::find_if(added.rbegin(), added.rend(), [&model](const QUuid& id) { return model.library().find(id) != nullptr; });
+    return last == added.rend() ? std::nullopt : std::optional(*last);
 }
 
-void AppModel::deleteItems(const QList<SoundItem>& items)
+} // namespace
+
+QCoro::Task<ImportOutcome> importURLs(AppModel& model, QStringList paths)
+{
+    const auto working = model.work().begin(FlowsAtWork::Kind::importing);
+    const QList<IncomingFile> files = model.incoming().add(paths);
+    const auto away = qScopeGuard([&incoming = model.incoming(), files] {
+        for (const IncomingFile& file : files)
+            incoming.remove(file.id);
+    });
+    ImportOutcome outcome;
+    for (qsizetype i = 0; i < paths.size(); ++i) {
+        co_await model.incoming().turn(model.flows(), files[i].id);
+        try {
+            const SoundItem item =
+                co_await model.library().importFile(paths[i], SoundOrigin::imported, {}, {}, files[i].progress);
+            outcome.added << item.id;
+        } catch (const std::exception& error) {
+            outcome.failed.append({paths[i], messageOf(error)});
+        }
+        model.incoming().remove(files[i].id);
+    }
+    if (const auto last = lastThere(model, outcome.added)) {
+        model.setSection(AppSection::library);
+        model.setSelection(last);
+    }
+    // The count keeps the plural: one of two files gives "1 sounds".
+    if (!outcome.added.isEmpty())
+        model.say(paths.size() == 1 ? u"Found the best part. Check it, then add it."_s
+                                    : u"Added %1 sounds."_s.arg(paths.size() - outcome.failed.size()));
+    if (!outcome.failed.isEmpty())
+        model.say(outcome.failed.first().sentence, Tone::error);
+    co_return std::move(outcome);
+}
+
+void deleteItems(AppModel& model, const QList<SoundItem>& items)
 {
     QSet<QUuid> ids;
     for (const SoundItem& item : items)
         ids.insert(item.id);
-    m_selection.letGo(ids);
-    m_library->deleteItems(items);
-    m_selection.openNewest();
+    model.selection().letGo(ids);
+    model.library().deleteItems(items);
+    model.selection().openNewest();
 }
 
 } // namespace tonequill

@@ -1,8 +1,8 @@
-// Smart names: suggested for the open sound, or given to many at once.
+#include "app/smart/SmartActions.h"
 
 #include "app/model/AppModel.h"
-
 #include "library/records/NamePolicy.h"
+#include "understanding/naming/SmartNamer.h"
 #include "understanding/naming/SoundNamer.h"
 
 using namespace Qt::StringLiterals;
@@ -12,106 +12,132 @@ namespace tonequill {
 namespace {
 
 constexpr int kMostWords = 3;
+constexpr int kMostUnsaved = 50;      // names that a power cut may take back
 constexpr double kWorthTelling = 0.1; // what is heard less surely would mislead the model
 
-} // namespace
-
-QCoro::Task<QStringList> AppModel::heardWords(SoundItem item, Lane lane)
+bool isOpen(const AppModel& model, const QUuid& id)
 {
+    return model.editor().item() && model.editor().item()->id == id;
+}
+
+QCoro::Task<QStringList> heardWords(AppModel& model, SoundItem item, Lane lane, ProgressPtr progress)
+{
+    const auto& heard = model.editor().heard();
     std::vector<HeardLabel> labels;
     // The user sees what the editor heard, whatever its confidence.
-    if (m_editor.item() && m_editor.item()->id == item.id && m_editor.heard() && !m_editor.heard()->labels.empty()) {
-        labels = m_editor.heard()->labels;
+    if (isOpen(model, item.id) && heard && !heard->labels.empty()) {
+        labels = heard->labels;
         labels.resize(std::min(labels.size(), std::size_t(kMostWords)));
     } else {
-        const EditorWork::Question whole{m_library->path(item), 0, item.duration, kMostWords};
-        const auto progress = std::make_shared<Progress>();
-        labels = co_await m_flows.until(m_services.editorWork.classify(whole, lane, progress));
+        const EditorWork::Question whole{model.library().path(item), 0, item.duration, kMostWords};
+        labels = co_await model.flows().until(model.services().editorWork.classify(whole, lane, progress));
         std::erase_if(labels, [](const HeardLabel& label) { return label.confidence < kWorthTelling; });
     }
     QStringList words;
     for (const HeardLabel& label : labels)
         words << SoundNamer::pretty(label.name);
-    co_return words;
+    co_return std::move(words);
 }
 
-QCoro::Task<SoundNaming> AppModel::smartNaming(SoundItem item, Lane lane)
+QCoro::Task<SoundNaming> smartNaming(AppModel& model, SoundItem item, Lane lane, ProgressPtr progress)
 {
-    LanguageModel& languageModel = m_services.languageModel;
+    LanguageModel& languageModel = model.services().languageModel;
     SoundFacts facts{item.name, {}, item.tags, item.duration, item.descriptors};
-    facts.labels = co_await heardWords(item, lane);
-    const bool hasModel = co_await m_flows.until(languageModel.isAvailable());
+    facts.labels = co_await heardWords(model, item, lane, progress);
+    const bool hasModel = co_await model.flows().until(languageModel.isAvailable());
     std::optional<SoundNaming> naming;
     if (hasModel)
-        naming = co_await m_flows.until(SmartNamer::askModel(languageModel, facts));
+        naming = co_await model.flows().until(SmartNamer::askModel(languageModel, facts));
     co_return naming ? std::move(*naming) : SmartNamer::fallback(facts);
 }
 
-QCoro::Task<> AppModel::suggestSmartName(SoundItem item)
+void give(SoundItem& record, const SoundNaming& naming)
 {
-    const auto isOpen = [this](const QUuid& id) { return m_editor.item() && m_editor.item()->id == id; };
-    if (!isOpen(item.id))
-        co_return;
-    m_editor.setThinking(true);
-    const Ticket ticket = m_suggestions.begin();
-    const SoundNaming naming = co_await smartNaming(item, Lane::shown);
-    if (!ticket.isCurrent() || !isOpen(item.id))
-        co_return;
-    m_editor.setThinking(false);
-    m_editor.setSmartSuggestion(EditorModel::SmartSuggestion{naming.name, naming.tags});
+    record.name = naming.name;
+    record.nameIsAuto = false; // what the editor hears later doesn't replace it
+    record.addTags(naming.tags);
 }
 
-void AppModel::useSmartSuggestion(const SoundItem& item)
+// The record as it is, unless somebody named it meanwhile. What the editor's own ear
+// calls it is no such name.
+const SoundItem* stillNameless(const AppModel& model, const SoundItem& item)
 {
-    const auto suggestion = m_editor.smartSuggestion();
+    const SoundItem* stored = model.library().find(item.id);
+    return stored && (stored->name == item.name || stored->nameIsAuto == true) ? stored : nullptr;
+}
+
+QSet<QUuid> idsOf(const QList<SoundItem>& items)
+{
+    QSet<QUuid> ids;
+    for (const SoundItem& item : items)
+        ids << item.id;
+    return ids;
+}
+
+} // namespace
+
+QCoro::Task<> suggestSmartName(AppModel& model, SoundItem item)
+{
+    if (!isOpen(model, item.id))
+        co_return;
+    model.editor().setThinking(true);
+    const auto question = model.names().ask();
+    const SoundNaming naming = co_await smartNaming(model, item, Lane::shown, question.progress);
+    if (!question.ticket.isCurrent() || !isOpen(model, item.id))
+        co_return;
+    model.editor().setThinking(false);
+    model.editor().setSmartSuggestion(EditorModel::SmartSuggestion{naming.name, naming.tags});
+}
+
+void useSmartSuggestion(AppModel& model, const SoundItem& item)
+{
+    const auto suggestion = model.editor().smartSuggestion();
     if (!suggestion || suggestion->name.isEmpty())
         return;
-    give(item, {suggestion->name, suggestion->tags});
-    m_editor.setSmartSuggestion({});
+    model.library().update(item, [&suggestion](SoundItem& record) { give(record, {suggestion->name, suggestion->tags}); });
+    model.editor().setSmartSuggestion({});
 }
 
-QCoro::Task<> AppModel::smartRename(QList<SoundItem> items)
+QCoro::Task<NamingOutcome> smartRename(AppModel& model, QList<SoundItem> items)
 {
+    NamingOutcome outcome;
     items.removeIf([](const SoundItem& item) { return !NamePolicy::isGeneric(item.name); });
     if (items.isEmpty()) {
-        say(u"These sounds already have names you chose, so I left them alone."_s);
-        co_return;
+        model.say(u"These sounds already have names you chose, so I left them alone."_s);
+        co_return std::move(outcome);
     }
-    auto working = std::make_optional<Working>(*this, u"Naming %1"_s.arg(items.size()));
-    // The record as it is, unless somebody named it meanwhile. What the editor's own
-    // ear calls it is no such name.
-    const auto current = [this](const SoundItem& item) {
-        const SoundItem* stored = m_library->find(item.id);
-        return stored && (stored->name == item.name || stored->nameIsAuto == true) ? stored : nullptr;
-    };
-    qsizetype renamed = 0;
-    for (qsizetype i = 0; i < items.size(); ++i) {
-        const SoundItem* stored = current(items[i]);
+    const NamesBeingFound::Claim claim(model.names(), idsOf(items));
+    if (claim.isEmpty()) {
+        outcome.isAtWork = true;
+        co_return std::move(outcome);
+    }
+    items.removeIf([&claim](const SoundItem& item) { return !claim.has(item.id); });
+    auto working = std::make_optional(model.work().begin(FlowsAtWork::Kind::naming, u"Naming %1"_s.arg(items.size())));
+    std::optional<LibraryStore::Changes> changes;
+    for (const SoundItem& item : std::as_const(items)) {
+        if (!changes || outcome.renamed.size() % kMostUnsaved == 0)
+            changes.emplace(model.library()); // what was changed by the one before is saved
+        const SoundItem* stored = stillNameless(model, item);
         if (!stored)
             continue;
         const SoundItem before = *stored;
-        m_beingNamed.insert(before.id);
-        Q_EMIT beingNamedChanged(before.id);
-        const SoundNaming naming = co_await smartNaming(before, Lane::behind);
-        m_beingNamed.remove(before.id);
-        Q_EMIT beingNamedChanged(before.id);
-        stored = current(before);
-        if (naming.name.isEmpty() || !stored)
+        SoundNaming naming;
+        {
+            const NamesBeingFound::Look look(model.names(), before.id);
+            const auto progress = std::make_shared<Progress>();
+            naming = co_await smartNaming(model, before, Lane::behind, progress);
+        }
+        if (naming.name.isEmpty() || !stillNameless(model, before))
             continue;
-        give(before, naming);
-        ++renamed;
+        changes->update(before, [&naming](SoundItem& record) { give(record, naming); });
+        outcome.renamed << before.id;
     }
+    changes.reset();
+    co_await model.library().saved();
     working.reset();
-    say(renamed == 1 ? u"Named it and added tags."_s : u"Renamed %1 sounds and added tags."_s.arg(renamed));
-}
-
-void AppModel::give(const SoundItem& item, const SoundNaming& naming)
-{
-    m_library->update(item, [&naming](SoundItem& record) {
-        record.name = naming.name;
-        record.nameIsAuto = false; // what the editor hears later doesn't replace it
-        record.addTags(naming.tags);
-    });
+    model.say(outcome.renamed.size() == 1 ? u"Named it and added tags."_s
+                                          : u"Renamed %1 sounds and added tags."_s.arg(outcome.renamed.size()));
+    co_return std::move(outcome);
 }
 
 } // namespace tonequill

@@ -14,11 +14,13 @@ namespace {
 
 constexpr qint64 kHopsPerSecond = 100;
 constexpr qint64 kHopsPerBlock = 200;
+constexpr qint64 kSamplesPerBlock = 1 << 20; // of all channels: some milliseconds, and 4 MiB
 
 AudioBuffer makeBlock(const AudioFile& file, qint64 hopFrames)
 {
+    const qint64 hops = std::clamp<qint64>(kSamplesPerBlock / (hopFrames * file.channelCount()), 1, kHopsPerBlock);
     try {
-        return AudioBuffer(file.format(), kHopsPerBlock * hopFrames);
+        return AudioBuffer(file.format(), hops * hopFrames);
     } catch (const std::bad_alloc&) {
         throw AnalysisError();
     }
@@ -50,7 +52,7 @@ namespace AudioAnalyzer {
 
 AudioAnalysis analyze(const QString& path, Progress* progress)
 {
-    AudioFile file(path);
+    AudioFile file(path, progress);
     const qint64 hopFrames = std::max<qint64>(static_cast<qint64>(file.sampleRate()) / kHopsPerSecond, 1);
     if (file.length() < 1)
         throw AnalysisError();

@@ -52,12 +52,12 @@ void gather(AudioFile& file, AudioBuffer& block, std::vector<float>& peaks)
 
 } // namespace
 
-std::vector<float> compute(const QString& path, int bins)
+std::vector<float> compute(const QString& path, int bins, const Progress* progress)
 {
     if (bins < 1)
         return {};
     try {
-        AudioFile file(path);
+        AudioFile file(path, progress);
         if (file.length() < 1)
             return {};
         AudioBuffer block(file.format(), kBlockFrames);

@@ -3,6 +3,7 @@
 #include "audio/AudioConversion.h"
 #include "audio/AudioRange.h"
 #include "audio/SampleMemory.h"
+#include "audio/Stretches.h"
 #include "audio/effects/FeedbackDelay.h"
 #include "audio/effects/HallReverb.h"
 #include "audio/effects/TimePitch.h"
@@ -134,16 +135,14 @@ RenderError RenderError::memory()
 AudioBuffer EffectRenderer::renderBuffer(const QString& path, double startSeconds, double endSeconds,
                                          const EffectSettings& settings, Progress* progress)
 {
-    AudioBuffer buffer = read(path, startSeconds, endSeconds);
-    if (progress && progress->isCancelled())
-        throw Cancelled();
+    AudioBuffer buffer = read(path, startSeconds, endSeconds, progress);
     if (settings.reverse)
-        reverse(buffer);
+        reverse(buffer, progress);
     if (settings.needsEngine())
         buffer = runEngine(buffer, settings, progress);
     if (addsCharacter(settings.voice))
-        VoiceDSP::apply(settings.voice, buffer);
-    applyGainAndFades(buffer, settings);
+        VoiceDSP::apply(settings.voice, buffer, progress);
+    applyGainAndFades(buffer, settings, progress);
     if (progress)
         progress->set(1);
     return buffer;
@@ -152,18 +151,18 @@ AudioBuffer EffectRenderer::renderBuffer(const QString& path, double startSecond
 QString EffectRenderer::render(const QString& path, double startSeconds, double endSeconds, const EffectSettings& settings,
                                Progress* progress)
 {
-    return writeTemp(renderBuffer(path, startSeconds, endSeconds, settings, progress));
+    return writeTemp(renderBuffer(path, startSeconds, endSeconds, settings, progress), progress);
 }
 
-AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, double endSeconds)
+AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, double endSeconds, const Progress* progress)
 {
     require(std::isfinite(startSeconds) && std::isfinite(endSeconds), "a range is finite");
     try {
-        AudioFile file(path);
+        AudioFile file(path, progress);
         AudioBuffer range = readRange(file, startSeconds, endSeconds, format);
         if (range.frameLength() == 0)
             throw RenderError::empty();
-        AudioBuffer buffer = convertBuffer(std::move(range), format);
+        AudioBuffer buffer = convertBuffer(std::move(range), format, progress);
         if (buffer.frameLength() == 0) // less than half a frame at this rate
             throw RenderError::empty();
         return buffer;
@@ -172,12 +171,14 @@ AudioBuffer EffectRenderer::read(const QString& path, double startSeconds, doubl
     }
 }
 
-void EffectRenderer::reverse(AudioBuffer& buffer)
+void EffectRenderer::reverse(AudioBuffer& buffer, const Progress* progress)
 {
-    for (int channel = 0; channel < buffer.channelCount(); ++channel) {
-        const auto samples = buffer.channel(channel);
-        std::reverse(samples.begin(), samples.end());
-    }
+    forEachStretch(buffer.frameLength() / 2, progress, [&](qint64 first, qint64 count) {
+        for (int channel = 0; channel < buffer.channelCount(); ++channel) {
+            const auto samples = buffer.channel(channel);
+            std::swap_ranges(samples.begin() + first, samples.begin() + first + count, samples.rbegin() + first);
+        }
+    });
 }
 
 AudioBuffer EffectRenderer::runEngine(const AudioBuffer& buffer, const EffectSettings& settings, Progress* progress)
@@ -194,7 +195,7 @@ AudioBuffer EffectRenderer::runEngine(const AudioBuffer& buffer, const EffectSet
         if (hasEcho || hasReverb)
             addSpace(output, hasEcho ? std::optional(settings.echo) : std::nullopt,
                      hasReverb ? std::optional(settings.reverb) : std::nullopt, progress);
-        trimSilence(output);
+        trimSilence(output, progress);
         return output;
     } catch (const std::bad_alloc&) {
         throw RenderError::memory();
@@ -203,43 +204,54 @@ AudioBuffer EffectRenderer::runEngine(const AudioBuffer& buffer, const EffectSet
     }
 }
 
-void EffectRenderer::trimSilence(AudioBuffer& buffer)
+void EffectRenderer::trimSilence(AudioBuffer& buffer, const Progress* progress)
 {
     const qint64 frames = buffer.frameLength();
     qint64 kept = std::min<qint64>(frames, 1);
-    for (int channel = 0; channel < buffer.channelCount(); ++channel) {
-        const auto samples = buffer.channel(channel);
-        for (qint64 frame = frames; frame > kept; --frame)
-            if (std::abs(samples[static_cast<std::size_t>(frame - 1)]) >= kTailThreshold)
-                kept = frame;
-    }
+    forEachStretch(frames, progress, [&](qint64 first, qint64 count) {
+        const qint64 end = frames - first; // the last stretch comes first
+        if (kept >= end)
+            return;
+        for (int channel = 0; channel < buffer.channelCount(); ++channel) {
+            const auto samples = buffer.channel(channel);
+            for (qint64 frame = end; frame > std::max(kept, end - count); --frame)
+                if (std::abs(samples[static_cast<std::size_t>(frame - 1)]) >= kTailThreshold)
+                    kept = frame;
+        }
+    });
     buffer.setFrameLength(std::min(kept + kTailFrames, frames));
 }
 
-void EffectRenderer::applyGainAndFades(AudioBuffer& buffer, const EffectSettings& settings)
+void EffectRenderer::applyGainAndFades(AudioBuffer& buffer, const EffectSettings& settings, const Progress* progress)
 {
     require(settings.fadeIn >= 0 && settings.fadeOut >= 0, "a fade is a number and not negative");
     const auto frames = static_cast<double>(buffer.frameLength());
     const auto gain = static_cast<float>(std::pow(10.0, settings.gainDb / 20));
-    const auto in = static_cast<std::size_t>(std::min(settings.fadeIn * format.sampleRate, frames));
-    const auto out = static_cast<std::size_t>(std::min(settings.fadeOut * format.sampleRate, frames));
+    const auto in = static_cast<qint64>(std::min(settings.fadeIn * format.sampleRate, frames));
+    const auto out = static_cast<qint64>(std::min(settings.fadeOut * format.sampleRate, frames));
     for (int channel = 0; channel < buffer.channelCount(); ++channel) {
-        const auto samples = buffer.channel(channel);
+        float* const samples = buffer.channel(channel).data();
         if (gain != 1)
-            for (float& sample : samples)
-                sample *= gain;
-        for (std::size_t i = 0; i < in; ++i)
-            samples[i] *= static_cast<float>(i) / static_cast<float>(in);
-        for (std::size_t j = 0; j < out; ++j)
-            samples[samples.size() - 1 - j] *= static_cast<float>(j) / static_cast<float>(out);
+            forEachStretch(buffer.frameLength(), progress, [&](qint64 first, qint64 count) {
+                for (qint64 i = first; i < first + count; ++i)
+                    samples[i] *= gain;
+            });
+        forEachStretch(in, progress, [&](qint64 first, qint64 count) {
+            for (qint64 i = first; i < first + count; ++i)
+                samples[i] *= static_cast<float>(i) / static_cast<float>(in);
+        });
+        forEachStretch(out, progress, [&](qint64 first, qint64 count) {
+            for (qint64 j = first; j < first + count; ++j)
+                samples[buffer.frameLength() - 1 - j] *= static_cast<float>(j) / static_cast<float>(out);
+        });
     }
 }
 
-QString EffectRenderer::writeTemp(const AudioBuffer& buffer)
+QString EffectRenderer::writeTemp(const AudioBuffer& buffer, const Progress* progress)
 {
     const QString path = tempFolder().filePath(kTempPrefix + uuidText(QUuid::createUuid()) + kTempSuffix);
     AudioFileWriter writer(path, buffer.format(), AudioEncoding::wavFloat32);
-    writer.write(buffer);
+    writer.write(buffer, progress);
     writer.finish();
     return path;
 }

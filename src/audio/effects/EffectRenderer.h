@@ -28,9 +28,9 @@ private:
 // and the same input gives the same bytes.
 //
 // Every operation throws RenderError::memory where a buffer does not fit, and
-// those with a Progress throw Cancelled. A start, end or fade that is not a
-// finite number and a fade below 0 are mistakes of the caller, which stop the
-// program.
+// Cancelled; what it worked on is good for nothing then. A start, end or fade
+// that is not a finite number and a fade below 0 are mistakes of the caller, which
+// stop the program.
 namespace EffectRenderer {
 
 // The one internal format.
@@ -47,9 +47,9 @@ QString render(const QString& path, double startSeconds, double endSeconds, cons
 
 // The range in the internal format; it is cut to the file.
 // Throws RenderError (empty: nothing is left of it) and AudioFileError.
-AudioBuffer read(const QString& path, double startSeconds, double endSeconds);
+AudioBuffer read(const QString& path, double startSeconds, double endSeconds, const Progress* progress = nullptr);
 
-void reverse(AudioBuffer& buffer);
+void reverse(AudioBuffer& buffer, const Progress* progress = nullptr);
 
 // Speed and pitch, then echo, then reverb, with their tails, cut behind the last
 // audible frame. At most ten minutes come back. REQUIRES: buffer is in the
@@ -57,14 +57,14 @@ void reverse(AudioBuffer& buffer);
 AudioBuffer runEngine(const AudioBuffer& buffer, const EffectSettings& settings, Progress* progress = nullptr);
 
 // Keeps 10 ms behind the last frame that reaches 0.0005 in one of the channels.
-void trimSilence(AudioBuffer& buffer);
+void trimSilence(AudioBuffer& buffer, const Progress* progress = nullptr);
 
 // Gain, then linear fades. Where the fades overlap, both apply.
-void applyGainAndFades(AudioBuffer& buffer, const EffectSettings& settings);
+void applyGainAndFades(AudioBuffer& buffer, const EffectSettings& settings, const Progress* progress = nullptr);
 
 // Writes a 32-bit float WAV of a fresh name to the temporary folder and gives
 // its path. Throws AudioFileError (write).
-QString writeTemp(const AudioBuffer& buffer);
+QString writeTemp(const AudioBuffer& buffer, const Progress* progress = nullptr);
 
 // Removes files of writeTemp() that nobody came back for: those of a crash. It
 // leaves what is younger than an hour, which another running copy may be using.

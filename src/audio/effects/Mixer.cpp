@@ -2,6 +2,7 @@
 
 #include "audio/SampleLoops.h"
 #include "audio/SampleMemory.h"
+#include "audio/Stretches.h"
 #include "audio/effects/EffectRenderer.h"
 
 #include <algorithm>
@@ -35,10 +36,12 @@ void add(const float* __restrict from, float gain, float* __restrict into, qint6
 }
 
 // Adds up all pieces and gives the largest magnitude of the sum.
-float sum(std::span<const Mixer::Piece> pieces, AudioBuffer& mix)
+float sum(std::span<const Mixer::Piece> pieces, AudioBuffer& mix, const Progress* progress)
 {
     float peak = 0;
     for (qint64 blockStart = 0; blockStart < mix.frameLength(); blockStart += kBlockFrames) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         const qint64 blockEnd = std::min(blockStart + kBlockFrames, mix.frameLength());
         for (int channel = 0; channel < mix.channelCount(); ++channel) {
             float* const into = mix.channel(channel).data();
@@ -57,7 +60,7 @@ float sum(std::span<const Mixer::Piece> pieces, AudioBuffer& mix)
 
 } // namespace
 
-std::optional<AudioBuffer> Mixer::mix(std::span<const Piece> pieces)
+std::optional<AudioBuffer> Mixer::mix(std::span<const Piece> pieces, const Progress* progress)
 {
     qint64 total = 0;
     for (const Piece& piece : pieces) {
@@ -69,11 +72,13 @@ std::optional<AudioBuffer> Mixer::mix(std::span<const Piece> pieces)
     try {
         AudioBuffer mix = allocateFrames(EffectRenderer::format, total);
         mix.setFrameLength(total);
-        const float peak = sum(pieces, mix);
+        const float peak = sum(pieces, mix, progress);
         if (peak > kPeakLimit)
-            for (int channel = 0; channel < mix.channelCount(); ++channel)
-                for (float& sample : mix.channel(channel))
-                    sample *= kPeakLimit / peak;
+            forEachStretch(total, progress, [&](qint64 first, qint64 count) {
+                for (int channel = 0; channel < mix.channelCount(); ++channel)
+                    for (float& sample : mix.channel(channel).subspan(std::size_t(first), std::size_t(count)))
+                        sample *= kPeakLimit / peak;
+            });
         return mix;
     } catch (const std::bad_alloc&) {
         return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Progress.h"
 #include "platform/media/AudioBuffer.h"
 
 #include <memory>
@@ -18,7 +19,7 @@ struct Piece {
 // One buffer that reaches to the end of the last piece. Where the sum passes
 // 0.98, the whole of it is scaled down to that peak: nothing is ever clipped,
 // and nothing is raised. None for no pieces, no frames or no memory for them.
-// A pure function (bench/EngineMix.cpp); any thread.
-std::optional<AudioBuffer> mix(std::span<const Piece> pieces);
+// Throws Cancelled. A pure function (bench/EngineMix.cpp); any thread.
+std::optional<AudioBuffer> mix(std::span<const Piece> pieces, const Progress* progress = nullptr);
 
 } // namespace tonequill::Mixer

@@ -1,5 +1,7 @@
 #include "audio/effects/TimePitch.h"
 
+#include "audio/Stretches.h"
+
 #include <rubberband/RubberBandStretcher.h>
 
 #include <algorithm>
@@ -139,6 +141,24 @@ void stretch(PaddedSource source, std::size_t channelCount, double timeRatio, do
     });
 }
 
+void copy(const AudioBuffer& in, AudioBuffer& out, const Progress* progress)
+{
+    forEachStretch(std::min(in.frameLength(), out.frameLength()), progress, [&](qint64 first, qint64 count) {
+        for (int channel = 0; channel < 2; ++channel)
+            std::copy_n(in.channel(channel).begin() + first, count, out.channel(channel).begin() + first);
+    });
+}
+
+bool hasEqualChannels(const AudioBuffer& buffer, const Progress* progress)
+{
+    bool areEqual = true;
+    forEachStretch(buffer.frameLength(), progress, [&](qint64 first, qint64 count) {
+        const float* const left = buffer.channel(0).data() + first;
+        areEqual = areEqual && std::equal(left, left + count, buffer.channel(1).data() + first);
+    });
+    return areEqual;
+}
+
 } // namespace
 
 void TimePitch::apply(const AudioBuffer& in, double rate, double semitones, AudioBuffer& out, Progress* progress)
@@ -147,8 +167,7 @@ void TimePitch::apply(const AudioBuffer& in, double rate, double semitones, Audi
     if (in.frameLength() == 0)
         return;
     if (rate == 1 && semitones == 0) {
-        for (int channel = 0; channel < 2; ++channel)
-            std::copy_n(in.channel(channel).begin(), std::min(in.frameLength(), out.frameLength()), out.channel(channel).begin());
+        copy(in, out, progress);
         return;
     }
     const double pitchScale = std::exp2(semitones / 12);
@@ -158,7 +177,7 @@ void TimePitch::apply(const AudioBuffer& in, double rate, double semitones, Audi
     const auto skipped = static_cast<std::size_t>(std::lround(static_cast<double>(padding) / rate - lead));
     const double wanted = std::round(static_cast<double>(in.frameLength()) / rate + lead);
     Output output(out, skipped, static_cast<std::size_t>(std::min(wanted, static_cast<double>(out.frameLength()))));
-    const std::size_t channelCount = std::ranges::equal(in.channel(0), in.channel(1)) ? 1 : 2;
+    const std::size_t channelCount = hasEqualChannels(in, progress) ? 1 : 2;
     stretch(PaddedSource(in, padding, std::max(padding, missing)), channelCount, 1 / rate, pitchScale, output, progress);
 }
 

@@ -1,5 +1,7 @@
 #include "audio/effects/VoiceDSP.h"
 
+#include "audio/Stretches.h"
+
 #include <array>
 #include <cmath>
 #include <numbers>
@@ -56,44 +58,54 @@ float carrier(std::size_t n, double hertz)
     return static_cast<float>(std::sin(static_cast<double>(n) * 2 * std::numbers::pi * hertz / kSampleRate));
 }
 
-void robot(std::span<float> samples)
+// Frame by frame, each with its number.
+template <typename Visit>
+void forEachSample(std::span<float> samples, const Progress* progress, Visit visit)
+{
+    forEachStretch(static_cast<qint64>(samples.size()), progress, [&](qint64 first, qint64 count) {
+        for (auto n = static_cast<std::size_t>(first); n < static_cast<std::size_t>(first + count); ++n)
+            visit(n, samples[n]);
+    });
+}
+
+void robot(std::span<float> samples, const Progress* progress)
 {
     constexpr std::size_t kCombFrames = 384; // 8 ms
     std::array<float, kCombFrames> comb = {};
-    for (std::size_t n = 0; n < samples.size(); ++n) {
-        const float x = samples[n];
+    forEachSample(samples, progress, [&comb](std::size_t n, float& sample) {
+        const float x = sample;
         const float m = carrier(n, 70);
         const float r = x * 0.25F + x * m * 0.75F;
         float& line = comb[n % kCombFrames];
         const float y = r + line * 0.5F;
         line = y;
-        samples[n] = y * 0.8F;
-    }
+        sample = y * 0.8F;
+    });
 }
 
-void alien(std::span<float> samples)
+void alien(std::span<float> samples, const Progress* progress)
 {
-    for (std::size_t n = 0; n < samples.size(); ++n) {
-        const float x = samples[n];
+    forEachSample(samples, progress, [](std::size_t n, float& sample) {
+        const float x = sample;
         const float m = carrier(n, 380);
-        samples[n] = x * 0.35F + x * m * 0.65F;
-    }
+        sample = x * 0.35F + x * m * 0.65F;
+    });
 }
 
-void loudspeaker(std::span<float> samples, const Loudspeaker& recipe)
+void loudspeaker(std::span<float> samples, const Loudspeaker& recipe, const Progress* progress)
 {
     std::array chain = {recipe.highPass, recipe.lowPass, recipe.highPass, recipe.lowPass};
-    for (float& sample : samples) {
+    forEachSample(samples, progress, [&](std::size_t /*n*/, float& sample) {
         double y = static_cast<double>(sample);
         for (Biquad& section : chain)
             y = section.run(y);
         sample = static_cast<float>(std::tanh(y * recipe.drive) * recipe.level);
-    }
+    });
 }
 
 } // namespace
 
-void VoiceDSP::apply(VoiceStyle style, AudioBuffer& buffer)
+void VoiceDSP::apply(VoiceStyle style, AudioBuffer& buffer, const Progress* progress)
 {
     for (int channel = 0; channel < buffer.channelCount(); ++channel) {
         const std::span<float> samples = buffer.channel(channel);
@@ -105,16 +117,16 @@ void VoiceDSP::apply(VoiceStyle style, AudioBuffer& buffer)
         case VoiceStyle::giant:
             return;
         case VoiceStyle::robot:
-            robot(samples);
+            robot(samples, progress);
             break;
         case VoiceStyle::alien:
-            alien(samples);
+            alien(samples, progress);
             break;
         case VoiceStyle::telephone:
-            loudspeaker(samples, kTelephone);
+            loudspeaker(samples, kTelephone, progress);
             break;
         case VoiceStyle::megaphone:
-            loudspeaker(samples, kMegaphone);
+            loudspeaker(samples, kMegaphone, progress);
             break;
         }
     }

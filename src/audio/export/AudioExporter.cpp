@@ -3,6 +3,7 @@
 #include "audio/AudioConversion.h"
 #include "audio/AudioRange.h"
 #include "audio/SampleLoops.h"
+#include "audio/Stretches.h"
 #include "base/Uuid.h"
 #include "platform/media/AudioFileWriter.h"
 
@@ -79,12 +80,22 @@ qint64 fadeFrames(double seconds, const AudioBuffer& buffer)
     return frames > 0 ? static_cast<qint64>(std::min(frames, static_cast<double>(half))) : 0;
 }
 
-float peakOf(const AudioBuffer& buffer)
+float peakOf(const AudioBuffer& buffer, const Progress* progress)
 {
     float peak = 0;
-    for (int channel = 0; channel < buffer.channelCount(); ++channel)
-        peak = std::max(peak, largestMagnitude(buffer.channel(channel).data(), buffer.frameLength()));
+    forEachStretch(buffer.frameLength(), progress, [&](qint64 first, qint64 count) {
+        for (int channel = 0; channel < buffer.channelCount(); ++channel)
+            peak = std::max(peak, largestMagnitude(buffer.channel(channel).data() + first, count));
+    });
     return peak;
+}
+
+// Frame i of the fade is i of `frames` loud; it begins at `samples` and goes in
+// the direction of `step`.
+void fade(float* samples, qint64 step, qint64 frames, qint64 first, qint64 count)
+{
+    for (qint64 i = first; i < first + count; ++i)
+        samples[step * i] *= static_cast<float>(i) / static_cast<float>(frames);
 }
 
 // Hidden, and in the folder of the destination, so that renaming it is one step.
@@ -93,12 +104,12 @@ QString pathAside(const QString& path)
     return QFileInfo(path).absolutePath() + u"/.export-"_s + uuidText(QUuid::createUuid());
 }
 
-void writeFile(const AudioBuffer& buffer, const QString& path, AudioEncoding encoding, int bitRate)
+void writeFile(const AudioBuffer& buffer, const QString& path, AudioEncoding encoding, int bitRate, const Progress* progress)
 {
     QFile::remove(path); // nothing of an older file may pass for the new one
     const QString aside = pathAside(path);
     AudioFileWriter writer(aside, buffer.format(), encoding, bitRate);
-    writer.write(buffer);
+    writer.write(buffer, progress);
     writer.finish();
     std::error_code failure;
     std::filesystem::rename(QFile::encodeName(aside).toStdString(), QFile::encodeName(path).toStdString(), failure);
@@ -156,60 +167,64 @@ ExportError ExportError::bufferFailed()
     return {Kind::bufferFailed, {}};
 }
 
-ExportResult AudioExporter::exportRange(const ExportRequest& request, const QString& path)
+ExportResult AudioExporter::exportRange(const ExportRequest& request, const QString& path, const Progress* progress)
 {
     try {
-        AudioFile source(request.source);
+        AudioFile source(request.source, progress);
         const int sourceChannels = source.channelCount();
         const AudioFormat target{kDeliveryRate, std::min(sourceChannels, kMaxDeliveryChannels)};
         AudioBuffer part = readRange(source, request.start, request.end, target);
         if (part.frameLength() == 0)
             throw ExportError::emptyRange();
-        part = convert(std::move(part), target);
+        part = convert(std::move(part), target, progress);
         if (part.frameLength() == 0) // less than half a frame at this rate
             throw ExportError::emptyRange();
-        process(part, request.preset, request.fadeIn, request.fadeOut);
+        process(part, request.preset, request.fadeIn, request.fadeOut, progress);
         if (request.preset == ExportPreset::shortForm)
-            writeFile(part, path, AudioEncoding::m4aAac, sourceChannels == 1 ? kMonoBitRate : kStereoBitRate);
+            writeFile(part, path, AudioEncoding::m4aAac, sourceChannels == 1 ? kMonoBitRate : kStereoBitRate, progress);
         else
-            writeFile(part, path, AudioEncoding::wavInt24, 0);
+            writeFile(part, path, AudioEncoding::wavInt24, 0, progress);
         return {part.frameLength(), part.sampleRate(), part.channelCount()};
     } catch (const std::bad_alloc&) {
         throw ExportError::bufferFailed();
     }
 }
 
-AudioBuffer AudioExporter::convert(AudioBuffer buffer, AudioFormat to)
+AudioBuffer AudioExporter::convert(AudioBuffer buffer, AudioFormat to, const Progress* progress)
 {
     if (buffer.format() == to)
         return buffer;
     if (!isConvertible(buffer.format()) || !isConvertible(to))
         throw ExportError::conversionFailed(u"unsupported format"_s);
     try {
-        return convertBuffer(std::move(buffer), to);
+        return convertBuffer(std::move(buffer), to, progress);
     } catch (const std::bad_alloc&) {
         throw ExportError::bufferFailed();
     }
 }
 
-void AudioExporter::process(AudioBuffer& buffer, ExportPreset preset, double fadeIn, double fadeOut)
+void AudioExporter::process(AudioBuffer& buffer, ExportPreset preset, double fadeIn, double fadeOut, const Progress* progress)
 {
     const qint64 inFrames = fadeFrames(fadeIn, buffer);
     const qint64 outFrames = fadeFrames(fadeOut, buffer);
     for (int channel = 0; channel < buffer.channelCount(); ++channel) {
         const std::span<float> samples = buffer.channel(channel);
-        for (qint64 i = 0; i < inFrames; ++i)
-            samples[static_cast<std::size_t>(i)] *= static_cast<float>(i) / static_cast<float>(inFrames);
-        for (qint64 i = 0; i < outFrames; ++i)
-            samples[samples.size() - 1 - static_cast<std::size_t>(i)] *= static_cast<float>(i) / static_cast<float>(outFrames);
+        forEachStretch(inFrames, progress, [&](qint64 first, qint64 count) { fade(samples.data(), 1, inFrames, first, count); });
+        forEachStretch(outFrames, progress, [&](qint64 first, qint64 count) {
+            fade(samples.data() + samples.size() - 1, -1, outFrames, first, count);
+        });
     }
-    const float peak = peakOf(buffer);
+    const float peak = peakOf(buffer, progress);
     if (preset == ExportPreset::studio || !(peak > kSilentPeak))
         return;
     const float gain = std::min(kPeakTarget / peak, kMaxGain);
-    for (int channel = 0; channel < buffer.channelCount(); ++channel)
-        for (float& sample : buffer.channel(channel))
-            sample *= gain;
+    forEachStretch(buffer.frameLength(), progress, [&](qint64 first, qint64 count) {
+        for (int channel = 0; channel < buffer.channelCount(); ++channel) {
+            float* const samples = buffer.channel(channel).data() + first;
+            for (qint64 i = 0; i < count; ++i)
+                samples[i] *= gain;
+        }
+    });
 }
 
 } // namespace tonequill

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Progress.h"
 #include "base/UserError.h"
 #include "platform/media/AudioBuffer.h"
 
@@ -63,19 +64,20 @@ namespace AudioExporter {
 // Cuts the range out of the source and writes it to `path`, under exactly that
 // name. The file appears there complete or not at all: it is written beside it
 // and renamed. A failure before that leaves what was at `path`; a failure in
-// writing leaves nothing there. The source may be the destination.
-// Throws ExportError and AudioFileError.
-ExportResult exportRange(const ExportRequest& request, const QString& path);
+// writing leaves nothing there, and so does a cancel. The source may be the
+// destination. Throws ExportError, AudioFileError and Cancelled.
+ExportResult exportRange(const ExportRequest& request, const QString& path, const Progress* progress = nullptr);
 
 // The buffer in another format: resampled without a delay to the length that the
 // ratio of the rates implies, rounded; more channels mixed down without
 // clipping; one channel on both sides of two. An equal format gives the same
-// buffer back. Throws ExportError (conversionFailed, bufferFailed).
-AudioBuffer convert(AudioBuffer buffer, AudioFormat to);
+// buffer back. Throws ExportError (conversionFailed, bufferFailed) and Cancelled.
+AudioBuffer convert(AudioBuffer buffer, AudioFormat to, const Progress* progress = nullptr);
 
 // Linear fades of at most half the sound each, then the preset's level: a peak
 // of -1 dBFS, raised by at most 24 dB; silence and `studio` are left as they are.
-void process(AudioBuffer& buffer, ExportPreset preset, double fadeIn, double fadeOut);
+// Throws Cancelled; the buffer is good for nothing then.
+void process(AudioBuffer& buffer, ExportPreset preset, double fadeIn, double fadeOut, const Progress* progress = nullptr);
 
 } // namespace AudioExporter
 } // namespace tonequill

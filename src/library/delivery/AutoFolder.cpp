@@ -152,6 +152,7 @@ QCoro::Task<> AutoFolder::take(QString folder, Step step, Sound sound)
     const QString key = uuidText(step.id);
     const AutoFolderEntry entry{step.fileName, sound.name};
     const QString journalFolder = FolderBookmark::originalPath(*m_bookmark);
+    const auto progress = std::make_shared<Progress>();
     const auto work = [=, write = m_export, journal = m_journal] {
         if (step.rename) {
             Files::renameToFree(folder + u'/' + *step.rename, path);
@@ -161,21 +162,22 @@ QCoro::Task<> AutoFolder::take(QString folder, Step step, Sound sound)
             if (!QDir().mkpath(workshop))
                 throw FileError(FileError::Action::write, path, errno);
             const auto end = qScopeGuard([unfinished] { QFile::remove(unfinished); });
-            write(sound, unfinished);
+            write(sound, unfinished, *progress);
             Files::syncFile(unfinished);
             Files::renameToFree(unfinished, path);
         }
         journal.append(journalFolder, key, entry);
     };
-    co_await background(m_flows, m_workers.behind(), work);
+    co_await background(m_flows, m_workers.behind(), work, progress);
 }
 
-void AutoFolder::exportSound(const Sound& sound, const QString& path)
+void AutoFolder::exportSound(const Sound& sound, const QString& path, const Progress& progress)
 {
     // The edge fades of every delivery, too short to be heard as such.
     constexpr double kFadeInSeconds = 0.004;
     constexpr double kFadeOutSeconds = 0.03;
-    AudioExporter::exportRange({sound.source, 0, sound.duration, ExportPreset::anyEditor, kFadeInSeconds, kFadeOutSeconds}, path);
+    AudioExporter::exportRange({sound.source, 0, sound.duration, ExportPreset::anyEditor, kFadeInSeconds, kFadeOutSeconds}, path,
+                               &progress);
 }
 
 QString AutoFolder::copiedText(int copied) const

@@ -54,8 +54,8 @@ public:
     static QList<Step> plan(const QList<Sound>& sounds, const AutoFolderManifest& manifest, const QSet<QString>& existing);
 
     // Writes the sound's file. Throws; may leave half a file then. Any thread.
-    using Export = std::function<void(const Sound& sound, const QString& path)>;
-    static void exportSound(const Sound& sound, const QString& path);
+    using Export = std::function<void(const Sound& sound, const QString& path, const Progress& progress)>;
+    static void exportSound(const Sound& sound, const QString& path, const Progress& progress);
 
     AutoFolder(Defaults& defaults, Clock& clock, Workers& workers, Export write = exportSound);
     // Ends a run. Nothing is delivered from then on.

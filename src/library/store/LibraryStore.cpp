@@ -6,6 +6,7 @@
 #include "library/records/NamePolicy.h"
 #include "library/store/LibraryIndex.h"
 #include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
 #include "platform/media/MediaTracks.h"
 
 #include <QDir>
@@ -52,6 +53,8 @@ QSet<QString> filesIn(const QString& folder)
 struct ImportedFile {
     QString fileName;
     AudioAnalysis analysis;
+    ScratchFile audio; // until the library has it
+    ScratchFile mark;
 };
 
 // The part of an import that reads and writes files. Runs in the background.
@@ -59,7 +62,7 @@ ImportedFile bringIn(const QString& source, const QString& folder, const QUuid& 
 {
     const MediaTracks tracks = [&] {
         try {
-            return mediaTracks(source);
+            return mediaTracks(source, progress);
         } catch (const AudioFileError&) {
             throw ImportError::unsupported(name);
         }
@@ -71,28 +74,21 @@ ImportedFile bringIn(const QString& source, const QString& folder, const QUuid& 
     const QString fileName = uuidText(id) + u'.' + (isVideo ? u"m4a"_s : Files::extension(source).toLower());
     const QString destination = folder + u'/' + fileName;
     const QString mark = folder + u'/' + kImportMark + fileName;
+    ImportedFile imported{fileName, {}, ScratchFile(destination), ScratchFile(mark)};
     Files::writeDurably(mark, {});
+    if (isVideo)
+        extractFirstAudio(source, destination, progress);
+    else
+        Files::copy(source, destination, progress);
     try {
-        if (isVideo)
-            extractFirstAudio(source, destination, progress);
-        else
-            Files::copy(source, destination, progress);
-        ImportedFile imported{fileName, [&] {
-                                  try {
-                                      return AudioAnalyzer::analyze(destination, progress);
-                                  } catch (const UserError&) {
-                                      throw ImportError::unsupported(name);
-                                  }
-                              }()};
-        // The audio is on the disk before the index names it.
-        Files::syncFile(destination);
-        Files::syncFolder(folder);
-        return imported;
-    } catch (...) {
-        QFile::remove(destination);
-        QFile::remove(mark);
-        throw;
+        imported.analysis = AudioAnalyzer::analyze(destination, progress);
+    } catch (const UserError&) {
+        throw ImportError::unsupported(name);
     }
+    // The audio is on the disk before the index names it.
+    Files::syncFile(destination);
+    Files::syncFolder(folder);
+    return imported;
 }
 
 } // namespace
@@ -105,7 +101,8 @@ QString LibraryStore::defaultFolder()
 LibraryStore::LibraryStore(Clock& clock, Workers& workers, const QString& folder)
     : m_clock(clock),
       m_workers(workers),
-      m_folder(QDir::cleanPath(folder))
+      m_folder(QDir::cleanPath(folder)),
+      m_writer(m_folder + u'/' + kIndexName)
 {
     QDir().mkpath(m_folder);
     load();
@@ -133,7 +130,7 @@ void LibraryStore::load()
     m_search.reset(m_items.size());
 }
 
-void LibraryStore::save()
+void LibraryStore::save(const QStringList& imported)
 {
     std::vector<QByteArray> chunks;
     chunks.reserve(static_cast<std::size_t>(m_items.size()) * 2 + 2);
@@ -144,22 +141,17 @@ void LibraryStore::save()
         chunks.push_back(m_encoded[i]);
     }
     chunks.push_back(m_items.isEmpty() ? "[]" : "]");
-    try {
-        Files::writeDurably(m_folder + u'/' + kIndexName, chunks);
-    } catch (const FileError&) {
-        m_isSaved = false; // the next change tries again
-        return;
-    }
-    m_isSaved = true;
-    m_indexWasReadable = true;
-    for (const QString& fileName : std::exchange(m_unconfirmedImports, {}))
-        QFile::remove(m_folder + u'/' + kImportMark + fileName);
+    QStringList marks; // not needed once the index names the files
+    for (const QString& fileName : imported)
+        marks << m_folder + u'/' + kImportMark + fileName;
+    m_writer.write(std::move(chunks), marks);
 }
 
 void LibraryStore::sweepUnfinished()
 {
     Files::sweepStrays(m_folder);
-    if (!m_indexWasReadable)
+    const bool isReplaced = m_writer.writeCount() > 0 && m_writer.finish();
+    if (!m_indexWasReadable && !isReplaced)
         return; // it may have named them
     QSet<QString> named;
     for (const SoundItem& item : std::as_const(m_items))
@@ -200,10 +192,12 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
 {
     const QString name = info && info->name ? *info->name : Files::stem(source);
     const QUuid id = QUuid::createUuid();
+    if (!progress)
+        progress = std::make_shared<Progress>(); // it is cancelled when the store closes
     const auto work = [source, folder = m_folder, id, name, progress] {
         return bringIn(source, folder, id, name, progress.get());
     };
-    const ImportedFile imported = co_await background(m_flows, m_workers.shown(), work, progress);
+    ImportedFile imported = co_await background(m_flows, m_workers.shown(), work, progress);
 
     SoundItem item;
     item.id = id;
@@ -223,13 +217,15 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
     }
     item.thumbnail = imported.analysis.thumbnail(kThumbnailBins);
 
+    imported.audio.keep();
+    imported.mark.keep(); // it goes when the index is on the disk
     m_items.prepend(item);
     m_encoded.prepend({});
     m_search.inserted(0);
-    m_unconfirmedImports.append(item.fileName);
-    save();
+    save({item.fileName});
     Q_EMIT itemInserted(0);
-    co_return item;
+    co_await saved();
+    co_return SoundItem(item); // a copy: QCoro 0.8 moves out of variables
 }
 
 QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, QString fileExtension, SoundOrigin origin,
@@ -249,15 +245,36 @@ QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, Q
 
 SoundItem LibraryStore::update(const SoundItem& item, const std::function<void(SoundItem&)>& change)
 {
-    const qsizetype index = indexOf(item.id);
-    if (index < 0)
+    const SoundItem* changed = this->change(item.id, change);
+    if (!changed)
         return item;
+    save();
+    return *changed;
+}
+
+const SoundItem* LibraryStore::change(const QUuid& id, const std::function<void(SoundItem&)>& change)
+{
+    const qsizetype index = indexOf(id);
+    if (index < 0)
+        return nullptr;
     change(m_items[index]);
     m_encoded[index].clear();
     m_search.changed(index);
-    save();
     Q_EMIT itemChanged(int(index));
-    return m_items[index];
+    return find(id); // whoever was told may have changed the list
+}
+
+LibraryStore::Changes::~Changes()
+{
+    if (m_hasChanged)
+        m_library.save();
+}
+
+SoundItem LibraryStore::Changes::update(const SoundItem& item, const std::function<void(SoundItem&)>& change)
+{
+    const SoundItem* changed = m_library.change(item.id, change);
+    m_hasChanged |= changed != nullptr;
+    return changed ? *changed : item;
 }
 
 SoundItem LibraryStore::rename(const SoundItem& item, const QString& name, std::optional<bool> nameIsAuto)

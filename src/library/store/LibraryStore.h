@@ -5,6 +5,7 @@
 #include "library/records/ImportError.h"
 #include "library/records/SoundItem.h"
 #include "library/search/LibrarySearch.h"
+#include "library/store/IndexWriter.h"
 
 #include <QCoroTask>
 #include <QList>
@@ -16,11 +17,12 @@
 namespace tonequill {
 
 // The library on the disk: a folder of audio files and the index that lists
-// them. Every change rewrites the index at once and durably; a library that
-// cannot be written stays usable in memory.
+// them. Every change is handed over at once to be saved, durably and in order; who
+// tells a user or another program that it was done waits for saved() first. A
+// library that cannot be written stays usable in memory.
 //
-// One thread. Only reading and analysing a file that comes in leaves it. What is
-// borrowed outlives it.
+// One thread. Reading and analysing a file that comes in, and writing the index, leave
+// it. What is borrowed outlives it.
 class LibraryStore : public QObject {
     Q_OBJECT
 
@@ -58,6 +60,23 @@ public:
     QCoro::Task<SoundItem> importData(QByteArray data, QString name, QString fileExtension, SoundOrigin origin,
                                       QStringList tags = {});
 
+    // Changes of several records that are saved together, when this goes. A change
+    // by other ways saves these as well.
+    class Changes {
+    public:
+        explicit Changes(LibraryStore& library) : m_library(library) {}
+        ~Changes();
+        Changes(const Changes&) = delete;
+        Changes& operator=(const Changes&) = delete;
+
+        // As LibraryStore::update().
+        SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
+
+    private:
+        LibraryStore& m_library;
+        bool m_hasChanged = false;
+    };
+
     // Changes the stored record of that id, saves, and returns it as it now is.
     // A record that isn't there any more is returned as given.
     SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
@@ -71,8 +90,12 @@ public:
     // stay. REQUIRES: no other program writes to the folder.
     void sweepUnfinished();
 
-    // False if the last change could not be written.
-    bool isSaved() const { return m_isSaved; }
+    // Until every change so far is on the disk, or could not be written.
+    QCoro::Task<> saved() { return m_writer.written(m_flows); }
+    // The same, without a flow: it blocks. False if the last change could not be written.
+    bool isSaved() const { return m_writer.finish(); }
+    // How often the index was written.
+    int saveCount() const { return m_writer.writeCount(); }
 
 Q_SIGNALS:
     void itemInserted(int index);
@@ -81,18 +104,18 @@ Q_SIGNALS:
 
 private:
     void load();
-    void save();
+    void save(const QStringList& imported = {});
+    const SoundItem* change(const QUuid& id, const std::function<void(SoundItem&)>& change);
     qsizetype indexOf(const QUuid& id) const;
 
     Clock& m_clock;
     Workers& m_workers;
     QString m_folder;
     QList<SoundItem> m_items;
-    QList<QByteArray> m_encoded;      // each record's bytes in the index; empty until they are needed
-    mutable LibrarySearch m_search;   // with a cache of its own
-    QStringList m_unconfirmedImports; // file names whose index isn't on the disk yet
+    QList<QByteArray> m_encoded;    // each record's bytes in the index; empty until they are needed
+    mutable LibrarySearch m_search; // with a cache of its own
     bool m_indexWasReadable = true;
-    bool m_isSaved = true;
+    IndexWriter m_writer;
     FlowGroup m_flows; // last
 };
 

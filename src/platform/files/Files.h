@@ -44,7 +44,7 @@ enum class Privacy { everybodyReads, ownerOnly };
 void writeDurably(const QString& path, std::span<const QByteArray> chunks, Privacy privacy = Privacy::everybodyReads);
 
 // Copies the bytes of a regular file to a new file. Throws FileError or
-// Cancelled; then nothing is at `destination`. It isn't synced yet.
+// Cancelled, within a megabyte; then nothing is at `destination`. It isn't synced yet.
 // REQUIRES: nothing is at `destination`.
 void copy(const QString& source, const QString& destination, Progress* progress = nullptr);
 

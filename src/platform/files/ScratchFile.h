@@ -5,7 +5,7 @@
 namespace tonequill {
 
 // A temporary file that goes when its owner does. A failure to remove it is
-// ignored. None for an empty path.
+// ignored. None for an empty path. Any thread.
 class ScratchFile {
 public:
     ScratchFile() = default;
@@ -18,6 +18,11 @@ public:
     static ScratchFile withExtension(const QString& extension);
 
     const QString& path() const { return m_path; }
+    // It is no longer temporary: it stays.
+    void keep();
+
+    // Removes those of all owners, for a process that is left without their ends.
+    static void removeAll();
 
 private:
     QString m_path;

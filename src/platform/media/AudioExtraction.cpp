@@ -5,6 +5,7 @@
 #include "platform/media/ffmpeg/M4aFile.h"
 #include "platform/media/ffmpeg/MediaInput.h"
 #include "platform/media/ffmpeg/PacketTrim.h"
+#include "platform/media/ffmpeg/WhileWanted.h"
 
 #include <algorithm>
 #include <optional>
@@ -85,6 +86,7 @@ void copyPackets(MediaInput& input, const AVStream& stream, const QString& desti
         *time += kAacFrames;
         output.write(packet.get());
     }
+    input.file().requireWanted(); // the last packet was no end then
     if (!hasSound)
         throw AudioFileError(AudioFileError::Kind::read, input.path());
     output.finish();
@@ -92,7 +94,7 @@ void copyPackets(MediaInput& input, const AVStream& stream, const QString& desti
 
 void encodeFrames(const QString& source, const QString& destination, Progress* progress)
 {
-    AudioFile file(source);
+    AudioFile file(source, progress);
     const int channels = std::min(file.channelCount(), 2);
     AudioFormat format = {file.sampleRate(), channels};
     if (!AacSink::supports(format))
@@ -112,13 +114,13 @@ void encodeFrames(const QString& source, const QString& destination, Progress* p
 
 void extractFirstAudio(const QString& source, const QString& destination, Progress* progress)
 {
-    MediaInput input(source);
-    const AVStream* stream = input.firstAudio();
+    const auto input = whileWanted(progress, [&] { return std::make_unique<MediaInput>(source, progress); });
+    const AVStream* stream = input->firstAudio();
     if (!stream)
         throw AudioFileError(AudioFileError::Kind::unsupported, source);
     if (canBeCopied(*stream->codecpar)) {
-        input.selectOnly(stream);
-        copyPackets(input, *stream, destination, progress);
+        input->selectOnly(stream);
+        copyPackets(*input, *stream, destination, progress);
     } else {
         encodeFrames(source, destination, progress);
     }

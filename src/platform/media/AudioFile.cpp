@@ -1,6 +1,7 @@
 #include "platform/media/AudioFile.h"
 
 #include "platform/media/ffmpeg/DecodedSource.h"
+#include "platform/media/ffmpeg/WhileWanted.h"
 #include "platform/media/pcm/PcmSource.h"
 
 #include <QFileInfo>
@@ -37,10 +38,10 @@ QString sentence(AudioFileError::Kind kind, const QString& path, const QString& 
     return detail.isEmpty() ? tell() + u'.' : tell() + u": "_s + detail + u'.';
 }
 
-std::unique_ptr<AudioFile::Source> openSource(const QString& path)
+std::unique_ptr<AudioFile::Source> openSource(const QString& path, const Progress* progress)
 {
     try {
-        auto input = std::make_unique<MediaInput>(path);
+        auto input = std::make_unique<MediaInput>(path, progress);
         if (!input->firstAudio())
             throw AudioFileError(AudioFileError::Kind::unsupported, path);
         if (auto plain = PcmSource::make(input))
@@ -58,7 +59,9 @@ AudioFileError::AudioFileError(Kind kind, const QString& path, const QString& de
       m_kind(kind)
 {}
 
-AudioFile::AudioFile(const QString& path) : m_source(openSource(path))
+AudioFile::AudioFile(const QString& path, const Progress* progress)
+    : m_source(whileWanted(progress, [&] { return openSource(path, progress); })),
+      m_progress(progress)
 {}
 
 AudioFile::~AudioFile() = default;
@@ -84,7 +87,7 @@ void AudioFile::seek(qint64 frame)
 {
     if (frame == m_position)
         return;
-    m_source->seek(std::min(frame, length()));
+    whileWanted(m_progress, [&] { m_source->seek(std::min(frame, length())); });
     m_position = frame;
 }
 
@@ -97,7 +100,8 @@ qint64 AudioFile::read(AudioBuffer& into, qint64 frames)
         std::array<float*, kMaxChannels> channels = {};
         for (int channel = 0; channel < into.channelCount(); ++channel)
             channels[static_cast<std::size_t>(channel)] = into.channelCapacity(channel).data();
-        got = m_source->read(std::span(channels).first(static_cast<std::size_t>(into.channelCount())), wanted);
+        const auto used = std::span(channels).first(static_cast<std::size_t>(into.channelCount()));
+        got = whileWanted(m_progress, [&] { return m_source->read(used, wanted); });
     }
     m_position += got;
     into.setFrameLength(got);

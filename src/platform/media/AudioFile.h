@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Progress.h"
 #include "base/UserError.h"
 #include "platform/media/AudioBuffer.h"
 
@@ -34,10 +35,13 @@ private:
 // folders, pipes and whatever refers to other files are refused. A sample that
 // is not a finite number reads as 0. One thread at a time; several files may be
 // read at once.
+//
+// Opening, seeking and reading throw Cancelled, within a block or a packet, once
+// `progress` is cancelled; the file is good for nothing then.
 class AudioFile {
 public:
-    // Throws AudioFileError (open, unsupported).
-    explicit AudioFile(const QString& path);
+    // Throws AudioFileError (open, unsupported). REQUIRES: `progress` outlives the file.
+    explicit AudioFile(const QString& path, const Progress* progress = nullptr);
     ~AudioFile();
     AudioFile(AudioFile&&) noexcept;
     AudioFile& operator=(AudioFile&&) noexcept;
@@ -70,6 +74,7 @@ public:
 
 private:
     std::unique_ptr<Source> m_source;
+    const Progress* m_progress = nullptr;
     qint64 m_position = 0;
 };
 

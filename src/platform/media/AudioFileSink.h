@@ -8,7 +8,8 @@ namespace tonequill {
 class AudioFileWriter::Sink {
 public:
     virtual ~Sink() = default;
-    virtual void write(const AudioBuffer& buffer) = 0;
+    // Throws AudioFileError (write) and Cancelled. `progress` may be null.
+    virtual void write(const AudioBuffer& buffer, const Progress* progress) = 0;
     virtual void finish() = 0;
 };
 

@@ -36,11 +36,11 @@ AudioFileWriter::AudioFileWriter(const QString& path, AudioFormat format, AudioE
 
 AudioFileWriter::~AudioFileWriter() = default;
 
-void AudioFileWriter::write(const AudioBuffer& buffer)
+void AudioFileWriter::write(const AudioBuffer& buffer, const Progress* progress)
 {
     Q_ASSERT(m_sink && buffer.format() == m_format);
     try {
-        m_sink->write(buffer);
+        m_sink->write(buffer, progress);
     } catch (...) {
         m_sink.reset(); // takes the partial file with it
         throw;

@@ -30,10 +30,11 @@ public:
     AudioFileWriter& operator=(const AudioFileWriter&) = delete;
 
     // Appends the buffer's valid frames; samples beyond full scale are clamped
-    // in integers. Throws AudioFileError (write), and for a WAV past its 4 GB.
+    // in integers. Throws AudioFileError (write), and for a WAV past its 4 GB, and
+    // Cancelled, within a block of some thousand frames.
     // REQUIRES: buffer.format() == the writer's format; no write or finish()
     // was called after finish() or a failure.
-    void write(const AudioBuffer& buffer);
+    void write(const AudioBuffer& buffer, const Progress* progress = nullptr);
 
     // Writes what is buffered, completes the header and closes the file.
     // Throws AudioFileError (write).

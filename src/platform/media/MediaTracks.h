@@ -16,8 +16,8 @@ struct MediaTracks {
 
 // Reads the tracks from the container, without decoding.
 // Throws AudioFileError (open, unsupported): a file that is no media at all, a
-// folder, an image or text.
-MediaTracks mediaTracks(const QString& path);
+// folder, an image or text. Throws Cancelled.
+MediaTracks mediaTracks(const QString& path, const Progress* progress = nullptr);
 
 // Writes the first sound track of `source` to `destination` as AAC in MPEG-4:
 // copied as it is where it is AAC already, encoded otherwise. More than two

@@ -12,7 +12,7 @@
 
 namespace tonequill {
 
-RegularFile::RegularFile(const QString& path) : m_path(path)
+RegularFile::RegularFile(const QString& path, const Progress* progress) : m_path(path), m_progress(progress)
 {
     struct stat status = {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
@@ -29,6 +29,8 @@ qint64 RegularFile::read(void* into, qint64 bytes, qint64 offset) const
     auto* target = static_cast<std::byte*>(into);
     qint64 done = 0;
     while (done < bytes) {
+        if (isCancelled())
+            return -1;
         const ssize_t got = ::pread(m_file.get(), target + done, static_cast<std::size_t>(bytes - done), offset + done);
         if (got < 0 && errno == EINTR)
             continue;
@@ -39,6 +41,12 @@ qint64 RegularFile::read(void* into, qint64 bytes, qint64 offset) const
         done += got;
     }
     return done;
+}
+
+void RegularFile::requireWanted() const
+{
+    if (isCancelled())
+        throw Cancelled();
 }
 
 } // namespace tonequill

@@ -15,8 +15,14 @@ T.Button {
     hoverEnabled: true
     text: playback.isPlaying ? "Stop" : "Play"
     onClicked: playback.toggle()
-    Keys.onReturnPressed: control.clicked()
-    Keys.onEnterPressed: control.clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held is one wish
+            control.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: text

@@ -58,8 +58,14 @@ Item {
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
         onClicked: control.press()
-        Keys.onReturnPressed: control.press()
-        Keys.onEnterPressed: control.press()
+        Keys.onReturnPressed: event => {
+            if (!event.isAutoRepeat) // a key that is held is one wish
+                control.press();
+        }
+        Keys.onEnterPressed: event => {
+            if (!event.isAutoRepeat)
+                control.press();
+        }
         Keys.onEscapePressed: event => {
             event.accepted = control.sound.hasSuggestion;
             if (event.accepted)

@@ -1,38 +1,47 @@
 #include "ui/editor/SoundActions.h"
 
+#include "app/delivery/ExportFlows.h"
+#include "app/delivery/StagingFlows.h"
 #include "base/Background.h"
 #include "ui/kit/DragOut.h"
+
+#include <QGuiApplication>
+#include <QStyleHints>
 
 namespace tonequill {
 
 SoundActions::SoundActions(AppModel& app) : m_app(app)
 {
-    connect(&app, &AppModel::isWorkingChanged, this, [this] {
-        m_isAdding = m_isAdding && isWorking();
-        Q_EMIT isWorkingChanged();
-    });
+    connect(&app.work(), &FlowsAtWork::changed, this, &SoundActions::isWorkingChanged);
+}
+
+bool SoundActions::canSendToFinalCut() const
+{
+    return tonequill::canSendToFinalCut(m_app);
 }
 
 void SoundActions::addToLibrary()
 {
-    m_isAdding = true;
-    startFlow(m_app.addToLibrary());
+    if (m_sinceAdding.isValid() && m_sinceAdding.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval())
+        return;
+    m_sinceAdding.start();
+    startFlow(tonequill::addToLibrary(m_app));
 }
 
 void SoundActions::saveToDesktop()
 {
-    startFlow(m_app.saveToDesktop());
+    startFlow(tonequill::saveToDesktop(m_app));
 }
 
 void SoundActions::sendToFinalCut()
 {
     if (const SoundItem* item = m_app.selectedItem())
-        startFlow(m_app.sendToFinalCut({*item}));
+        startFlow(tonequill::sendToFinalCut(m_app, {*item}));
 }
 
 void SoundActions::dragParts(QQuickItem* from)
 {
-    const AppModel::StagedFiles files = m_app.stageSelectionFiles();
+    const StagedFiles files = stageSelectionFiles(m_app);
     DragOut::startLater(from, files.paths, files.label);
 }
 

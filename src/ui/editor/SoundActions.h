@@ -2,6 +2,7 @@
 
 #include "app/model/AppModel.h"
 
+#include <QElapsedTimer>
 #include <QtQml/qqmlregistration.h>
 
 class QQuickItem;
@@ -21,9 +22,10 @@ public:
     explicit SoundActions(AppModel& app);
 
     bool isWorking() const { return m_app.isWorking(); }
-    bool isAdding() const { return m_isAdding && isWorking(); }
-    bool canSendToFinalCut() const { return m_app.canSendToFinalCut(); }
+    bool isAdding() const { return m_app.work().isAtWork(FlowsAtWork::Kind::adding); }
+    bool canSendToFinalCut() const;
 
+    // Two presses of a double click are one wish.
     Q_INVOKABLE void addToLibrary();
     Q_INVOKABLE void saveToDesktop();
     Q_INVOKABLE void sendToFinalCut(); // the whole sound
@@ -35,7 +37,7 @@ Q_SIGNALS:
 
 private:
     AppModel& m_app;
-    bool m_isAdding = false;
+    QElapsedTimer m_sinceAdding;
 };
 
 } // namespace tonequill

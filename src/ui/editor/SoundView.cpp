@@ -1,5 +1,6 @@
 #include "ui/editor/SoundView.h"
 
+#include "app/smart/SmartActions.h"
 #include "base/Background.h"
 #include "base/TimeText.h"
 #include "library/records/License.h"
@@ -161,13 +162,13 @@ QString SoundView::suggestedTags() const
 void SoundView::suggestName()
 {
     if (editor().item() && !isThinking())
-        startFlow(m_app.suggestSmartName(*editor().item()));
+        startFlow(suggestSmartName(m_app, *editor().item()));
 }
 
 void SoundView::useSuggestion()
 {
     if (editor().item())
-        m_app.useSmartSuggestion(SoundItem(*editor().item()));
+        tonequill::useSmartSuggestion(m_app, SoundItem(*editor().item()));
 }
 
 void SoundView::rename(const QString& name)

@@ -35,8 +35,14 @@ T.Button {
     horizontalPadding: isCompact ? 0 : isSmall ? Metrics.spaceS : Metrics.spaceM
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    Keys.onReturnPressed: control.clicked()
-    Keys.onEnterPressed: control.clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held is one wish
+            control.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            control.clicked();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: text

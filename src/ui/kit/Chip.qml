@@ -23,8 +23,14 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: picked(held)
-    Keys.onReturnPressed: event => picked(event.modifiers)
-    Keys.onEnterPressed: event => picked(event.modifiers)
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            picked(event.modifiers);
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            picked(event.modifiers);
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: detail === "" ? text : text + ", " + detail

@@ -21,8 +21,14 @@ T.Button {
     implicitHeight: Metrics.hitTarget
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held is one wish
+            press();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            press();
+    }
 
     Accessible.role: Accessible.Button
     Accessible.name: text

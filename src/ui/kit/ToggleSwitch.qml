@@ -17,8 +17,14 @@ T.Switch {
     implicitHeight: Metrics.hitTarget
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    Keys.onReturnPressed: flip()
-    Keys.onEnterPressed: flip()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held is one wish
+            flip();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            flip();
+    }
 
     Accessible.role: Accessible.CheckBox
     Accessible.name: text

@@ -1,5 +1,7 @@
 #include "ui/library/LibraryFiles.h"
 
+#include "app/delivery/StagingFlows.h"
+#include "app/library/ImportFlows.h"
 #include "base/Background.h"
 #include "ui/kit/DragOut.h"
 #include "ui/library/DroppedFiles.h"
@@ -15,7 +17,7 @@ LibraryFiles::LibraryFiles(AppModel& app, const LibraryListModel& list, std::fun
 void LibraryFiles::add(const QStringList& paths)
 {
     if (!paths.isEmpty())
-        startFlow(m_app.importURLs(paths));
+        startFlow(importURLs(m_app, paths));
 }
 
 bool LibraryFiles::acceptsDrop(const QList<QUrl>& urls) const
@@ -37,9 +39,9 @@ void LibraryFiles::dragRow(int row, QQuickItem* from)
 {
     const QList<SoundItem> sounds = m_list.meantBy(row);
     if (sounds.size() == 1) { // one that can't be staged goes out under the library's own name
-        DragOut::startLater(from, {m_app.dragProvider(sounds.first()).path}, sounds.first().name);
+        DragOut::startLater(from, {dragProvider(m_app, sounds.first()).path}, sounds.first().name);
     } else {
-        const AppModel::StagedFiles files = m_app.stageFiles(sounds);
+        const StagedFiles files = stageFiles(m_app, sounds);
         DragOut::startLater(from, files.paths, files.label);
     }
 }

@@ -48,7 +48,8 @@ KeyboardItem {
             event.accepted = true;
             return;
         case Qt.Key_Delete:
-            model.deleteSelected();
+            if (!event.isAutoRepeat) // each press deletes once
+                model.deleteSelected();
             event.accepted = true;
             return;
         case Qt.Key_Menu:

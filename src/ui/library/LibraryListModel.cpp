@@ -1,5 +1,7 @@
 #include "ui/library/LibraryListModel.h"
 
+#include "app/library/ImportFlows.h"
+#include "app/smart/SmartActions.h"
 #include "base/Background.h"
 #include "base/TimeText.h"
 #include "library/records/License.h"
@@ -41,15 +43,18 @@ QString LibraryRow::step(double fraction, bool isFirst)
     return u"Adding… %1 %"_s.arg(int(fraction * 100));
 }
 
-LibraryListModel::LibraryListModel(AppModel& app) : m_app(app), m_session(app.librarySession()), m_incoming(app.incoming())
+LibraryListModel::LibraryListModel(AppModel& app)
+    : m_app(app),
+      m_session(app.librarySession()),
+      m_incoming(app.incoming().files())
 {
     follow();
-    connect(&app, &AppModel::incomingChanged, this, &LibraryListModel::takeIncoming);
+    connect(&app.incoming(), &Incoming::changed, this, &LibraryListModel::takeIncoming);
     connect(&app.selection(), &Selection::multiChanged, this, [this] {
         if (!m_session.sounds().isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
     });
-    connect(&app, &AppModel::beingNamedChanged, this, [this](const QUuid& id) {
+    connect(&app.names(), &NamesBeingFound::changed, this, [this](const QUuid& id) {
         tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
     });
     m_progressTimer.setInterval(kProgressMs);
@@ -105,7 +110,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case NameRole:
         return sound.name;
     case SubtitleRole:
-        return m_app.isBeingNamed(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
+        return m_app.names().isLookedAt(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
     case LevelsRole:
         return QVariant::fromValue(
             Levels{sound.thumbnail ? QList<float>(sound.thumbnail->begin(), sound.thumbnail->end()) : QList<float>()});
@@ -116,7 +121,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case CreditRole:
         return License::needsCredit(sound.license) ? sound.creditLine() : QString();
     case IsBeingNamedRole:
-        return m_app.isBeingNamed(sound.id);
+        return m_app.names().isLookedAt(sound.id);
     default:
         return {};
     }
@@ -158,7 +163,7 @@ QString LibraryListModel::nothingFound() const
 
 void LibraryListModel::takeIncoming()
 {
-    const QList<IncomingFile>& now = m_app.incoming();
+    const QList<IncomingFile>& now = m_app.incoming().files();
     const auto isIn = [](const QList<IncomingFile>& files, const QUuid& id) {
         return std::any_of(files.begin(), files.end(), [&id](const IncomingFile& file) { return file.id == id; });
     };
@@ -205,7 +210,7 @@ void LibraryListModel::moveTo(int row, int modifiers)
 
 void LibraryListModel::deleteSelected()
 {
-    m_app.deleteItems(m_session.selected());
+    deleteItems(m_app, m_session.selected());
 }
 
 QString LibraryListModel::deleteLabel(int row) const
@@ -222,12 +227,12 @@ QString LibraryListModel::smartNameLabel(int row) const
 void LibraryListModel::smartNameFrom(int row)
 {
     if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
-        startFlow(m_app.smartRename(meant));
+        startFlow(smartRename(m_app, meant));
 }
 
 void LibraryListModel::deleteFrom(int row)
 {
-    m_app.deleteItems(meantBy(row));
+    deleteItems(m_app, meantBy(row));
 }
 
 } // namespace tonequill

@@ -1,5 +1,7 @@
 #include "ui/settings/SettingsView.h"
 
+#include "app/delivery/ExportFlows.h"
+
 #include <QDir>
 #include <QLocale>
 #include <QStandardPaths>
@@ -27,10 +29,10 @@ SettingsView::SettingsView(AppModel& app, ThemeStore& themes)
       m_store(themes),
       m_themes(themes),
       m_folderPanel(OpenPanel::Wanted::folder, u"Choose Folder"_s, u"Save Here"_s,
-                    [this](const QStringList& paths) { m_app.setSaveFolderPath(paths.first()); })
+                    [this](const QStringList& paths) { m_app.settings().setSaveFolderPath(paths.first()); })
 {
     connect(&themes, &ThemeStore::changed, this, &SettingsView::appearanceChanged);
-    connect(&app, &AppModel::settingsChanged, this, &SettingsView::changed);
+    connect(&app.settings(), &Settings::changed, this, &SettingsView::changed);
     connect(&app.library(), &LibraryStore::itemInserted, this, &SettingsView::soundCountsChanged);
     connect(&app.library(), &LibraryStore::itemRemoved, this, &SettingsView::soundCountsChanged);
     refresh();
@@ -75,14 +77,14 @@ QString SettingsView::saveFolderName() const
 
 void SettingsView::saveToDesktop()
 {
-    m_app.setSaveFolderPath({});
+    m_app.settings().setSaveFolderPath({});
 }
 
 void SettingsView::saveToDownloads()
 {
     const QString folder = place(QStandardPaths::DownloadLocation);
     QDir().mkpath(folder);
-    m_app.setSaveFolderPath(folder);
+    m_app.settings().setSaveFolderPath(folder);
 }
 
 void SettingsView::chooseSaveFolder(QQuickWindow* window)
@@ -106,8 +108,13 @@ void SettingsView::setSearchableCount(int count)
 
 void SettingsView::refresh()
 {
-    m_hasFinalCut = m_app.canSendToFinalCut();
+    m_hasFinalCut = canSendToFinalCut(m_app);
     Q_EMIT changed();
+}
+
+void SettingsView::showLibrary()
+{
+    showLibraryFolder(m_app);
 }
 
 } // namespace tonequill

@@ -41,18 +41,18 @@ public:
     int appearance() const { return int(m_store.appearance()); }
     void setAppearance(int row);
 
-    bool shortOnlyByDefault() const { return m_app.shortOnlyByDefault(); }
-    void setShortOnlyByDefault(bool value) { m_app.setShortOnlyByDefault(value); }
-    bool hideCreditSounds() const { return m_app.hideCreditSounds(); }
-    void setHideCreditSounds(bool value) { m_app.setHideCreditSounds(value); }
-    bool alsoFinalCut() const { return m_app.alsoFinalCut(); }
-    void setAlsoFinalCut(bool value) { m_app.setAlsoFinalCut(value); }
+    bool shortOnlyByDefault() const { return m_app.settings().shortOnlyByDefault(); }
+    void setShortOnlyByDefault(bool value) { m_app.settings().setShortOnlyByDefault(value); }
+    bool hideCreditSounds() const { return m_app.settings().hideCreditSounds(); }
+    void setHideCreditSounds(bool value) { m_app.settings().setHideCreditSounds(value); }
+    bool alsoFinalCut() const { return m_app.settings().alsoFinalCut(); }
+    void setAlsoFinalCut(bool value) { m_app.settings().setAlsoFinalCut(value); }
     bool hasFinalCut() const { return m_hasFinalCut; }
 
     // Where sounds are saved now: a chosen folder that is gone means the desktop.
     SaveTo saveTo() const;
     QString saveFolderName() const;
-    QString saveFolder() const { return m_app.saveFolder(); }
+    QString saveFolder() const { return m_app.settings().saveFolder(); }
     Q_INVOKABLE void saveToDesktop();
     Q_INVOKABLE void saveToDownloads(); // makes the folder where there is none
     // Asks for another one with a panel over `window`.
@@ -63,7 +63,7 @@ public:
     // How many sounds the catalogue can find: the one place that tells the
     // settings. None before it is told.
     void setSearchableCount(int count);
-    Q_INVOKABLE void showLibrary() { m_app.showLibraryFolder(); }
+    Q_INVOKABLE void showLibrary();
 
     // Looks again at what can change without the program: the other
     // applications and the folders. To be called when the settings are shown.

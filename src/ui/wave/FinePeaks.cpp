@@ -8,7 +8,7 @@ namespace tonequill {
 FinePeaks FinePeaks::read(const QString& path, const Progress& progress)
 {
     constexpr qint64 kBlockFrames = 16'384;
-    AudioFile file(path);
+    AudioFile file(path, &progress);
     const qint64 hopFrames = std::max<qint64>(file.length() / kMost, 1);
     AudioBuffer block(file.format(), kBlockFrames);
     MonoEnvelope envelope(hopFrames, file.channelCount(), file.length());

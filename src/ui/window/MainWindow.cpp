@@ -1,6 +1,7 @@
 #include "ui/window/MainWindow.h"
 
 #include "ui/window/QmlModules.h"
+#include "ui/window/SceneGraph.h"
 
 #include <QQuickWindow>
 
@@ -21,6 +22,7 @@ MainWindow::MainWindow(AppModel& app, Defaults& defaults)
       m_model(app, [this] { m_addPanel.open(m_window); })
 {
     m_themes.applyFont();
+    SceneGraph::choose();
     // Hinted glyphs instead of distance fields: small text is crisper.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     prepareEngine(m_engine);

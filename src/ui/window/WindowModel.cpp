@@ -14,8 +14,8 @@ WindowModel::WindowModel(AppModel& app, std::function<void()> askForFiles)
       m_autoFolder(app.autoFolder())
 {
     connect(&app, &AppModel::sectionChanged, this, &WindowModel::sectionChanged);
-    connect(&app, &AppModel::noticeChanged, this, &WindowModel::noticeChanged);
-    connect(&app, &AppModel::workingTextChanged, this, &WindowModel::workingTextChanged);
+    connect(&app.notices(), &Notices::changed, this, &WindowModel::noticeChanged);
+    connect(&app.work(), &FlowsAtWork::changed, this, &WindowModel::workingTextChanged);
 }
 
 SettingsView* WindowModel::settings()

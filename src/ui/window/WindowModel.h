@@ -37,9 +37,9 @@ public:
 
     Section section() const { return Section(int(m_app.section())); }
     void setSection(Section section) { m_app.setSection(AppSection(int(section))); }
-    QString noticeText() const { return m_app.noticeText(); }
-    bool noticeIsError() const { return m_app.noticeIsError(); }
-    QString workingText() const { return m_app.workingText(); }
+    QString noticeText() const { return m_app.notices().text(); }
+    bool noticeIsError() const { return m_app.notices().isError(); }
+    QString workingText() const { return m_app.work().text(); }
     LibraryListModel* library() { return &m_library; }
     LibraryFiles* files() { return &m_files; }
     SoundView* sound() { return &m_sound; }

@@ -100,7 +100,7 @@ std::shared_ptr<const SoundEventModel> SoundClassifier::model() const
 std::vector<HeardLabel> SoundClassifier::classify(const QString& path, double start, double end, int top,
                                                   const Progress* progress) const
 {
-    AudioFile file(path);
+    AudioFile file(path, progress);
     const qint64 first = frameAt(start, file.sampleRate(), file.length());
     const qint64 last = frameAt(end, file.sampleRate(), file.length());
     if (last <= first)
@@ -109,6 +109,8 @@ std::vector<HeardLabel> SoundClassifier::classify(const QString& path, double st
     const auto listener = model();
     std::vector<double> best(static_cast<std::size_t>(listener->labels().size()), 0.0);
     PatchStream patches([&](std::span<const float> patch) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         const std::vector<double> confidences = listener->confidences(patch);
         for (std::size_t i = 0; i < best.size(); ++i)
             best[i] = std::max(best[i], confidences[i]);

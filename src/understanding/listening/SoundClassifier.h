@@ -35,8 +35,6 @@ class SoundClassifier {
 public:
     explicit SoundClassifier(ClassifierChoice choice = {}) : m_choice(std::move(choice)) {}
 
-    static const QSet<QString>& voiceAndMusic() { return tonequill::voiceAndMusic(); }
-
     // Loads the network now instead of with the first question. Throws
     // SoundModelError as classify() does.
     void prepare() const { model(); }
@@ -49,7 +47,7 @@ public:
     // `top` labels, strongest first, each with the best confidence of any window
     // of about one second. A file of any length is read in blocks.
     // Throws AudioFileError, and SoundModelError for a broken network of the
-    // user's unless the choice is to fall back.
+    // user's unless the choice is to fall back; and Cancelled, within a patch.
     std::vector<HeardLabel> classify(const QString& path, double start, double end, int top,
                                      const Progress* progress = nullptr) const;
 

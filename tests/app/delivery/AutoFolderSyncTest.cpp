@@ -1,3 +1,5 @@
+#include "app/delivery/AutoFolderSync.h"
+#include "app/library/ImportFlows.h"
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
@@ -52,7 +54,7 @@ protected:
 
 TEST_F(AutoFolderSyncTest, NothingHappensWhileItIsOff)
 {
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     model->autoFolder().chooseFolder(delivered());
     clock.advance(2s);
     rest();
@@ -61,39 +63,39 @@ TEST_F(AutoFolderSyncTest, NothingHappensWhileItIsOff)
 
 TEST_F(AutoFolderSyncTest, SoundsAreDeliveredASecondAfterTheSwitch)
 {
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     turnOn();
     clock.advance(999ms);
     rest();
     EXPECT_TRUE(files().isEmpty());
     clock.advance(1ms);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
-    EXPECT_EQ(model->noticeText(), u"Copied 2 sounds to Movies."_s);
-    EXPECT_FALSE(model->noticeIsError());
+    EXPECT_EQ(model->notices().text(), u"Copied 2 sounds to Movies."_s);
+    EXPECT_FALSE(model->notices().isError());
 }
 
 TEST_F(AutoFolderSyncTest, NothingIsSaidWhereNothingWasCopied)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
     clock.advance(10s); // the notice goes
-    ASSERT_EQ(model->noticeText(), QString());
+    ASSERT_EQ(model->notices().text(), QString());
     model->library().rename(model->library().items().first(), u"Gate"_s);
     clock.advance(1s);
     ASSERT_TRUE(becomes({u"Gate.wav"_s, u"Rain.wav"_s}));
-    EXPECT_EQ(model->noticeText(), QString()); // a rename is no copy
-    model->deleteItems(model->library().items());
+    EXPECT_EQ(model->notices().text(), QString()); // a rename is no copy
+    deleteItems(*model, model->library().items());
     const double before = *model->autoFolder().lastSync();
     clock.advance(1s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return *model->autoFolder().lastSync() > before; }, kPatienceMs));
-    EXPECT_EQ(model->noticeText(), QString()); // an empty library is none either
+    EXPECT_EQ(model->notices().text(), QString()); // an empty library is none either
 }
 
 TEST_F(AutoFolderSyncTest, ABurstOfChangesLeadsToOneRun)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
     clock.advance(10s);
     int runs = 0;
@@ -117,9 +119,9 @@ TEST_F(AutoFolderSyncTest, ABurstOfChangesLeadsToOneRun)
 TEST_F(AutoFolderSyncTest, ANewSoundIsDelivered)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
-    test::await(model->importURLs({test::writeTone(library.filePath(u"Bell.wav"_s))}));
+    test::await(importURLs(*model, {test::writeTone(library.filePath(u"Bell.wav"_s))}));
     clock.advance(1s);
     EXPECT_TRUE(becomes({u"Bell.wav"_s, u"Door.wav"_s, u"Rain.wav"_s}));
 }
@@ -128,29 +130,29 @@ TEST_F(AutoFolderSyncTest, AFolderThatWentAwayIsToldSoonAfterTheStart)
 {
     turnOn();
     ASSERT_TRUE(QDir(delivered()).removeRecursively());
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().problem().isEmpty(); }, kPatienceMs));
     EXPECT_EQ(model->autoFolder().problem(), u"Tonequill can't open that folder any more. Choose it again."_s);
-    EXPECT_EQ(model->noticeText(), QString());
+    EXPECT_EQ(model->notices().text(), QString());
 }
 
 TEST_F(AutoFolderSyncTest, ARunAtTheStartFollowsWhatHappenedMeanwhile)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     EXPECT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
 }
 
 TEST_F(AutoFolderSyncTest, ARenamedSoundIsARenamedFileAndADeletedFileStaysAway)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(becomes({u"Door.wav"_s, u"Rain.wav"_s}));
     QFile::remove(delivered() + u"/Rain.wav"_s);
     model->library().rename(model->library().items().first(), u"Gate"_s);
     clock.advance(1s);
     EXPECT_TRUE(becomes({u"Gate.wav"_s}));
-    model->deleteItems({model->library().items().first()});
+    deleteItems(*model, {model->library().items().first()});
     clock.advance(1s);
     rest();
     EXPECT_EQ(files(), QStringList{u"Gate.wav"_s}); // nothing is ever deleted there
@@ -159,7 +161,7 @@ TEST_F(AutoFolderSyncTest, ARenamedSoundIsARenamedFileAndADeletedFileStaysAway)
 TEST_F(AutoFolderSyncTest, AChangeDuringARunIsCaughtByTheNext)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(model->autoFolder().isSyncing());
     model->library().rename(model->library().items().first(), u"Gate"_s);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().isSyncing(); }, kPatienceMs));
@@ -170,8 +172,8 @@ TEST_F(AutoFolderSyncTest, AChangeDuringARunIsCaughtByTheNext)
 TEST_F(AutoFolderSyncTest, SoundsThatGoDuringARunDoNoHarm)
 {
     turnOn();
-    model->watchAutoFolder();
+    watchAutoFolder(*model);
     ASSERT_TRUE(model->autoFolder().isSyncing());
-    model->deleteItems(model->library().items());
+    deleteItems(*model, model->library().items());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !model->autoFolder().isSyncing(); }, kPatienceMs));
 }

@@ -1,6 +1,9 @@
+#include "app/delivery/ExportFlows.h"
+#include "app/library/ImportFlows.h"
 #include "platform/media/AudioFile.h"
 #include "support/Await.h"
 #include "support/Environment.h"
+#include "support/Gate.h"
 #include "support/Printing.h"
 #include "support/Program.h"
 #include "support/Wav.h"
@@ -45,7 +48,7 @@ protected:
     ExportFlowsTest()
     {
         QDir().mkpath(saved());
-        model.setSaveFolderPath(saved());
+        model.settings().setSaveFolderPath(saved());
         apps.isThere = false;
     }
 
@@ -63,7 +66,7 @@ protected:
     // A raw import of three seconds, open in the editor.
     SoundItem open(const QString& name = u"Door"_s)
     {
-        test::await(model.importURLs({test::writeTone(folder.filePath(name + u".wav"_s), 3)}));
+        test::await(importURLs(model, {test::writeTone(folder.filePath(name + u".wav"_s), 3)}));
         return *model.selectedItem();
     }
     // Its analysis: two bursts of half a second, at one and at two seconds.
@@ -120,8 +123,8 @@ TEST_F(ExportFlowsTest, OnePartReplacesTheRawImport)
     });
     const QStringList before = temporaryFiles();
     model.editor().setRange(1, 2);
-    QSignalSpy working(&model, &AppModel::isWorkingChanged);
-    test::await(model.addToLibrary());
+    QSignalSpy working(&model.work(), &FlowsAtWork::changed);
+    test::await(addToLibrary(model));
     ASSERT_EQ(model.library().items().size(), 1);
     const SoundItem& cut = model.library().items().first();
     EXPECT_NE(cut.id, raw.id);
@@ -137,7 +140,7 @@ TEST_F(ExportFlowsTest, OnePartReplacesTheRawImport)
     EXPECT_FALSE(QFile::exists(model.library().path(raw)));
     EXPECT_EQ(model.selection().id(), cut.id);
     EXPECT_EQ(model.multi(), QSet<QUuid>{cut.id});
-    EXPECT_EQ(model.noticeText(), u"Added “IMG_0042” to your library."_s);
+    EXPECT_EQ(model.notices().text(), u"Added “IMG_0042” to your library."_s);
     EXPECT_EQ(working.count(), 2);
     EXPECT_FALSE(model.isWorking());
     EXPECT_EQ(temporaryFiles(), before);
@@ -147,10 +150,10 @@ TEST_F(ExportFlowsTest, ASoundThatWasCutStaysWhenItIsCutAgain)
 {
     open();
     model.editor().setRange(0, 2);
-    test::await(model.addToLibrary());
+    test::await(addToLibrary(model));
     const SoundItem cut = *model.selectedItem();
     model.editor().setRange(0, 1);
-    test::await(model.addToLibrary());
+    test::await(addToLibrary(model));
     EXPECT_EQ(names(), (QStringList{u"Door"_s, u"Door"_s}));
     EXPECT_TRUE(model.library().find(cut.id));
     EXPECT_NE(model.selection().id(), cut.id);
@@ -160,7 +163,7 @@ TEST_F(ExportFlowsTest, TheSourceStaysWhereThatIsAskedFor)
 {
     const SoundItem raw = open();
     model.editor().setRange(0, 2);
-    test::await(model.addToLibrary(AppModel::TheSource::stays));
+    test::await(addToLibrary(model, TheSource::stays));
     EXPECT_EQ(model.library().items().size(), 2);
     EXPECT_TRUE(model.library().find(raw.id));
 }
@@ -169,14 +172,14 @@ TEST_F(ExportFlowsTest, SeveralPartsAreNamedByTheirLabels)
 {
     const SoundItem raw = open();
     proposeTwo();
-    test::await(model.addToLibrary());
+    test::await(addToLibrary(model));
     EXPECT_EQ(names(), (QStringList{u"Door – Knock 2"_s, u"Door – Knock"_s})); // newest first
     EXPECT_FALSE(model.library().find(raw.id));
     for (const SoundItem& item : model.library().items())
         EXPECT_EQ(item.nameIsAuto, false);
     EXPECT_EQ(model.selectedItem()->name, u"Door – Knock"_s);
     EXPECT_EQ(model.multi().size(), 2);
-    EXPECT_EQ(model.noticeText(), u"Added 2 sounds to your library."_s);
+    EXPECT_EQ(model.notices().text(), u"Added 2 sounds to your library."_s);
 }
 
 TEST_F(ExportFlowsTest, EffectsGoWithThePart)
@@ -186,23 +189,23 @@ TEST_F(ExportFlowsTest, EffectsGoWithThePart)
     EffectSettings effects;
     effects.speed = 2;
     model.editor().setEffects(effects);
-    test::await(model.addToLibrary());
+    test::await(addToLibrary(model));
     EXPECT_NEAR(secondsOf(*model.selectedItem()), 1, 0.02); // trimming keeps ten milliseconds
 }
 
 TEST_F(ExportFlowsTest, NothingIsDoneWithoutASoundOrAUsablePart)
 {
-    QSignalSpy working(&model, &AppModel::isWorkingChanged);
-    test::await(model.addToLibrary());
-    test::await(model.saveToDesktop());
-    test::await(model.saveToDesktop(QList<SoundItem>()));
-    test::await(model.importURLs({test::writeTone(folder.filePath(u"click.wav"_s), 0.02)}));
+    QSignalSpy working(&model.work(), &FlowsAtWork::changed);
+    test::await(addToLibrary(model));
+    test::await(saveToDesktop(model));
+    test::await(saveToDesktop(model, QList<SoundItem>()));
+    test::await(importURLs(model, {test::writeTone(folder.filePath(u"click.wav"_s), 0.02)}));
     working.clear();
-    const QString said = model.noticeText();
-    test::await(model.addToLibrary());
-    test::await(model.saveToDesktop());
+    const QString said = model.notices().text();
+    test::await(addToLibrary(model));
+    test::await(saveToDesktop(model));
     EXPECT_EQ(working.count(), 0);
-    EXPECT_EQ(model.noticeText(), said);
+    EXPECT_EQ(model.notices().text(), said);
     EXPECT_EQ(names(), QStringList{u"click"_s});
     EXPECT_TRUE(savedFiles().isEmpty());
 }
@@ -212,14 +215,14 @@ TEST_F(ExportFlowsTest, AFailureKeepsTheSourceAndSaysSo)
     const SoundItem raw = open();
     const QStringList before = temporaryFiles();
     QFile::remove(model.library().path(raw)); // behind our back
-    test::await(model.addToLibrary());
-    EXPECT_TRUE(model.noticeIsError());
-    EXPECT_FALSE(model.noticeText().isEmpty());
+    test::await(addToLibrary(model));
+    EXPECT_TRUE(model.notices().isError());
+    EXPECT_FALSE(model.notices().text().isEmpty());
     EXPECT_EQ(names(), QStringList{u"Door"_s});
     EXPECT_FALSE(model.isWorking());
     EXPECT_EQ(temporaryFiles(), before);
-    test::await(model.saveToDesktop());
-    EXPECT_TRUE(model.noticeIsError());
+    test::await(saveToDesktop(model));
+    EXPECT_TRUE(model.notices().isError());
     EXPECT_FALSE(model.isWorking());
     EXPECT_TRUE(savedFiles().isEmpty());
 }
@@ -232,7 +235,7 @@ TEST_F(ExportFlowsTest, AFlowWorksWithWhatItStartedWith)
     EffectSettings effects;
     effects.speed = 2;
     model.editor().setEffects(effects);
-    auto flow = model.addToLibrary();
+    auto flow = addToLibrary(model);
     model.setSelection(other.id); // which takes the effects with it
     test::await(std::move(flow));
     EXPECT_EQ(names(), (QStringList{u"Door – Knock 2"_s, u"Door – Knock"_s, u"Other"_s}));
@@ -244,14 +247,14 @@ TEST_F(ExportFlowsTest, SavingTwiceNeverReplacesAFile)
 {
     open();
     model.editor().setRange(1, 2);
-    test::await(model.saveToDesktop());
-    EXPECT_EQ(model.noticeText(), u"Saved “Door.wav” to Sounds."_s);
-    test::await(model.saveToDesktop());
+    test::await(saveToDesktop(model));
+    EXPECT_EQ(model.notices().text(), u"Saved “Door.wav” to Sounds."_s);
+    test::await(saveToDesktop(model));
     EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s}));
     EXPECT_EQ(names(), QStringList{u"Door"_s});
     proposeTwo();
-    test::await(model.saveToDesktop());
-    EXPECT_EQ(model.noticeText(), u"Saved 2 sounds to Sounds."_s);
+    test::await(saveToDesktop(model));
+    EXPECT_EQ(model.notices().text(), u"Saved 2 sounds to Sounds."_s);
     EXPECT_EQ(savedFiles().size(), 4);
 }
 
@@ -262,12 +265,12 @@ TEST_F(ExportFlowsTest, WholeSoundsAreAlwaysCountedInThePlural)
     EffectSettings effects;
     effects.speed = 3;
     model.editor().setEffects(effects); // of the open sound only
-    test::await(model.saveToDesktop({door}));
-    EXPECT_EQ(model.noticeText(), u"Saved 1 sounds to Sounds."_s);
+    test::await(saveToDesktop(model, {door}));
+    EXPECT_EQ(model.notices().text(), u"Saved 1 sounds to Sounds."_s);
     EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
     EXPECT_DOUBLE_EQ(AudioFile(saved() + u"/Door.wav"_s).durationSeconds(), 3);
-    test::await(model.saveToDesktop({door, other}));
-    EXPECT_EQ(model.noticeText(), u"Saved 2 sounds to Sounds."_s);
+    test::await(saveToDesktop(model, {door, other}));
+    EXPECT_EQ(model.notices().text(), u"Saved 2 sounds to Sounds."_s);
     EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s, u"a-b- ☔.wav"_s}));
     EXPECT_NEAR(AudioFile(saved() + u"/a-b- ☔.wav"_s).durationSeconds(), 1, 0.02);
 }
@@ -279,17 +282,17 @@ TEST_F(ExportFlowsTest, AFolderThatTakesNoMoreIsSaidAndNoHalfFileStays)
     const QStringList before = temporaryFiles();
     {
         const FileSizeLimit limit(100'000); // of the 288,044 bytes that two seconds take
-        test::await(model.saveToDesktop());
-        EXPECT_TRUE(model.noticeIsError());
+        test::await(saveToDesktop(model));
+        EXPECT_TRUE(model.notices().isError());
         EXPECT_FALSE(model.isWorking());
         EXPECT_TRUE(savedFiles().isEmpty()) << savedFiles().join(u' ').toStdString();
-        test::await(model.addToLibrary());
-        EXPECT_TRUE(model.noticeIsError());
+        test::await(addToLibrary(model));
+        EXPECT_TRUE(model.notices().isError());
         EXPECT_FALSE(model.isWorking());
     }
     EXPECT_EQ(names(), QStringList{u"Door"_s}); // the source stays
     EXPECT_EQ(temporaryFiles(), before);
-    test::await(model.saveToDesktop());
+    test::await(saveToDesktop(model));
     EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
 }
 
@@ -298,7 +301,7 @@ TEST_F(ExportFlowsTest, APartAtTheVeryEndIsSavedAsFarAsTheSoundGoes)
     open();
     model.editor().setRange(2.9, 99);
     EXPECT_EQ(model.editor().end(), 3);
-    test::await(model.saveToDesktop());
+    test::await(saveToDesktop(model));
     EXPECT_NEAR(AudioFile(saved() + u"/Door.wav"_s).durationSeconds(), 0.1, 0.001);
 }
 
@@ -306,14 +309,14 @@ TEST_F(ExportFlowsTest, ASaveFolderThatVanishedIsTheDesktop)
 {
     open();
     QDir(saved()).removeRecursively();
-    EXPECT_NE(model.saveFolder(), saved());
-    EXPECT_EQ(model.saveFolderPath(), saved()); // the setting is not cleared
+    EXPECT_NE(model.settings().saveFolder(), saved());
+    EXPECT_EQ(model.settings().saveFolderPath(), saved()); // the setting is not cleared
 
     const QString home = folder.filePath(u"home"_s); // and it has no desktop yet
     const test::Environment itsHome("HOME", QFile::encodeName(home));
     const test::Environment noConfig("XDG_CONFIG_HOME", QFile::encodeName(home));
-    test::await(model.saveToDesktop());
-    EXPECT_EQ(model.noticeText(), u"Saved “Door.wav” to Desktop."_s);
+    test::await(saveToDesktop(model));
+    EXPECT_EQ(model.notices().text(), u"Saved “Door.wav” to Desktop."_s);
     EXPECT_TRUE(QFile::exists(home + u"/Desktop/Door.wav"_s));
 }
 
@@ -322,8 +325,8 @@ TEST_F(ExportFlowsTest, ALongOrForeignNameIsSavedAsFarAsItFits)
     const SoundItem item = open();
     for (const QString& name : {QString(300, u'é'), u"‮باب‬"_s, u"../../etc"_s, u"🚪🚪"_s}) {
         const SoundItem renamed = model.library().rename(item, name);
-        test::await(model.saveToDesktop({renamed}));
-        EXPECT_FALSE(model.noticeIsError()) << name.toStdString() << ": " << model.noticeText().toStdString();
+        test::await(saveToDesktop(model, {renamed}));
+        EXPECT_FALSE(model.notices().isError()) << name.toStdString() << ": " << model.notices().text().toStdString();
     }
     EXPECT_EQ(savedFiles().size(), 4);
 }
@@ -333,10 +336,10 @@ TEST_F(ExportFlowsTest, ALongOrForeignNameIsSavedAsFarAsItFits)
 TEST_F(ExportFlowsTest, WithoutTheApplicationNothingIsSent)
 {
     const SoundItem door = open();
-    const QString said = model.noticeText();
-    EXPECT_FALSE(model.canSendToFinalCut());
-    test::await(model.sendToFinalCut({door}));
-    EXPECT_EQ(model.noticeText(), said);
+    const QString said = model.notices().text();
+    EXPECT_FALSE(canSendToFinalCut(model));
+    test::await(sendToFinalCut(model, {door}));
+    EXPECT_EQ(model.notices().text(), said);
     EXPECT_FALSE(QFile::exists(model.library().folder() + u"/FinalCut"_s));
 }
 
@@ -345,8 +348,8 @@ TEST_F(ExportFlowsTest, AddedPartsGoToFinalCutAsWell)
     apps.isThere = true;
     open();
     model.editor().setRange(0, 1);
-    test::await(model.addToLibrary());
-    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library. They're also in Final Cut Pro."_s);
+    test::await(addToLibrary(model));
+    EXPECT_EQ(model.notices().text(), u"Added “Door” to your library. They're also in Final Cut Pro."_s);
     ASSERT_EQ(apps.opened.size(), 1);
     EXPECT_TRUE(apps.opened.first().startsWith(model.library().folder() + u"/Tonequill "_s));
     QFile document(apps.opened.first());
@@ -356,9 +359,9 @@ TEST_F(ExportFlowsTest, AddedPartsGoToFinalCutAsWell)
     EXPECT_TRUE(text.contains(u"duration=\"48000/48000s\""_s));
     EXPECT_TRUE(text.contains(model.selectedItem()->fileName)); // the file in the library
 
-    model.setAlsoFinalCut(false);
-    test::await(model.addToLibrary());
-    EXPECT_EQ(model.noticeText(), u"Added “Door” to your library."_s);
+    model.settings().setAlsoFinalCut(false);
+    test::await(addToLibrary(model));
+    EXPECT_EQ(model.notices().text(), u"Added “Door” to your library."_s);
     EXPECT_EQ(apps.opened.size(), 1);
 }
 
@@ -366,14 +369,14 @@ TEST_F(ExportFlowsTest, SendingMakesAFileForEachHandOff)
 {
     apps.isThere = true;
     const SoundItem door = open();
-    QSignalSpy working(&model, &AppModel::isWorkingChanged);
-    test::await(model.sendToFinalCut({}));
+    QSignalSpy working(&model.work(), &FlowsAtWork::changed);
+    test::await(sendToFinalCut(model, {}));
     EXPECT_EQ(working.count(), 0);
-    test::await(model.sendToFinalCut({door}));
-    EXPECT_EQ(model.noticeText(), u"Sent 1 sounds to Final Cut Pro."_s);
-    EXPECT_FALSE(model.noticeIsError());
-    test::await(model.sendToFinalCut({door, door}));
-    EXPECT_EQ(model.noticeText(), u"Sent 2 sounds to Final Cut Pro."_s);
+    test::await(sendToFinalCut(model, {door}));
+    EXPECT_EQ(model.notices().text(), u"Sent 1 sounds to Final Cut Pro."_s);
+    EXPECT_FALSE(model.notices().isError());
+    test::await(sendToFinalCut(model, {door, door}));
+    EXPECT_EQ(model.notices().text(), u"Sent 2 sounds to Final Cut Pro."_s);
     const QDir sent(model.library().folder() + u"/FinalCut"_s);
     EXPECT_EQ(sent.entryList({u"*.wav"_s}, QDir::Files, QDir::Name),
               (QStringList{u"Door 2.wav"_s, u"Door 3.wav"_s, u"Door.wav"_s}));
@@ -386,8 +389,8 @@ TEST_F(ExportFlowsTest, AnExportThatFailsMakesNoDocument)
     const SoundItem door = open();
     SoundItem gone = door;
     gone.fileName = u"gone.wav"_s;
-    test::await(model.sendToFinalCut({door, gone}));
-    EXPECT_TRUE(model.noticeIsError());
+    test::await(sendToFinalCut(model, {door, gone}));
+    EXPECT_TRUE(model.notices().isError());
     EXPECT_TRUE(apps.opened.isEmpty());
     EXPECT_FALSE(model.isWorking());
     const QDir sent(model.library().folder() + u"/FinalCut"_s);
@@ -399,8 +402,109 @@ TEST_F(ExportFlowsTest, AFolderThatCannotBeMadeIsSaid)
     apps.isThere = true;
     const SoundItem door = open();
     test::writeBytes(model.library().folder() + u"/FinalCut"_s, "in the way");
-    test::await(model.sendToFinalCut({door}));
-    EXPECT_TRUE(model.noticeIsError());
-    EXPECT_TRUE(model.noticeText().contains(u"FinalCut"_s)) << model.noticeText().toStdString();
+    test::await(sendToFinalCut(model, {door}));
+    EXPECT_TRUE(model.notices().isError());
+    EXPECT_TRUE(model.notices().text().contains(u"FinalCut"_s)) << model.notices().text().toStdString();
     EXPECT_FALSE(model.isWorking());
+}
+
+// Flows beside themselves
+
+TEST_F(ExportFlowsTest, FiftyPressesWhileTheFirstAddsMakeOneSetOfCuts)
+{
+    open();
+    proposeTwo();
+    const test::HeldBack held(workers.shown());
+    auto first = addToLibrary(model);
+    QList<FlowEnd> others;
+    for (int i = 0; i < 49; ++i)
+        others << test::await(addToLibrary(model)).end;
+    EXPECT_EQ(others.count(FlowEnd::isAtWork), 49);
+    EXPECT_TRUE(model.work().isAtWork(FlowsAtWork::Kind::adding));
+    held.letGo();
+    const AddOutcome outcome = test::await(std::move(first));
+    EXPECT_EQ(outcome.end, FlowEnd::done);
+    EXPECT_EQ(outcome.added.size(), 2);
+    EXPECT_EQ(names(), (QStringList{u"Door – Knock 2"_s, u"Door – Knock"_s}));
+    EXPECT_EQ(model.notices().text(), u"Added 2 sounds to your library."_s);
+    EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ExportFlowsTest, SavingAndSendingRefuseASecondRunAsWell)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    const test::HeldBack held(workers.shown());
+    auto saving = saveToDesktop(model);
+    auto sending = sendToFinalCut(model, {door});
+    EXPECT_EQ(test::await(saveToDesktop(model)).end, FlowEnd::isAtWork);
+    EXPECT_EQ(test::await(saveToDesktop(model, {door})).end, FlowEnd::isAtWork);
+    EXPECT_EQ(test::await(sendToFinalCut(model, {door})).end, FlowEnd::isAtWork);
+    held.letGo();
+    const FilesOutcome saved = test::await(std::move(saving));
+    EXPECT_EQ(saved.end, FlowEnd::done);
+    EXPECT_EQ(saved.paths, QStringList{this->saved() + u"/Door.wav"_s});
+    EXPECT_EQ(test::await(std::move(sending)).end, FlowEnd::done);
+    EXPECT_EQ(savedFiles(), QStringList{u"Door.wav"_s});
+    EXPECT_EQ(test::await(saveToDesktop(model)).end, FlowEnd::done); // afterwards it may be done again
+}
+
+TEST_F(ExportFlowsTest, AnOutcomeTellsWhatWasFinishedBeforeAFailure)
+{
+    const SoundItem door = open();
+    const SoundItem other = open(u"Other"_s);
+    QFile::remove(model.library().path(other));
+    const FilesOutcome outcome = test::await(saveToDesktop(model, {door, other}));
+    EXPECT_EQ(outcome.end, FlowEnd::failed);
+    EXPECT_EQ(outcome.paths, QStringList{saved() + u"/Door.wav"_s});
+    EXPECT_EQ(outcome.sentence, model.notices().text());
+}
+
+TEST_F(ExportFlowsTest, WhatIsAddedIsOnTheDiskWhenItIsTold)
+{
+    open();
+    model.editor().setRange(0, 1);
+    QStringList stored;
+    QObject::connect(&model.notices(), &Notices::changed, &model, [&] {
+        const LibraryStore onDisk(clock, workers, model.library().folder());
+        for (const SoundItem& item : onDisk.items())
+            stored << item.name;
+    });
+    test::await(addToLibrary(model));
+    EXPECT_EQ(stored, QStringList{u"Door"_s}); // the cut alone: the raw sound has gone
+}
+
+TEST_F(ExportFlowsTest, DeletingWhatWasAddedMeanwhileLeavesNothingSelectedThatIsGone)
+{
+    open();
+    proposeTwo();
+    QObject::connect(&model.library(), &LibraryStore::itemInserted, &model, [&] {
+        if (model.library().items().size() == 3) // the source, and both parts
+            deleteItems(model, {model.library().items()[1]});
+    });
+    const AddOutcome outcome = test::await(addToLibrary(model));
+    EXPECT_EQ(outcome.added.size(), 2);
+    ASSERT_TRUE(model.selectedItem());
+    EXPECT_EQ(model.selectedItem()->name, u"Door – Knock 2"_s);
+    EXPECT_EQ(model.multi().size(), 1);
+}
+
+TEST_F(ExportFlowsTest, ClosingInTheMiddleLeavesTheSourceAndNothingElse)
+{
+    const SoundItem raw = open();
+    const QStringList before = temporaryFiles();
+    proposeTwo();
+    {
+        const test::HeldBack held(workers.shown());
+        startFlow(addToLibrary(model));
+        startFlow(saveToDesktop(model));
+        model.close();
+    }
+    EXPECT_FALSE(model.isWorking());
+    EXPECT_EQ(names(), QStringList{u"Door"_s});
+    EXPECT_TRUE(QFile::exists(model.library().path(raw)));
+    EXPECT_EQ(temporaryFiles(), before);
+    EXPECT_TRUE(savedFiles().isEmpty());
+    EXPECT_THROW(test::await(addToLibrary(model)), Cancelled); // nothing is begun any more
+    EXPECT_EQ(temporaryFiles(), before);
 }

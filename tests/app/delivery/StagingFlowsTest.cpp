@@ -1,3 +1,4 @@
+#include "app/delivery/StagingFlows.h"
 #include "library/delivery/DragStaging.h"
 #include "platform/media/AudioFile.h"
 #include "support/Environment.h"
@@ -34,31 +35,31 @@ protected:
 
 TEST_F(StagingFlowsTest, SoundsAreStagedUnderTheirNames)
 {
-    const auto staged = model->stageFiles({item(0), item(1)});
+    const auto staged = stageFiles(*model, {item(0), item(1)});
     ASSERT_EQ(staged.paths.size(), 2);
     EXPECT_EQ(staged.label, u"Door/Slam"_s);
     EXPECT_EQ(QFileInfo(staged.paths[0]).fileName(), u"Door-Slam.wav"_s);
     EXPECT_EQ(QFileInfo(staged.paths[1]).fileName(), u"Rain.wav"_s);
     EXPECT_TRUE(DragStaging::holds(staged.paths[0]));
-    EXPECT_EQ(model->stageFiles({}), AppModel::StagedFiles());
+    EXPECT_EQ(stageFiles(*model, {}), StagedFiles());
 }
 
 TEST_F(StagingFlowsTest, ASoundWhoseFileIsGoneIsLeftOut)
 {
     QFile::remove(model->library().path(item(0)));
-    const auto staged = model->stageFiles({item(0), item(1)});
+    const auto staged = stageFiles(*model, {item(0), item(1)});
     EXPECT_EQ(staged.paths.size(), 1);
     EXPECT_EQ(staged.label, u"Door/Slam"_s);
 }
 
 TEST_F(StagingFlowsTest, ASingleSoundIsDraggedUnderItsName)
 {
-    const auto drag = model->dragProvider(item(0));
+    const auto drag = dragProvider(*model, item(0));
     EXPECT_EQ(drag.suggestedName, u"Door-Slam"_s);
     EXPECT_TRUE(DragStaging::holds(drag.path));
     test::writeBytes(folder.filePath(u"file"_s), "no folder");
     const test::Environment unusable("XDG_CACHE_HOME", QFile::encodeName(folder.filePath(u"file"_s)));
-    const auto original = model->dragProvider(item(0));
+    const auto original = dragProvider(*model, item(0));
     EXPECT_EQ(original.path, model->library().path(item(0)));
     EXPECT_EQ(original.suggestedName, QFileInfo(item(0).fileName).baseName());
 }
@@ -66,7 +67,7 @@ TEST_F(StagingFlowsTest, ASingleSoundIsDraggedUnderItsName)
 TEST_F(StagingFlowsTest, ThePartIsRenderedBeforeItIsDragged)
 {
     model->editor().setRange(0.05, 0.15);
-    const auto staged = model->stageSelectionFiles();
+    const auto staged = stageSelectionFiles(*model);
     ASSERT_EQ(staged.paths.size(), 1);
     EXPECT_EQ(staged.label, u"Door/Slam"_s);
     EXPECT_EQ(QFileInfo(staged.paths[0]).fileName(), u"Door-Slam.wav"_s);
@@ -76,14 +77,14 @@ TEST_F(StagingFlowsTest, ThePartIsRenderedBeforeItIsDragged)
     EffectSettings effects;
     effects.speed = 2;
     model->editor().setEffects(effects);
-    EXPECT_NEAR(AudioFile(model->stageSelectionFiles().paths.value(0)).durationSeconds(), 0.05, 0.02);
+    EXPECT_NEAR(AudioFile(stageSelectionFiles(*model).paths.value(0)).durationSeconds(), 0.05, 0.02);
 }
 
 TEST_F(StagingFlowsTest, APartThatFailsIsLeftOut)
 {
     QFile::remove(model->library().path(item(0)));
     model->editor().setRange(0.05, 0.15);
-    EXPECT_EQ(model->stageSelectionFiles(), (AppModel::StagedFiles{{}, u"Door/Slam"_s}));
+    EXPECT_EQ(stageSelectionFiles(*model), (StagedFiles{{}, u"Door/Slam"_s}));
     model->setSelection(std::nullopt);
-    EXPECT_EQ(model->stageSelectionFiles(), AppModel::StagedFiles());
+    EXPECT_EQ(stageSelectionFiles(*model), StagedFiles());
 }

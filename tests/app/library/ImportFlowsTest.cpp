@@ -1,8 +1,10 @@
+#include "app/library/ImportFlows.h"
 #include "app/handover/HandedOver.h"
 #include "base/Background.h"
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
 #include "support/Await.h"
+#include "support/Gate.h"
 #include "support/Printing.h"
 #include "support/Program.h"
 #include "support/Wav.h"
@@ -30,7 +32,7 @@ protected:
         test::writeBytes(folder.filePath(name), "just words\n");
         return folder.filePath(name);
     }
-    void import(const QStringList& paths) { test::await(model.importURLs(paths)); }
+    void import(const QStringList& paths) { test::await(importURLs(model, paths)); }
     QString openName() const { return model.selectedItem() ? model.selectedItem()->name : u"none"_s; }
 
     QTemporaryDir folder;
@@ -42,12 +44,12 @@ protected:
 TEST_F(ImportFlowsTest, OneFileIsOpenedAndTheUserIsTold)
 {
     model.setSection(AppSection::studio);
-    QSignalSpy working(&model, &AppModel::isWorkingChanged);
+    QSignalSpy working(&model.work(), &FlowsAtWork::changed);
     import({sound(u"Door Slam.wav"_s)});
     EXPECT_EQ(model.section(), AppSection::library);
     EXPECT_EQ(openName(), u"Door Slam"_s);
-    EXPECT_EQ(model.noticeText(), u"Found the best part. Check it, then add it."_s);
-    EXPECT_FALSE(model.noticeIsError());
+    EXPECT_EQ(model.notices().text(), u"Found the best part. Check it, then add it."_s);
+    EXPECT_FALSE(model.notices().isError());
     EXPECT_EQ(working.count(), 2); // on, and off again
     EXPECT_FALSE(model.isWorking());
 }
@@ -57,8 +59,8 @@ TEST_F(ImportFlowsTest, OneFileThatFailsChangesNothingElse)
     import({sound(u"Door Slam.wav"_s)});
     model.setSection(AppSection::find);
     import({text(u"notes.txt"_s)});
-    EXPECT_EQ(model.noticeText(), u"notes is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s);
-    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_EQ(model.notices().text(), u"notes is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s);
+    EXPECT_TRUE(model.notices().isError());
     EXPECT_EQ(openName(), u"Door Slam"_s);
     EXPECT_EQ(model.section(), AppSection::find);
     EXPECT_FALSE(model.isWorking());
@@ -67,11 +69,11 @@ TEST_F(ImportFlowsTest, OneFileThatFailsChangesNothingElse)
 TEST_F(ImportFlowsTest, OfThreeFilesTheSecondFails)
 {
     QStringList notices;
-    QObject::connect(&model, &AppModel::noticeChanged, [&] { notices << model.noticeText(); });
+    QObject::connect(&model.notices(), &Notices::changed, [&] { notices << model.notices().text(); });
     import({sound(u"one two.wav"_s), text(u"bad.wav"_s), sound(u"three four.wav"_s)});
     EXPECT_EQ(notices, (QStringList{u"Added 2 sounds."_s,
                                     u"bad is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s}));
-    EXPECT_TRUE(model.noticeIsError());
+    EXPECT_TRUE(model.notices().isError());
     EXPECT_EQ(openName(), u"three four"_s);
     EXPECT_EQ(model.library().items().size(), 2);
 }
@@ -79,7 +81,7 @@ TEST_F(ImportFlowsTest, OfThreeFilesTheSecondFails)
 TEST_F(ImportFlowsTest, TheCountKeepsItsPluralAndTheFirstFailureIsShown)
 {
     QStringList notices;
-    QObject::connect(&model, &AppModel::noticeChanged, [&] { notices << model.noticeText(); });
+    QObject::connect(&model.notices(), &Notices::changed, [&] { notices << model.notices().text(); });
     import({sound(u"one two.wav"_s), text(u"first.wav"_s), text(u"second.wav"_s)});
     EXPECT_EQ(notices.value(0), u"Added 1 sounds."_s);
     EXPECT_TRUE(notices.value(1).startsWith(u"first is not"_s));
@@ -89,9 +91,9 @@ TEST_F(ImportFlowsTest, TheCountKeepsItsPluralAndTheFirstFailureIsShown)
 TEST_F(ImportFlowsTest, FilesAreShownWhileTheyComeIn)
 {
     QList<QStringList> seen;
-    QObject::connect(&model, &AppModel::incomingChanged, [&] {
+    QObject::connect(&model.incoming(), &Incoming::changed, [&] {
         QStringList names;
-        for (const IncomingFile& file : model.incoming())
+        for (const IncomingFile& file : model.incoming().files())
             names << file.name;
         seen << names;
     });
@@ -101,23 +103,73 @@ TEST_F(ImportFlowsTest, FilesAreShownWhileTheyComeIn)
 
 TEST_F(ImportFlowsTest, TwoDropsAtOnceKeepWorkingUntilBothAreIn)
 {
-    auto first = model.importURLs({sound(u"one a.wav"_s), sound(u"one b.wav"_s)});
-    auto second = model.importURLs({sound(u"two a.wav"_s)});
-    EXPECT_EQ(model.incoming().size(), 3);
+    auto first = importURLs(model, {sound(u"one a.wav"_s), sound(u"one b.wav"_s)});
+    auto second = importURLs(model, {sound(u"two a.wav"_s)});
+    EXPECT_EQ(model.incoming().files().size(), 3);
     EXPECT_TRUE(model.isWorking());
     test::await(std::move(first));
     test::await(std::move(second));
     EXPECT_EQ(model.library().items().size(), 3);
-    EXPECT_TRUE(model.incoming().isEmpty());
+    EXPECT_TRUE(model.incoming().files().isEmpty());
     EXPECT_FALSE(model.isWorking());
+}
+
+TEST_F(ImportFlowsTest, PortionsComeInOneAfterTheOther)
+{
+    auto first = importURLs(model, {sound(u"one a.wav"_s), sound(u"one b.wav"_s)});
+    auto second = importURLs(model, {sound(u"two a.wav"_s)});
+    test::await(std::move(second));
+    QStringList names;
+    for (const SoundItem& item : model.library().items())
+        names << item.name;
+    EXPECT_EQ(names, (QStringList{u"two a"_s, u"one b"_s, u"one a"_s}));
+    test::await(std::move(first));
+}
+
+TEST_F(ImportFlowsTest, TheOutcomeTellsWhatCameInAndWhatDidNot)
+{
+    const ImportOutcome outcome =
+        test::await(importURLs(model, {sound(u"one two.wav"_s), text(u"bad.wav"_s), sound(u"three four.wav"_s)}));
+    ASSERT_EQ(outcome.added.size(), 2);
+    EXPECT_EQ(model.library().find(outcome.added[0])->name, u"one two"_s);
+    EXPECT_EQ(model.library().find(outcome.added[1])->name, u"three four"_s);
+    ASSERT_EQ(outcome.failed.size(), 1);
+    EXPECT_EQ(outcome.failed.first().path, folder.filePath(u"bad.wav"_s));
+    EXPECT_EQ(outcome.failed.first().sentence, model.notices().text());
+}
+
+TEST_F(ImportFlowsTest, ASoundThatIsDeletedWhileOthersComeInIsNotOpened)
+{
+    QObject::connect(&model.library(), &LibraryStore::itemInserted, &model, [&] {
+        if (model.library().items().first().name == u"two b")
+            QMetaObject::invokeMethod(
+                &model, [&] { deleteItems(model, {model.library().items().first()}); }, Qt::QueuedConnection);
+    });
+    import({sound(u"one a.wav"_s), sound(u"two b.wav"_s), text(u"bad.wav"_s)});
+    ASSERT_TRUE(model.selectedItem());
+    EXPECT_EQ(openName(), u"one a"_s);
+}
+
+TEST_F(ImportFlowsTest, ClosingLeavesNothingHalfWay)
+{
+    import({sound(u"kept.wav"_s)});
+    const QDir library(model.library().folder());
+    const QStringList before = library.entryList(QDir::Files | QDir::Hidden);
+    const test::HeldBack held(workers.shown());
+    startFlow(importURLs(model, {sound(u"one a.wav"_s), sound(u"one b.wav"_s)}));
+    startFlow(importURLs(model, {sound(u"two a.wav"_s)}));
+    model.close();
+    EXPECT_FALSE(model.isWorking());
+    EXPECT_TRUE(model.incoming().files().isEmpty());
+    EXPECT_EQ(library.entryList(QDir::Files | QDir::Hidden), before);
 }
 
 TEST_F(ImportFlowsTest, DeletingTheOpenSoundOpensTheNewestThatIsLeft)
 {
     import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s), sound(u"ccc.wav"_s)});
     const QList<SoundItem> items = model.library().items();
-    model.selectAllInLibrary(items);
-    model.deleteItems({items[0], items[1]});
+    model.selection().selectAll(items);
+    deleteItems(model, {items[0], items[1]});
     EXPECT_EQ(openName(), u"aaa"_s);
     EXPECT_EQ(model.multi(), QSet<QUuid>{items[2].id});
     EXPECT_EQ(model.editor().item()->name, u"aaa"_s);
@@ -127,8 +179,8 @@ TEST_F(ImportFlowsTest, DeletingAnotherSoundLeavesTheOpenOneAlone)
 {
     import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
     QSignalSpy loads(&model.editor(), &EditorModel::itemChanged);
-    model.selectAllInLibrary(model.library().items());
-    model.deleteItems({model.library().items()[1]});
+    model.selection().selectAll(model.library().items());
+    deleteItems(model, {model.library().items()[1]});
     EXPECT_EQ(openName(), u"bbb"_s);
     EXPECT_EQ(model.multi().size(), 1);
     EXPECT_EQ(loads.count(), 0);
@@ -137,7 +189,7 @@ TEST_F(ImportFlowsTest, DeletingAnotherSoundLeavesTheOpenOneAlone)
 TEST_F(ImportFlowsTest, DeletingEverythingEmptiesTheEditor)
 {
     import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
-    model.deleteItems(model.library().items());
+    deleteItems(model, model.library().items());
     EXPECT_FALSE(model.selection().id());
     EXPECT_TRUE(model.multi().isEmpty());
     EXPECT_FALSE(model.editor().item());

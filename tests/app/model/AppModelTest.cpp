@@ -59,35 +59,35 @@ protected:
 TEST_F(AppModelTest, AFirstStartHasItsOwnSettings)
 {
     const auto model = open();
-    EXPECT_TRUE(model->alsoFinalCut());
-    EXPECT_TRUE(model->shortOnlyByDefault());
-    EXPECT_FALSE(model->hideCreditSounds());
-    EXPECT_FALSE(model->createWithCredits());
-    EXPECT_FALSE(model->saveFolderPath());
+    EXPECT_TRUE(model->settings().alsoFinalCut());
+    EXPECT_TRUE(model->settings().shortOnlyByDefault());
+    EXPECT_FALSE(model->settings().hideCreditSounds());
+    EXPECT_FALSE(model->settings().createWithCredits());
+    EXPECT_FALSE(model->settings().saveFolderPath());
     EXPECT_EQ(model->section(), AppSection::library);
     EXPECT_FALSE(model->isWorking());
-    EXPECT_FALSE(model->notice());
+    EXPECT_FALSE(model->notices().notice());
     EXPECT_FALSE(model->pendingSearch());
 }
 
 TEST_F(AppModelTest, SettingsAreKeptAtOnce)
 {
     const auto model = open();
-    model->setAlsoFinalCut(false);
-    model->setShortOnlyByDefault(false);
-    model->setHideCreditSounds(true);
-    model->setCreateWithCredits(true);
-    model->setSaveFolderPath(folder.path());
+    model->settings().setAlsoFinalCut(false);
+    model->settings().setShortOnlyByDefault(false);
+    model->settings().setHideCreditSounds(true);
+    model->settings().setCreateWithCredits(true);
+    model->settings().setSaveFolderPath(folder.path());
     model->setSection(AppSection::studio);
     Defaults stored(defaults.path());
     const AppModel again({stored, clock, workers, work, apps, languageModel}, library(folder.filePath(u"Library"_s)));
     EXPECT_EQ(again.section(), AppSection::library); // each start begins there
-    EXPECT_FALSE(again.alsoFinalCut());
-    EXPECT_FALSE(again.shortOnlyByDefault());
-    EXPECT_TRUE(again.hideCreditSounds());
-    EXPECT_TRUE(again.createWithCredits());
-    EXPECT_EQ(again.saveFolderPath(), folder.path());
-    model->setSaveFolderPath(std::nullopt);
+    EXPECT_FALSE(again.settings().alsoFinalCut());
+    EXPECT_FALSE(again.settings().shortOnlyByDefault());
+    EXPECT_TRUE(again.settings().hideCreditSounds());
+    EXPECT_TRUE(again.settings().createWithCredits());
+    EXPECT_EQ(again.settings().saveFolderPath(), folder.path());
+    model->settings().setSaveFolderPath(std::nullopt);
     EXPECT_FALSE(Defaults(defaults.path()).text(u"saveFolderPath"_s));
 }
 
@@ -95,12 +95,12 @@ TEST_F(AppModelTest, ASaveFolderThatIsGoneFallsBackToTheDesktop)
 {
     const auto model = open();
     const QString desktop = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
-    EXPECT_EQ(model->saveFolder(), desktop);
-    model->setSaveFolderPath(folder.path());
-    EXPECT_EQ(model->saveFolder(), folder.path());
-    model->setSaveFolderPath(folder.filePath(u"gone"_s));
-    EXPECT_EQ(model->saveFolder(), desktop);
-    EXPECT_EQ(model->saveFolderPath(), folder.filePath(u"gone"_s)); // the setting is not cleared
+    EXPECT_EQ(model->settings().saveFolder(), desktop);
+    model->settings().setSaveFolderPath(folder.path());
+    EXPECT_EQ(model->settings().saveFolder(), folder.path());
+    model->settings().setSaveFolderPath(folder.filePath(u"gone"_s));
+    EXPECT_EQ(model->settings().saveFolder(), desktop);
+    EXPECT_EQ(model->settings().saveFolderPath(), folder.filePath(u"gone"_s)); // the setting is not cleared
 }
 
 TEST_F(AppModelTest, StartsWithTheNewestSoundOpen)
@@ -118,7 +118,7 @@ TEST_F(AppModelTest, AnEmptyLibraryHasAnEmptyEditor)
     EXPECT_FALSE(model->selection().id());
     EXPECT_FALSE(model->editor().item());
     EXPECT_EQ(model->editor().analysisState(), EditorModel::AnalysisState::idle);
-    model->selectAllInLibrary({});
+    model->selection().selectAll({});
     EXPECT_FALSE(model->selection().id());
 }
 
@@ -138,15 +138,15 @@ TEST_F(AppModelTest, AnErrorLivesSevenSecondsAnythingElseThreeAndAHalf)
     const auto model = open();
     model->say(u"Saved."_s);
     clock.advance(3499ms);
-    EXPECT_EQ(model->noticeText(), u"Saved."_s);
-    EXPECT_FALSE(model->noticeIsError());
+    EXPECT_EQ(model->notices().text(), u"Saved."_s);
+    EXPECT_FALSE(model->notices().isError());
     clock.advance(1ms);
-    EXPECT_FALSE(model->notice());
+    EXPECT_FALSE(model->notices().notice());
     model->say(u"No."_s, Tone::error);
     clock.advance(6999ms);
-    EXPECT_TRUE(model->noticeIsError());
+    EXPECT_TRUE(model->notices().isError());
     clock.advance(1ms);
-    EXPECT_FALSE(model->notice());
+    EXPECT_FALSE(model->notices().notice());
 }
 
 TEST_F(AppModelTest, ALaterNoticeLivesItsOwnFullTime)
@@ -155,11 +155,11 @@ TEST_F(AppModelTest, ALaterNoticeLivesItsOwnFullTime)
     model->say(u"First."_s);
     clock.advance(2s);
     model->say(u"Second."_s);
-    EXPECT_EQ(model->noticeText(), u"Second."_s);
+    EXPECT_EQ(model->notices().text(), u"Second."_s);
     clock.advance(3499ms); // the first one's timer has passed meanwhile
-    EXPECT_EQ(model->noticeText(), u"Second."_s);
+    EXPECT_EQ(model->notices().text(), u"Second."_s);
     clock.advance(1ms);
-    EXPECT_FALSE(model->notice());
+    EXPECT_FALSE(model->notices().notice());
 }
 
 TEST_F(AppModelTest, ANoticeMayOutliveTheModel)

@@ -1,3 +1,5 @@
+#include "app/smart/NamingFlows.h"
+#include "app/library/ImportFlows.h"
 #include "support/LibraryFolder.h"
 #include "support/Printing.h"
 #include "support/Program.h"
@@ -32,12 +34,12 @@ protected:
 
 TEST_F(NamingFlowsTest, ASureEarNamesAndTagsTheSound)
 {
-    model->applyHeard(stored(),
-                      {u"Glass Break"_s, {}, {}, {{u"glass_breaking"_s, 0.9}, {u"slap_smack"_s, 0.8}, {u"dog"_s, 0.78}}});
+    applyHeard(*model, stored(),
+               {u"Glass Break"_s, {}, {}, {{u"glass_breaking"_s, 0.9}, {u"slap_smack"_s, 0.8}, {u"dog"_s, 0.78}}});
     EXPECT_EQ(stored().name, u"Glass Break"_s);
     EXPECT_EQ(stored().tags, (QStringList{u"door"_s, u"glass break"_s, u"slap"_s}));
     EXPECT_EQ(stored().nameIsAuto, true); // a better hearing may rename it again
-    model->applyHeard(stored(), heard({{u"door"_s, 0.75}, {u"knock"_s, 0.74}}));
+    applyHeard(*model, stored(), heard({{u"door"_s, 0.75}, {u"knock"_s, 0.74}}));
     EXPECT_EQ(stored().name, u"Door"_s);
     EXPECT_EQ(stored().tags.size(), 3); // "door" was there
 }
@@ -45,10 +47,10 @@ TEST_F(NamingFlowsTest, ASureEarNamesAndTagsTheSound)
 TEST_F(NamingFlowsTest, AnythingLessThanSureChangesNothing)
 {
     const SoundItem before = stored();
-    model->applyHeard(before, heard({{u"door"_s, 0.749}}));
-    model->applyHeard(before, heard({}));
-    model->applyHeard(before, {QString(), {}, {}, {{u"door"_s, 0.9}}});
-    model->applyHeard(before, heard({{u"speech"_s, 0.99}, {u"door"_s, 0.9}}));
+    applyHeard(*model, before, heard({{u"door"_s, 0.749}}));
+    applyHeard(*model, before, heard({}));
+    applyHeard(*model, before, {QString(), {}, {}, {{u"door"_s, 0.9}}});
+    applyHeard(*model, before, heard({{u"speech"_s, 0.99}, {u"door"_s, 0.9}}));
     EXPECT_EQ(stored(), before);
 }
 
@@ -56,18 +58,18 @@ TEST_F(NamingFlowsTest, ANameThatAPersonGaveStays)
 {
     const SoundItem stale = stored();
     model->library().rename(stale, u"My Door"_s, false);
-    model->applyHeard(stale, heard({{u"door"_s, 0.9}})); // the stored record counts
+    applyHeard(*model, stale, heard({{u"door"_s, 0.9}})); // the stored record counts
     EXPECT_EQ(stored().name, u"My Door"_s);
     model->library().update(stale, [](SoundItem& record) { record.nameIsAuto.reset(); });
-    model->applyHeard(stale, heard({{u"door"_s, 0.9}}));
+    applyHeard(*model, stale, heard({{u"door"_s, 0.9}}));
     EXPECT_EQ(stored().name, u"My Door"_s);
 }
 
 TEST_F(NamingFlowsTest, ASoundThatIsGoneIsNotNamed)
 {
     const SoundItem gone = stored();
-    model->deleteItems({gone});
-    model->applyHeard(gone, heard({{u"door"_s, 0.9}}));
+    deleteItems(*model, {gone});
+    applyHeard(*model, gone, heard({{u"door"_s, 0.9}}));
     EXPECT_TRUE(model->library().items().isEmpty());
 }
 
@@ -79,12 +81,10 @@ TEST_F(NamingFlowsTest, TheEditorsEarNamesTheOpenSound)
     analysis.rms.assign(100, 0.2F);
     analysis.peak.assign(100, 0.4F);
     work.analyses.back().answer(analysis);
-    for (int i = 0; i < 5; ++i)
-        QCoreApplication::processEvents();
+    settle();
     ASSERT_FALSE(work.hearings.empty());
     work.hearings.back().answer({{u"glass_breaking"_s, 0.9}});
-    for (int i = 0; i < 5; ++i)
-        QCoreApplication::processEvents();
+    settle();
     EXPECT_EQ(stored().name, u"Glass Break"_s);
     EXPECT_EQ(model->editor().item()->name, u"Glass Break"_s); // the title follows
 }

@@ -1,4 +1,7 @@
+#include "app/smart/SmartActions.h"
 #include "app/handover/HandedOver.h"
+#include "app/library/ImportFlows.h"
+#include "app/smart/NamingFlows.h"
 #include "base/Background.h"
 #include "base/Uuid.h"
 #include "support/Await.h"
@@ -43,22 +46,23 @@ protected:
         model = program(folder->path());
         settle();
     }
-    static void settle()
+    void settle() const
     {
-        for (int i = 0; i < 10; ++i)
-            QCoreApplication::processEvents();
+        Machine::settle();
+        if (model)
+            Machine::settle(*model);
     }
     const SoundItem& sound(qsizetype index) const { return model->library().items()[index]; }
     QList<SoundItem> all() const { return model->library().items(); }
 
     void rename(const QList<SoundItem>& items)
     {
-        startFlow(model->smartRename(items));
+        startFlow(smartRename(*model, items));
         settle();
     }
     void suggest(const SoundItem& item)
     {
-        startFlow(model->suggestSmartName(item));
+        startFlow(suggestSmartName(*model, item));
         settle();
     }
     void hear(std::vector<HeardLabel> labels)
@@ -104,8 +108,8 @@ TEST_F(SmartActionsTest, AModelNamesAndTagsTheSound)
     hear({{u"door"_s, 0.6}});
     EXPECT_EQ(sound(1).name, u"Heavy Door Slam"_s);
     EXPECT_EQ(sound(1).tags, (QStringList{u"door"_s, u"wood"_s})); // beside those it had
-    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s);
-    EXPECT_FALSE(model->noticeIsError());
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s);
+    EXPECT_FALSE(model->notices().isError());
 }
 
 TEST_F(SmartActionsTest, TheModelIsToldWhatIsKnown)
@@ -151,10 +155,10 @@ TEST_F(SmartActionsTest, AModelThatFailsOrTalksRubbishLeavesItToTheLabels)
 
 TEST_F(SmartActionsTest, ChosenNamesAreLeftAlone)
 {
-    QSignalSpy working(model.get(), &AppModel::isWorkingChanged);
+    QSignalSpy working(&model->work(), &FlowsAtWork::changed);
     const QList<SoundItem> before = all();
     rename({sound(2)});
-    EXPECT_EQ(model->noticeText(), kLeftAlone);
+    EXPECT_EQ(model->notices().text(), kLeftAlone);
     EXPECT_TRUE(work.hearings.empty());
     EXPECT_EQ(languageModel.questions, 0);
     EXPECT_TRUE(working.isEmpty());
@@ -167,7 +171,7 @@ TEST_F(SmartActionsTest, AMarkedSoundWithAChosenNameStaysAmongOthers)
     languageModel.available = false;
     rename(all());
     EXPECT_TRUE(model->isWorking());
-    EXPECT_EQ(model->workingText(), u"Naming 2"_s);
+    EXPECT_EQ(model->work().text(), u"Naming 2"_s);
     hear({{u"dog"_s, 0.5}});
     EXPECT_TRUE(model->isWorking());
     hear({{u"rain"_s, 0.5}});
@@ -175,9 +179,9 @@ TEST_F(SmartActionsTest, AMarkedSoundWithAChosenNameStaysAmongOthers)
     EXPECT_EQ(sound(1).name, u"Rain"_s);
     EXPECT_EQ(sound(2).name, u"Cellar Door"_s);
     EXPECT_EQ(sound(2).tags, QStringList{u"door"_s});
-    EXPECT_EQ(model->noticeText(), u"Renamed 2 sounds and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Renamed 2 sounds and added tags."_s);
     EXPECT_FALSE(model->isWorking());
-    EXPECT_TRUE(model->workingText().isEmpty());
+    EXPECT_TRUE(model->work().text().isEmpty());
 }
 
 TEST_F(SmartActionsTest, WhatIsHardlyHeardIsNotTold)
@@ -214,7 +218,7 @@ TEST_F(SmartActionsTest, ASoundThatNothingIsHeardInKeepsItsName)
     const SoundItem before = sound(1);
     hear({});
     EXPECT_EQ(sound(1), before);
-    EXPECT_EQ(model->noticeText(), u"Renamed 0 sounds and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Renamed 0 sounds and added tags."_s);
     EXPECT_FALSE(model->isWorking());
 }
 
@@ -223,7 +227,7 @@ TEST_F(SmartActionsTest, AGivenNameIsNotHeardOver)
     languageModel.answer = idea(u"Heavy Door Slam"_s, {});
     rename({sound(1)});
     hear({{u"door"_s, 0.9}});
-    model->applyHeard(sound(1), {u"Door"_s, {}, {}, {{u"door"_s, 0.95}}});
+    applyHeard(*model, sound(1), {u"Door"_s, {}, {}, {{u"door"_s, 0.95}}});
     EXPECT_EQ(sound(1).name, u"Heavy Door Slam"_s);
 }
 
@@ -231,14 +235,14 @@ TEST_F(SmartActionsTest, WhatIsDeletedMeanwhileStaysDeleted)
 {
     languageModel.available = false;
     rename(all());
-    model->deleteItems({sound(0)}); // while it is listened to
+    deleteItems(*model, {sound(0)}); // while it is listened to
     hear({{u"dog"_s, 0.5}});
     EXPECT_EQ(sound(0).name, u"MVI_0007"_s);
-    model->deleteItems(all()); // and while another is
+    deleteItems(*model, all()); // and while another is
     hear({{u"rain"_s, 0.5}});
     EXPECT_TRUE(all().isEmpty());
     EXPECT_FALSE(model->isWorking());
-    EXPECT_EQ(model->noticeText(), u"Renamed 0 sounds and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Renamed 0 sounds and added tags."_s);
 }
 
 TEST_F(SmartActionsTest, ASoundThatIsDeletedBeforeItsTurnIsNotListenedTo)
@@ -246,10 +250,10 @@ TEST_F(SmartActionsTest, ASoundThatIsDeletedBeforeItsTurnIsNotListenedTo)
     languageModel.available = false;
     rename(all());
     const std::size_t hearings = work.hearings.size();
-    model->deleteItems({sound(1)});
+    deleteItems(*model, {sound(1)});
     hear({{u"dog"_s, 0.5}});
     EXPECT_EQ(work.hearings.size(), hearings);
-    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s);
 }
 
 TEST_F(SmartActionsTest, ANameThatIsGivenMeanwhileStays)
@@ -269,12 +273,12 @@ TEST_F(SmartActionsTest, WhatTheEditorHearsFirstIsNoChosenName)
 {
     languageModel.answer = idea(u"Heavy Door Slam"_s, {u"wood"_s});
     rename({sound(0)});
-    model->applyHeard(sound(0), {u"Door"_s, {}, {}, {{u"door"_s, 0.95}}});
+    applyHeard(*model, sound(0), {u"Door"_s, {}, {}, {{u"door"_s, 0.95}}});
     EXPECT_EQ(sound(0).name, u"Door"_s);
     hear({{u"door"_s, 0.9}});
     EXPECT_EQ(sound(0).name, u"Heavy Door Slam"_s);
     EXPECT_TRUE(sound(0).tags.contains(u"wood"_s));
-    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s);
 }
 
 TEST_F(SmartActionsTest, TheWorkIsOverWhenItIsTold)
@@ -282,7 +286,7 @@ TEST_F(SmartActionsTest, TheWorkIsOverWhenItIsTold)
     languageModel.available = false;
     rename({sound(1)});
     std::optional<bool> wasWorking;
-    QObject::connect(model.get(), &AppModel::noticeChanged, model.get(), [&] { wasWorking = model->isWorking(); });
+    QObject::connect(&model->notices(), &Notices::changed, model.get(), [&] { wasWorking = model->isWorking(); });
     hear({{u"dog"_s, 0.5}});
     EXPECT_EQ(wasWorking, false);
 }
@@ -299,22 +303,21 @@ TEST_F(SmartActionsTest, TagsThatAreAddedMeanwhileStay)
 TEST_F(SmartActionsTest, TwoRunsAtOnceNameASoundOnce)
 {
     languageModel.available = false;
-    rename({sound(0), sound(1)});
     rename({sound(0)});
-    EXPECT_EQ(model->workingText(), u"Naming 1"_s); // the newest
+    rename({sound(0), sound(1)}); // the second has only one of them
+    EXPECT_EQ(model->work().text(), u"Naming 1"_s);
     ASSERT_GE(work.hearings.size(), 2U);
     const std::size_t last = work.hearings.size() - 1;
+    EXPECT_TRUE(model->names().isLookedAt(sound(0).id) && model->names().isLookedAt(sound(1).id));
     work.hearings[last - 1].answer({{u"dog"_s, 0.5}});
     settle();
     EXPECT_EQ(sound(0).name, u"Dog"_s);
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s);
+    EXPECT_TRUE(model->isWorking());
     work.hearings[last].answer({{u"rain"_s, 0.5}});
     settle();
     EXPECT_EQ(sound(0).name, u"Dog"_s);
-    EXPECT_EQ(model->noticeText(), u"Renamed 0 sounds and added tags."_s);
-    EXPECT_EQ(model->workingText(), u"Naming 2"_s);
-    hear({{u"rain"_s, 0.5}});
     EXPECT_EQ(sound(1).name, u"Rain"_s);
-    EXPECT_EQ(model->noticeText(), u"Renamed 2 sounds and added tags."_s);
     EXPECT_FALSE(model->isWorking());
 }
 
@@ -326,12 +329,12 @@ TEST_F(SmartActionsTest, FortyCameraFilesAreNamedInOneRun)
     open(names);
     languageModel.available = false;
     rename(all());
-    EXPECT_EQ(model->workingText(), u"Naming 40"_s);
+    EXPECT_EQ(model->work().text(), u"Naming 40"_s);
     for (int i = 0; i < 40; ++i)
         hear({{i % 2 == 0 ? u"dog"_s : u"rain"_s, 0.5}});
     for (int i = 0; i < 40; ++i)
         EXPECT_EQ(sound(i).name, i % 2 == 0 ? u"Dog"_s : u"Rain"_s);
-    EXPECT_EQ(model->noticeText(), u"Renamed 40 sounds and added tags."_s);
+    EXPECT_EQ(model->notices().text(), u"Renamed 40 sounds and added tags."_s);
     EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items(), all()); // and so they are on the disk
 }
 
@@ -369,13 +372,13 @@ TEST_F(SmartActionsTest, SuggestsForAChosenNameToo)
 TEST_F(SmartActionsTest, AUsedSuggestionIsTheSoundsNameAndIsGone)
 {
     model->editor().setSmartSuggestion(EditorModel::SmartSuggestion{u"Heavy Door Slam"_s, {u"door"_s, u"wood"_s}});
-    model->useSmartSuggestion(sound(0));
+    useSmartSuggestion(*model, sound(0));
     EXPECT_EQ(sound(0).name, u"Heavy Door Slam"_s);
     EXPECT_EQ(sound(0).tags, (QStringList{u"door"_s, u"wood"_s}));
     EXPECT_EQ(model->editor().item()->name, u"Heavy Door Slam"_s);
     EXPECT_FALSE(model->editor().smartSuggestion());
     const SoundItem named = sound(0);
-    model->useSmartSuggestion(named); // there is none any more
+    useSmartSuggestion(*model, named); // there is none any more
     EXPECT_EQ(sound(0), named);
 }
 
@@ -387,7 +390,7 @@ TEST_F(SmartActionsTest, AnEmptySuggestionDoesNothing)
     ASSERT_TRUE(model->editor().smartSuggestion());
     EXPECT_TRUE(model->editor().smartSuggestion()->name.isEmpty());
     const SoundItem before = sound(0);
-    model->useSmartSuggestion(before);
+    useSmartSuggestion(*model, before);
     EXPECT_EQ(sound(0), before);
     EXPECT_TRUE(model->editor().smartSuggestion());
 }
@@ -409,7 +412,7 @@ TEST_F(SmartActionsTest, ASuggestionForADeletedSoundIsDropped)
 {
     languageModel.available = false;
     suggest(sound(0));
-    model->deleteItems(all());
+    deleteItems(*model, all());
     hear({{u"dog"_s, 0.5}});
     EXPECT_FALSE(model->editor().smartSuggestion());
     EXPECT_FALSE(model->editor().isThinking());
@@ -459,5 +462,55 @@ TEST_F(SmartActionsTest, ASecondProgramMayHandSoundsOver)
     EXPECT_EQ(sound(2).name, u"Cellar Door"_s);
     EXPECT_EQ(HandedOver::carryOut(*model, {{u"name"_s, u"all"_s}}), (QJsonObject{{u"ok"_s, false}}));
     settle();
-    EXPECT_EQ(model->noticeText(), u"Named it and added tags."_s); // of before
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s); // of before
+}
+
+TEST_F(SmartActionsTest, ASoundThatIsBeingNamedIsRefusedASecondTime)
+{
+    auto first = smartRename(*model, all());
+    settle();
+    const NamingOutcome second = test::await(smartRename(*model, {sound(0), sound(1)}));
+    EXPECT_TRUE(second.isAtWork);
+    EXPECT_TRUE(second.renamed.isEmpty());
+    EXPECT_TRUE(model->notices().text().isEmpty());
+    for (int i = 0; i < 2; ++i)
+        hear({{u"door"_s, 0.9}});
+    EXPECT_EQ(test::await(std::move(first)).renamed, (QList<QUuid>{sound(0).id, sound(1).id}));
+    EXPECT_FALSE(test::await(smartRename(*model, all())).isAtWork);
+}
+
+TEST_F(SmartActionsTest, ManyNamesAreSavedTogether)
+{
+    QStringList names;
+    for (int i = 0; i < 120; ++i)
+        names << u"IMG_%1"_s.arg(1000 + i);
+    open(names);
+    const int before = model->library().saveCount();
+    auto flow = smartRename(*model, all());
+    for (int i = 0; i < 120; ++i)
+        hear({{u"door"_s, 0.9}});
+    EXPECT_EQ(test::await(std::move(flow)).renamed.size(), 120);
+    EXPECT_EQ(model->library().saveCount() - before, 3); // 50 at a time
+    EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items(), all());
+}
+
+TEST_F(SmartActionsTest, WhatWasNamedBeforeTheProgramEndsIsKept)
+{
+    startFlow(smartRename(*model, all()));
+    settle();
+    hear({{u"door"_s, 0.9}});
+    model->close();
+    EXPECT_FALSE(model->isWorking());
+    EXPECT_NE(sound(0).name, u"IMG_0042"_s);
+    EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items(), all());
+}
+
+TEST_F(SmartActionsTest, LeavingTheSoundCancelsTheQuestionForItsName)
+{
+    suggest(sound(0));
+    ASSERT_FALSE(work.hearings.empty());
+    const ProgressPtr asked = work.hearings.back().question.progress;
+    EXPECT_EQ(work.hearings.back().question.lane, Lane::shown); // somebody waits for it
+    model->setSelection(sound(2).id);
+    EXPECT_TRUE(asked->isCancelled());
 }

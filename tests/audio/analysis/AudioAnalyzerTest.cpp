@@ -1,6 +1,7 @@
 #include "audio/analysis/AudioAnalyzer.h"
 
 #include "platform/media/AudioFile.h"
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/WavBytes.h"
@@ -241,4 +242,15 @@ TEST(AudioThumbnail, HasAllBinsForEveryCombination)
         for (const int bins : {1, 2, 3, 7, 48, 49, 97, 100})
             EXPECT_THAT(withPeaks(std::vector<float>(static_cast<std::size_t>(hops), 0.25F)).thumbnail(bins),
                         testing::AllOf(SizeIs(bins), Each(0.5F)));
+}
+
+TEST(AudioAnalyzer, EndsSoonAfterItIsCancelled)
+{
+    // Many channels make a hop as long as a block.
+    for (const std::uint16_t channels : {std::uint16_t(2), std::uint16_t(64)}) {
+        const test::WavBytes wav = {.channels = channels};
+        const QString path = test::makeFile(u"long.wav"_s, wav.withSilence(std::size_t(20'000'000 / channels)));
+        const auto analyze = [&path](Progress& progress) { AudioAnalyzer::analyze(path, &progress); };
+        EXPECT_LE(test::workAfterCancel(analyze), test::kSoon) << channels;
+    }
 }

@@ -1,5 +1,6 @@
 #include "audio/analysis/WaveformPeaks.h"
 
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/WavBytes.h"
 
@@ -66,4 +67,11 @@ TEST(WaveformPeaks, ReadsCompressedFiles)
 {
     EXPECT_THAT(WaveformPeaks::compute(test::makeMedia(u"w.mp3"_s, test::wandering(44'100, 2, 1)), 20),
                 testing::AllOf(SizeIs(20), Each(testing::Gt(0.5F)), testing::Contains(1.0F)));
+}
+
+TEST(WaveformPeaks, EndsSoonAfterItIsCancelled)
+{
+    const QString path = test::makeFile(u"long.wav"_s, test::WavBytes{.channels = 2}.withSilence(20'000'000));
+    const auto draw = [&path](Progress& progress) { WaveformPeaks::compute(path, 1'000, &progress); };
+    EXPECT_LE(test::workAfterCancel(draw), test::kSoon);
 }

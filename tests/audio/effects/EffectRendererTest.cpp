@@ -6,6 +6,7 @@
 #include "audio/export/AudioExporter.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Signal.h"
@@ -442,4 +443,37 @@ TEST(EffectRenderer, GivesAnExportWhatItRendered)
     const ExportResult result = AudioExporter::exportRange(request, path);
     EXPECT_EQ(result.frames, AudioFile(rendered).length());
     EXPECT_NEAR(double(result.frames), 48'000, 481);
+}
+
+TEST(EffectRenderer, EndsSoonAfterItIsCancelled)
+{
+    const QString path =
+        write(u"long.wav"_s, test::bufferOf({test::noise(30, 1, 0.3F, 44'100), test::noise(30, 2, 0.3F, 44'100)}, 44'100));
+    const auto read = [&path](Progress& progress) { EffectRenderer::read(path, 0, 30, &progress); };
+    EXPECT_LE(test::workAfterCancel(read), test::kSoon);
+    const auto render = [&path](Progress& progress) {
+        EffectRenderer::renderBuffer(path, 0, 30, settingsOf(R"({"reverb":1,"echo":1,"voice":"robot"})"), &progress);
+    };
+    EXPECT_LE(test::workAfterCancel(render), test::kSoon);
+}
+
+TEST(EffectRenderer, EndsEachStepOfALongSoundSoonAfterItIsCancelled)
+{
+    AudioBuffer sound = test::stereo(test::noise(180, 1, 0.0001F)); // too soft to be heard: all of it is looked at
+    const qint64 frames = sound.frameLength();
+    const auto reverse = [&](Progress& progress) { EffectRenderer::reverse(sound, &progress); };
+    EXPECT_LE(test::workAfterCancel(reverse), test::kSoon);
+    const auto trim = [&](Progress& progress) {
+        sound.setFrameLength(frames);
+        EffectRenderer::trimSilence(sound, &progress);
+    };
+    EXPECT_LE(test::workAfterCancel(trim), test::kSoon);
+    sound.setFrameLength(frames);
+    const EffectSettings loud = settingsOf(R"({"gainDb":1,"fadeIn":90,"fadeOut":90})");
+    const auto level = [&](Progress& progress) { EffectRenderer::applyGainAndFades(sound, loud, &progress); };
+    EXPECT_LE(test::workAfterCancel(level), test::kSoon);
+    const OwnTempFolder folder;
+    const auto writeAll = [&](Progress& progress) { QFile::remove(EffectRenderer::writeTemp(sound, &progress)); };
+    EXPECT_LE(test::workAfterCancel(writeAll), test::kSoon);
+    EXPECT_EQ(folder.names(), QStringList());
 }

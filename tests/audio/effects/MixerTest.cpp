@@ -1,5 +1,6 @@
 #include "audio/effects/Mixer.h"
 #include "audio/effects/EffectRenderer.h"
+#include "support/Cancelling.h"
 #include "support/Signal.h"
 
 #include <gmock/gmock.h>
@@ -120,4 +121,11 @@ TEST(Mixer, CountsASilencedPieceForTheLength)
     const AudioBuffer mix = mixed({piece(Samples(100, 0.5F)), piece(Samples(100, 0.5F), 1, 0)});
     EXPECT_EQ(mix.frameLength(), 48'100);
     EXPECT_EQ(test::peakOf(mix.channel(0).last(48'000)), 0);
+}
+
+TEST(Mixer, EndsSoonAfterItIsCancelled)
+{
+    const std::vector<Mixer::Piece> pieces(20, piece(test::noise(30, 1)));
+    const auto mix = [&pieces](Progress& progress) { Mixer::mix(pieces, &progress); };
+    EXPECT_LE(test::workAfterCancel(mix), test::kSoon);
 }

@@ -1,4 +1,5 @@
 #include "audio/effects/TimePitch.h"
+#include "support/Cancelling.h"
 #include "support/Clicks.h"
 #include "support/Signal.h"
 
@@ -241,4 +242,15 @@ TEST(TimePitch, StopsWhenItIsCancelled)
     Progress whole;
     TimePitch::apply(in, 2, 0, out, &whole);
     EXPECT_EQ(whole.fraction(), 1);
+}
+
+TEST(TimePitch, EndsSoonAfterItIsCancelled)
+{
+    const auto work = [](const AudioBuffer& in, double rate) {
+        AudioBuffer out({48'000, 2}, in.frameLength());
+        out.setFrameLength(in.frameLength());
+        return test::workAfterCancel([&](Progress& progress) { TimePitch::apply(in, rate, 0, out, &progress); });
+    };
+    EXPECT_LE(work(test::stereo(test::noise(5, 1)), 1.5), test::kSoon);
+    EXPECT_LE(work(test::stereo(test::noise(180, 1)), 1), test::kSoon) << "a copy";
 }

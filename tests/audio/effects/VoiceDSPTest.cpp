@@ -1,4 +1,5 @@
 #include "audio/effects/VoiceDSP.h"
+#include "support/Cancelling.h"
 #include "support/Signal.h"
 
 #include <gmock/gmock.h>
@@ -164,5 +165,14 @@ TEST(VoiceDSP, TreatsBothChannelsAlike)
         VoiceDSP::apply(style, buffer);
         EXPECT_EQ(test::samplesOf(buffer, 0), test::samplesOf(buffer, 1));
         EXPECT_EQ(test::samplesOf(buffer, 0), processed(style, input));
+    }
+}
+
+TEST(VoiceDSP, EndsSoonAfterItIsCancelled)
+{
+    AudioBuffer sound = test::bufferOf({test::noise(60, 1)});
+    for (const VoiceStyle style : kRecipes) {
+        const auto speak = [&](Progress& progress) { VoiceDSP::apply(style, sound, &progress); };
+        EXPECT_LE(test::workAfterCancel(speak), test::kSoon);
     }
 }

@@ -1,6 +1,7 @@
 #include "audio/export/AudioExporter.h"
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Signal.h"
@@ -407,4 +408,28 @@ TEST(AudioExporter, ConvertsToNoFormatThatIsNone)
     EXPECT_EQ(messageFor({std::numeric_limits<double>::quiet_NaN(), 1}), refusal);
     EXPECT_EQ(messageFor({48'000, 0}), refusal);
     EXPECT_EQ(messageFor({48'000, 65}), refusal);
+}
+
+TEST(AudioExporter, EndsSoonAfterItIsCancelledAndLeavesNothing)
+{
+    const QTemporaryDir folder;
+    const QString source = write(u"long.wav"_s, {test::noise(20, 1, 0.5F, 44'100), test::noise(20, 2, 0.5F, 44'100)}, 44'100);
+    for (const ExportPreset preset : {ExportPreset::anyEditor, ExportPreset::shortForm}) {
+        const QString path = folder.filePath(u"part"_s);
+        const auto exportAll = [&](Progress& progress) {
+            AudioExporter::exportRange(request(source, 0, 20, preset), path, &progress);
+            QFile::remove(path); // of a run that came to its end
+        };
+        EXPECT_LE(test::workAfterCancel(exportAll), test::kSoon);
+        EXPECT_EQ(entriesOf(folder.path()), QStringList());
+    }
+}
+
+TEST(AudioExporter, EndsItsFadesAndLevelsSoonAfterItIsCancelled)
+{
+    AudioBuffer sound = test::stereo(test::noise(180, 1, 0.5F));
+    const auto process = [&sound](Progress& progress) {
+        AudioExporter::process(sound, ExportPreset::anyEditor, 60, 60, &progress);
+    };
+    EXPECT_LE(test::workAfterCancel(process), test::kSoon);
 }

@@ -123,8 +123,9 @@ private:
     {
         m_autoFolder.reset();
         m_defaults = std::make_unique<Defaults>(m_base.filePath(u"config/settings.ini"_s));
-        m_autoFolder = std::make_unique<AutoFolder>(*m_defaults, m_clock, m_workers,
-                                                    [this](const Sound& sound, const QString& path) { write(sound, path); });
+        m_autoFolder = std::make_unique<AutoFolder>(
+            *m_defaults, m_clock, m_workers,
+            [this](const Sound& sound, const QString& path, const Progress&) { write(sound, path); });
     }
 
     // On a thread of the pool, in two halves.

@@ -51,11 +51,12 @@ protected:
     {
         autoFolder.reset();
         defaults = std::make_unique<Defaults>(base.filePath(u"config/settings.ini"_s));
-        autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers, [this](const Sound& one, const QString& path) {
-            if (failing.contains(one.name))
-                throw FileError(FileError::Action::write, path, ENOSPC);
-            test::writeBytes(path, one.name.toUtf8());
-        });
+        autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers,
+                                                  [this](const Sound& one, const QString& path, const Progress&) {
+                                                      if (failing.contains(one.name))
+                                                          throw FileError(FileError::Action::write, path, ENOSPC);
+                                                      test::writeBytes(path, one.name.toUtf8());
+                                                  });
     }
     void turnOn()
     {
@@ -415,14 +416,14 @@ TEST_F(AutoFolderTest, FilesAreMadeOneAtATimeAndNotHere)
     std::atomic<int> atOnce = 0;
     std::atomic<int> most = 0;
     std::atomic<bool> isHere = false;
-    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers,
-                                              [&, here = QThread::currentThread()](const Sound&, const QString& path) {
-                                                  most = std::max(most.load(), ++atOnce);
-                                                  isHere = isHere || QThread::currentThread() == here;
-                                                  QThread::msleep(5);
-                                                  test::writeBytes(path, "x");
-                                                  --atOnce;
-                                              });
+    autoFolder = std::make_unique<AutoFolder>(
+        *defaults, clock, workers, [&, here = QThread::currentThread()](const Sound&, const QString& path, const Progress&) {
+            most = std::max(most.load(), ++atOnce);
+            isHere = isHere || QThread::currentThread() == here;
+            QThread::msleep(5);
+            test::writeBytes(path, "x");
+            --atOnce;
+        });
     turnOn();
     EXPECT_EQ(sync({sound(u"A"_s), sound(u"B"_s), sound(u"C"_s), sound(u"D"_s)}), 4);
     EXPECT_EQ(most, 1);
@@ -464,10 +465,11 @@ TEST_F(AutoFolderTest, WhatAKilledRunLeftIsSweptAndNothingElse)
 TEST_F(AutoFolderTest, AFileThatTurnsUpMeanwhileIsNotWrittenOver)
 {
     restart();
-    autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers, [this](const Sound&, const QString& path) {
-        test::writeBytes(path, "ours");
-        test::writeBytes(folder + u"/Dog.wav"_s, "theirs");
-    });
+    autoFolder =
+        std::make_unique<AutoFolder>(*defaults, clock, workers, [this](const Sound&, const QString& path, const Progress&) {
+            test::writeBytes(path, "ours");
+            test::writeBytes(folder + u"/Dog.wav"_s, "theirs");
+        });
     turnOn();
     EXPECT_EQ(sync({sound(u"Dog"_s)}), 0);
     EXPECT_EQ(content(u"Dog.wav"_s), "theirs");

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -190,4 +193,34 @@ TEST_F(FilesTest, SweepsOnlyItsOwnStrays)
     put(at(u"tonequill-1.tmp"_s), "x");
     Files::sweepStrays(folder.path());
     EXPECT_EQ(everything(), (QStringList{u".other.tmp"_s, u"tonequill-1.tmp"_s}));
+}
+
+TEST_F(FilesTest, ACopyEndsWithTheBlockInWhichItIsCancelled)
+{
+    // A file in memory: no file system can share its bytes with the copy instead of writing them.
+    constexpr int kMebibytes = 128;
+    const int fd = ::memfd_create("source", MFD_CLOEXEC);
+    ASSERT_EQ(::ftruncate(fd, kMebibytes << 20), 0);
+    bool wasCancelled = false;
+    for (int tries = 0; !wasCancelled && tries < 20; ++tries) { // a busy machine may copy all of it meanwhile
+        Progress progress;
+        double doneBefore = 0;
+        std::thread canceller([&] {
+            while (progress.fraction() < 0.2)
+                std::this_thread::yield();
+            progress.cancel();
+            doneBefore = progress.fraction();
+        });
+        try {
+            Files::copy(u"/proc/self/fd/%1"_s.arg(fd), at(u"copy"_s), &progress);
+        } catch (const Cancelled&) {
+            wasCancelled = true;
+        }
+        canceller.join();
+        EXPECT_LE(progress.fraction() - doneBefore, 1.01 / kMebibytes);
+        QFile::remove(at(u"copy"_s)); // of one that came to its end
+    }
+    EXPECT_TRUE(wasCancelled);
+    EXPECT_EQ(everything(), QStringList());
+    ::close(fd);
 }

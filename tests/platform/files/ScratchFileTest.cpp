@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -42,4 +43,31 @@ TEST(ScratchFile, HasAFreshNameInTheTemporaryFolder)
     EXPECT_TRUE(one.path().startsWith(QDir::tempPath() + u'/'));
     EXPECT_TRUE(one.path().endsWith(u".wav"_s));
     EXPECT_FALSE(QFile::exists(one.path()));
+}
+
+TEST(ScratchFile, StaysOnceItIsKept)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"kept.wav"_s);
+    {
+        ScratchFile file(path);
+        EXPECT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+        file.keep();
+        ScratchFile::removeAll(); // it is none of them any more
+    }
+    EXPECT_TRUE(QFile::exists(path));
+}
+
+TEST(ScratchFile, AllThatAreThereCanBeRemovedAtOnce)
+{
+    const QTemporaryDir folder;
+    const QString first = folder.filePath(u"first.wav"_s);
+    const QString second = folder.filePath(u"second.wav"_s);
+    ScratchFile one(first);
+    const ScratchFile moved(std::move(one));
+    const ScratchFile two(second);
+    for (const QString& path : {first, second})
+        EXPECT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+    ScratchFile::removeAll();
+    EXPECT_FALSE(QFile::exists(first) || QFile::exists(second));
 }

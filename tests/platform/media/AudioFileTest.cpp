@@ -1,7 +1,9 @@
 #include "platform/media/AudioFile.h"
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Sound.h"
+#include "support/WavBytes.h"
 
 #include <QtEndian>
 
@@ -104,4 +106,35 @@ TEST(AudioFile, KeepsTheEncodersSoundWhole)
             difference = std::max<double>(difference, std::abs(ours.channel(1)[i] - theirs.channel(1)[i]));
         EXPECT_LT(difference, 1e-3) << name.toStdString(); // two Opus decoders differ by that much
     }
+}
+
+TEST(AudioFile, EndsSoonAfterItIsCancelled)
+{
+    // Frames follow frames: the same bytes again and again are a longer sound.
+    const QStringList sound = test::wandering(48'000, 2, 5);
+    const QString aac = test::makeFile(
+        u"long.aac"_s,
+        test::bytesOfFile(test::makeMedia(u"short.aac"_s, sound + QStringList{u"-b:a"_s, u"48k"_s})).repeated(600));
+    const auto open = [&aac](Progress& progress) { AudioFile(aac, &progress); };
+    EXPECT_LE(test::workAfterCancel(open), test::kSoon) << "while its packets are counted";
+
+    const QString mp3 = test::makeFile(u"long.mp3"_s, test::bytesOfFile(test::makeMedia(u"short.mp3"_s, sound)).repeated(20));
+    const QString wav = test::makeFile(u"long.wav"_s, test::WavBytes{.channels = 2}.withSilence(20'000'000));
+    for (const QString& path : {mp3, wav}) {
+        AudioBuffer all = test::readAll(path);
+        const auto read = [&](Progress& progress) { AudioFile(path, &progress).read(all); };
+        EXPECT_LE(test::workAfterCancel(read), test::kSoon) << path.toStdString();
+    }
+}
+
+TEST(AudioFile, SaysCancelledWhateverItWouldHaveSaid)
+{
+    Progress progress;
+    AudioFile file(test::makeMedia(u"position.wav"_s, test::wandering(48'000, 2, 1)), &progress);
+    AudioBuffer block(file.format(), 1'000);
+    file.read(block);
+    progress.cancel();
+    EXPECT_THROW(file.read(block), Cancelled);
+    EXPECT_THROW(file.seek(10), Cancelled);
+    EXPECT_THROW(AudioFile(test::scratchPath(u"nowhere.wav"_s), &progress), Cancelled);
 }

@@ -1,9 +1,12 @@
 #include "platform/media/AudioFileWriter.h"
 
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
+#include "support/Signal.h"
 #include "support/Sound.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
 
@@ -282,4 +285,19 @@ TEST(AudioFileWriter, EndsAWavBeforeItsSizesOverflow)
         EXPECT_EQ(error.message(), u"“huge.wav” couldn't be saved: a WAV file can't be larger than 4 GB."_s);
     }
     EXPECT_FALSE(QFileInfo::exists(path));
+}
+
+TEST(AudioFileWriter, EndsSoonAfterItIsCancelledAndLeavesNothing)
+{
+    for (const AudioEncoding encoding : {AudioEncoding::wavInt24, AudioEncoding::m4aAac}) {
+        const bool isQuick = encoding == AudioEncoding::wavInt24;
+        const AudioBuffer sound = test::stereo(test::noise(isQuick ? 120 : 20, 1));
+        const QString path = test::scratchPath(u"never"_s);
+        const auto write = [&](Progress& progress) {
+            AudioFileWriter writer(path, sound.format(), encoding);
+            writer.write(sound, &progress);
+        };
+        EXPECT_LE(test::workAfterCancel(write), test::kSoon);
+        EXPECT_FALSE(QFile::exists(path));
+    }
 }

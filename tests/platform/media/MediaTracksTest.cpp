@@ -1,10 +1,12 @@
 #include "platform/media/MediaTracks.h"
 
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Sound.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <gmock/gmock.h>
@@ -201,5 +203,26 @@ TEST(AudioExtraction, ReportsItsProgressAndCanBeStopped)
         const QString destination = test::scratchPath(u"stopped.m4a"_s);
         EXPECT_THROW(extractFirstAudio(film, destination, &progress), Cancelled);
         EXPECT_FALSE(QFileInfo::exists(destination));
+    }
+}
+
+TEST(AudioExtraction, EndsSoonAfterItIsCancelled)
+{
+    const QStringList sound = test::wandering(48'000, 2, 5);
+    const auto repeated = [&sound](const QString& name, int times) {
+        const QString one = test::makeMedia(u"one-"_s + name, sound + QStringList{u"-b:a"_s, u"64k"_s});
+        return test::makeFile(name, test::bytesOfFile(one).repeated(times));
+    };
+    // The one is copied as it is, the other encoded anew.
+    for (const QString& source : {repeated(u"copied.aac"_s, 500), repeated(u"encoded.mp3"_s, 4)}) {
+        const QString destination = test::scratchPath(u"stopped.m4a"_s);
+        const auto extract = [&](Progress& progress) { extractFirstAudio(source, destination, &progress); };
+        EXPECT_LE(test::workAfterCancel(extract), test::kSoon) << source.toStdString();
+        QFile::remove(destination); // of a run that came to its end
+        Progress progress;
+        progress.cancel();
+        EXPECT_THROW(extractFirstAudio(source, destination, &progress), Cancelled);
+        EXPECT_FALSE(QFileInfo::exists(destination));
+        EXPECT_THROW(mediaTracks(source, &progress), Cancelled);
     }
 }

@@ -103,6 +103,16 @@ Item {
             compare(clicks.count, 1);
         }
 
+        function test_aKeyThatIsHeldIsOneWish() {
+            clicks.target = plain;
+            clicks.clear();
+            plain.forceActiveFocus(Qt.TabFocusReason);
+            Fixture.hold(root.Window.window, Qt.Key_Return, 20);
+            compare(clicks.count, 1);
+            Fixture.hold(root.Window.window, Qt.Key_Enter, 20);
+            compare(clicks.count, 2);
+        }
+
         function test_aTipComesWithTheKeyboardAndGoes() {
             icon.forceActiveFocus(Qt.TabFocusReason);
             tryVerify(() => Look.find(root.Window.window.contentItem, item => item.text === "Loop" && item.visible && item !== icon));

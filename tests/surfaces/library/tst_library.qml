@@ -125,6 +125,13 @@ TestCase {
         verify(label("3 sounds · saved on this Mac"));
     }
 
+    function test_deleteThatIsHeldDeletesOnce() {
+        open(4);
+        clickRow(1);
+        Fixture.hold(window, Qt.Key_Delete, 20);
+        compare(list.model.soundCount, 3);
+    }
+
     function test_theRingShowsOnlyWithTheKeys() {
         open(3);
         const ring = () => Look.ofType(list, "FocusRing");

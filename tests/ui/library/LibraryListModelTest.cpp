@@ -1,4 +1,5 @@
 #include "ui/library/LibraryListModel.h"
+#include "app/library/ImportFlows.h"
 
 #include "support/Await.h"
 #include "support/LibraryFolder.h"
@@ -183,7 +184,7 @@ TEST_F(LibraryListModelTest, FilesThatComeInStandInFrontUntilTheyAreThere)
 {
     open(2);
     const QStringList files{test::writeTone(folder.filePath(u"x.wav"_s)), test::writeTone(folder.filePath(u"y.wav"_s))};
-    auto flow = app->importURLs(files);
+    auto flow = importURLs(*app, files);
     EXPECT_EQ(rows(), u"xyAb"_s);
     EXPECT_TRUE(at(0, LibraryListModel::IsIncomingRole).toBool());
     EXPECT_TRUE(at(0, LibraryListModel::SubtitleRole).toString().startsWith(u"Adding…"_s));
@@ -204,9 +205,9 @@ TEST_F(LibraryListModelTest, AFileThatFailsGoesAgain)
 {
     open(1);
     test::writeBytes(folder.filePath(u"words.txt"_s), "words");
-    test::await(app->importURLs({folder.filePath(u"words.txt"_s)}));
+    test::await(importURLs(*app, {folder.filePath(u"words.txt"_s)}));
     EXPECT_EQ(rows(), u"A"_s);
-    EXPECT_TRUE(app->noticeIsError());
+    EXPECT_TRUE(app->notices().isError());
 }
 
 TEST_F(LibraryListModelTest, TheSearchCountsTheLibrarysSoundsAllTheSame)
@@ -249,7 +250,7 @@ TEST_F(LibraryListModelTest, SaysThatNothingWasFound)
     model->moveTo(0, kPlain);
     app->library().rename(app->library().items()[0], u"xylophone"_s);
     EXPECT_EQ(model->nothingFound(), QString());
-    app->deleteItems(app->library().items());
+    deleteItems(*app, app->library().items());
     EXPECT_EQ(model->nothingFound(), u"No Results for “xylophone”"_s);
     EXPECT_TRUE(model->isEmpty());
 }
@@ -258,7 +259,7 @@ TEST_F(LibraryListModelTest, FilesThatComeInAreShownWhateverIsSearched)
 {
     openNamed({u"a dog"_s});
     model->setQuery(u"cat"_s);
-    auto flow = app->importURLs({test::writeTone(folder.filePath(u"cat.wav"_s)), test::writeTone(folder.filePath(u"x.wav"_s))});
+    auto flow = importURLs(*app, {test::writeTone(folder.filePath(u"cat.wav"_s)), test::writeTone(folder.filePath(u"x.wav"_s))});
     EXPECT_EQ(rows(), u"catx"_s);
     EXPECT_EQ(model->nothingFound(), QString());
     test::await(std::move(flow));
@@ -278,7 +279,7 @@ TEST_F(LibraryListModelTest, AQueryThatFindsNothingShowsWhatIsRelatedToIt)
     EXPECT_EQ(rows(), u"A SCREAMc Creepy Door"_s);
     app->library().rename(app->library().items()[1], u"b spukhaft"_s); // now there is something
     EXPECT_EQ(model->relatedHeading(), QString());
-    app->deleteItems(app->library().items()); // all of it
+    deleteItems(*app, app->library().items()); // all of it
     EXPECT_EQ(model->relatedHeading(), u"Related to “spukhaft”: creepy, scream"_s);
     EXPECT_EQ(model->nothingFound(), u"No Results for “spukhaft”"_s);
     EXPECT_EQ(model->rowCount(), 0);

@@ -1,4 +1,5 @@
 #include "ui/settings/SettingsView.h"
+#include "app/library/ImportFlows.h"
 
 #include "support/Environment.h"
 #include "support/LibraryFolder.h"
@@ -86,7 +87,7 @@ TEST_F(SettingsViewTest, EachSwitchIsKept)
 TEST_F(SettingsViewTest, FollowsWhatIsSetElsewhere)
 {
     const QSignalSpy changes(view.get(), &SettingsView::changed);
-    app->setHideCreditSounds(true);
+    app->settings().setHideCreditSounds(true);
     EXPECT_EQ(changes.count(), 1);
     EXPECT_TRUE(view->hideCreditSounds());
 }
@@ -97,37 +98,37 @@ TEST_F(SettingsViewTest, SavesToTheDownloadsAndBackToTheDesktop)
     view->saveToDownloads();
     EXPECT_EQ(view->saveTo(), SettingsView::Downloads);
     EXPECT_EQ(view->saveFolderName(), u"Downloads"_s);
-    EXPECT_EQ(app->saveFolder(), home(u"Downloads"_s));
+    EXPECT_EQ(app->settings().saveFolder(), home(u"Downloads"_s));
     EXPECT_EQ(written().text(u"saveFolderPath"_s), home(u"Downloads"_s));
 
     view->saveToDesktop();
     EXPECT_EQ(view->saveTo(), SettingsView::Desktop);
-    EXPECT_EQ(app->saveFolder(), home(u"Desktop"_s));
+    EXPECT_EQ(app->settings().saveFolder(), home(u"Desktop"_s));
     EXPECT_EQ(written().text(u"saveFolderPath"_s), std::nullopt);
 }
 
 TEST_F(SettingsViewTest, ShowsAChosenFolderByItsName)
 {
     QDir().mkpath(home(u"Cuts & مؤثرات"_s));
-    app->setSaveFolderPath(home(u"Cuts & مؤثرات"_s));
+    app->settings().setSaveFolderPath(home(u"Cuts & مؤثرات"_s));
     EXPECT_EQ(view->saveTo(), SettingsView::OtherFolder);
     EXPECT_EQ(view->saveFolderName(), u"Cuts & مؤثرات"_s);
-    app->setSaveFolderPath(home(u"Desktop/"_s)); // chosen by hand
+    app->settings().setSaveFolderPath(home(u"Desktop/"_s)); // chosen by hand
     EXPECT_EQ(view->saveTo(), SettingsView::Desktop);
-    app->setSaveFolderPath(u"/"_s);
+    app->settings().setSaveFolderPath(u"/"_s);
     EXPECT_EQ(view->saveFolderName(), u"/"_s);
 }
 
 TEST_F(SettingsViewTest, AFolderThatIsGoneMeansTheDesktopUntilItIsBack)
 {
     QDir().mkpath(home(u"Cuts"_s));
-    app->setSaveFolderPath(home(u"Cuts"_s));
+    app->settings().setSaveFolderPath(home(u"Cuts"_s));
     QDir().rmdir(home(u"Cuts"_s));
     const QSignalSpy changes(view.get(), &SettingsView::changed);
     view->refresh();
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(view->saveFolderName(), u"Desktop"_s);
-    EXPECT_EQ(app->saveFolderPath(), home(u"Cuts"_s)) << "the choice stays";
+    EXPECT_EQ(app->settings().saveFolderPath(), home(u"Cuts"_s)) << "the choice stays";
     QDir().mkpath(home(u"Cuts"_s));
     EXPECT_EQ(view->saveFolderName(), u"Cuts"_s);
 }
@@ -145,7 +146,7 @@ TEST_F(SettingsViewTest, TheCountsFollowTheLibraryAndTheCatalogue)
 {
     EXPECT_EQ(view->soundCounts(), u"3 saved, 0 searchable"_s);
     const QSignalSpy changes(view.get(), &SettingsView::soundCountsChanged);
-    app->deleteItems({app->library().items().first()});
+    deleteItems(*app, {app->library().items().first()});
     EXPECT_EQ(view->soundCounts(), u"2 saved, 0 searchable"_s);
     view->setSearchableCount(302'114);
     view->setSearchableCount(302'114);
@@ -166,7 +167,7 @@ TEST_F(SettingsViewTest, AFolderIsChosenInThePanel)
     EXPECT_EQ(panel->directory().absolutePath(), home(u"Desktop"_s));
     QDir().mkpath(home(u"Cuts"_s));
     Q_EMIT panel->filesSelected({home(u"Cuts"_s)});
-    EXPECT_EQ(app->saveFolder(), home(u"Cuts"_s));
+    EXPECT_EQ(app->settings().saveFolder(), home(u"Cuts"_s));
 }
 
 TEST_F(SettingsViewTest, ShowsTheLibrarysFolder)

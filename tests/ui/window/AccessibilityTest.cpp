@@ -1,3 +1,4 @@
+#include "app/library/ImportFlows.h"
 #include "fakes/FakeAudioPlayer.h"
 #include "support/Printing.h"
 #include "ui/OpenSound.h"
@@ -24,7 +25,7 @@ protected:
     void openEmpty()
     {
         program.view.reset();
-        program.app->deleteItems(program.app->library().items());
+        deleteItems(*program.app, program.app->library().items());
         show();
     }
 

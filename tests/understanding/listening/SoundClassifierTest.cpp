@@ -2,6 +2,7 @@
 
 #include "platform/media/AudioFile.h"
 #include "platform/process/Defaults.h"
+#include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 
@@ -196,4 +197,13 @@ TEST(SoundClassifier, IsChosenByTheEnvironmentOrTheDefaults)
     qunsetenv("TONEQUILL_CLASSIFIER");
     EXPECT_EQ(choice.networkPath, u"/b.onnx"_s);
     EXPECT_EQ(choice.classMapPath, QString()) << "a map belongs to its network";
+}
+
+TEST(SoundClassifier, EndsSoonAfterItIsCancelled)
+{
+    const QString path = test::makeMedia(u"long-cancelled.wav"_s, test::wandering(8'000, 1, 30));
+    const SoundClassifier classifier;
+    classifier.prepare();
+    const auto listen = [&](Progress& progress) { classifier.classify(path, 0, 30, 5, &progress); };
+    EXPECT_LE(test::workAfterCancel(listen), test::kSoon);
 }

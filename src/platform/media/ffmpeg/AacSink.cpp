@@ -92,10 +92,12 @@ void AacSink::encodePending()
         throw std::bad_alloc();
 }
 
-void AacSink::write(const AudioBuffer& buffer)
+void AacSink::write(const AudioBuffer& buffer, const Progress* progress)
 {
     qint64 first = 0;
     while (first < buffer.frameLength()) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         const qint64 count = std::min(kAacFrames - m_pendingFrames, buffer.frameLength() - first);
         for (int channel = 0; channel < buffer.channelCount(); ++channel) {
             auto* into = reinterpret_cast<float*>(m_pending->extended_data[channel]) + m_pendingFrames;

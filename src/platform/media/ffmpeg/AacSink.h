@@ -17,7 +17,7 @@ public:
     // Whether AAC knows this rate and channel count.
     static bool supports(AudioFormat format);
 
-    void write(const AudioBuffer& buffer) override;
+    void write(const AudioBuffer& buffer, const Progress* progress) override;
     void finish() override;
 
 private:

@@ -139,6 +139,7 @@ void ContainerPackets::scan(MediaInput::Moment deadline)
     bool isLate = false;
     m_isScanning = true;
     while (!isLate && next(packet.get(), where)) {
+        m_file->requireWanted();
         table.entries.push_back({*where, packet->size, packet->pos, packet->pts, printOf(*packet)});
         av_packet_unref(packet.get());
         isLate = table.entries.size() % 1024 == 0 && std::chrono::steady_clock::now() > deadline;

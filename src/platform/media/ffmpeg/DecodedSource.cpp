@@ -95,6 +95,7 @@ void DecodedSource::learn(MediaInput& input)
             m_firstOffset = m_packet->pos;
             m_firstSkip = trim ? trim->start : 0;
         }
+        m_file->requireWanted();
         decoder->send(m_packet.get());
         av_packet_unref(m_packet.get());
         if (const AVFrame* frame = decoder->receive()) {
@@ -306,6 +307,7 @@ bool DecodedSource::takeFrame()
 
 bool DecodedSource::sendNextPacket()
 {
+    m_file->requireWanted();
     const bool inStretches = m_traits.recovery == CodecTraits::Recovery::inStretches;
     if (inStretches && m_reader->nextPacket() > 0 && m_reader->nextPacket() % m_traits.stretch == 0)
         beginStretch();

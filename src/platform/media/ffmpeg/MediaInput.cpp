@@ -97,12 +97,13 @@ struct MediaInput::Callbacks {
 
     static int isLate(void* opaque)
     {
-        return std::chrono::steady_clock::now() > static_cast<MediaInput*>(opaque)->m_deadline ? 1 : 0;
+        const auto* self = static_cast<MediaInput*>(opaque);
+        return self->m_file->isCancelled() || std::chrono::steady_clock::now() > self->m_deadline ? 1 : 0;
     }
 };
 
-MediaInput::MediaInput(const QString& path)
-    : MediaInput(std::make_shared<const RegularFile>(path), std::chrono::steady_clock::now() + kPatience)
+MediaInput::MediaInput(const QString& path, const Progress* progress)
+    : MediaInput(std::make_shared<const RegularFile>(path, progress), std::chrono::steady_clock::now() + kPatience)
 {}
 
 MediaInput::MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline) : m_file(std::move(file)), m_deadline(deadline)

@@ -18,8 +18,9 @@ public:
     using Moment = std::chrono::steady_clock::time_point;
 
     // Throws AudioFileError: open for what is no regular file, unsupported for
-    // what is no audio or video file.
-    explicit MediaInput(const QString& path);
+    // what is no audio or video file, or isn't wanted any more.
+    // REQUIRES: `progress` outlives the input.
+    explicit MediaInput(const QString& path, const Progress* progress = nullptr);
     // Once more from the start, of a file that is open already; nothing is read
     // later than `deadline`.
     MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline);
@@ -46,7 +47,7 @@ public:
     void renewDeadline();
 
     // Reads the next packet of the selected tracks. False at the end of the file,
-    // where it cannot be read any more, and past the deadline.
+    // where it cannot be read any more, past the deadline, and when it isn't wanted.
     bool read(AVPacket* packet);
 
     // The bytes of the file that belong to sound data start here.

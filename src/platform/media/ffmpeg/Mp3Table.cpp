@@ -158,6 +158,7 @@ std::optional<PacketTable> mp3Table(const RegularFile& file, qint64 firstFrame)
     qint64 start = 0;
     quint32 fixed = 0;
     while (true) {
+        file.requireWanted(); // an hour has more than 100,000 of them
         const auto bytes = window.at(offset, kHeaderBytes);
         const std::optional<Header> header =
             bytes.size() == kHeaderBytes ? parseHeader(qFromBigEndian<quint32>(bytes.data())) : std::nullopt;

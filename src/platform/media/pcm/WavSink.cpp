@@ -70,13 +70,15 @@ WavSink::WavSink(const QString& path, AudioFormat format, Samples samples)
     m_block.resize(static_cast<std::size_t>(kBlockFrames * m_frameBytes));
 }
 
-void WavSink::write(const AudioBuffer& buffer)
+void WavSink::write(const AudioBuffer& buffer, const Progress* progress)
 {
     const qint64 frames = buffer.frameLength();
     if (frames > (kMaxRiffBytes - m_headerBytes - m_dataBytes) / m_frameBytes)
         throw AudioFileError(AudioFileError::Kind::write, m_file.path(), u"a WAV file can't be larger than 4 GB"_s);
     const int sampleBytes = bytesPerSample(m_samples);
     for (qint64 first = 0; first < frames; first += kBlockFrames) {
+        if (progress && progress->isCancelled())
+            throw Cancelled();
         const qint64 count = std::min(kBlockFrames, frames - first);
         for (int channel = 0; channel < m_format.channelCount; ++channel) {
             const float* from = buffer.channel(channel).data() + first;

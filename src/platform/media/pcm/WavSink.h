@@ -18,7 +18,7 @@ public:
     // Throws AudioFileError (write).
     WavSink(const QString& path, AudioFormat format, Samples samples);
 
-    void write(const AudioBuffer& buffer) override;
+    void write(const AudioBuffer& buffer, const Progress* progress) override;
     void finish() override;
 
 private:
