@@ -50,7 +50,7 @@ protected:
     Workers workers;
     Defaults defaults{base.filePath(u"tonequill.ini"_s)};
     std::function<void(const QString& name)> onCopy = [](const QString&) {};
-    AutoFolder autoFolder{defaults, clock, workers, [this](const AutoFolder::Sound& sound, const QString& path) {
+    AutoFolder autoFolder{defaults, clock, workers, [this](const AutoFolder::Sound& sound, const QString& path, const Progress&) {
                               onCopy(sound.name);
                               test::writeBytes(path, "sound");
                           }};
