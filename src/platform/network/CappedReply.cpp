@@ -3,7 +3,6 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QPromise>
 #include <QTimer>
 
 namespace tonequill {
@@ -13,12 +12,12 @@ namespace {
 // One request on its way; it lives as a child of its reply.
 class Exchange : public QObject {
 public:
-    Exchange(QNetworkReply* reply, std::chrono::milliseconds time, qint64 bytes)
+    Exchange(QNetworkReply* reply, std::chrono::milliseconds time, qint64 bytes, std::function<void(CappedReply)> take)
         : QObject(reply),
           m_reply(reply),
-          m_mostBytes(bytes)
+          m_mostBytes(bytes),
+          m_take(std::move(take))
     {
-        m_promise.start();
         // Nothing is buffered beyond the cap, however fast it comes.
         reply->setReadBufferSize(bytes + 1);
         connect(reply, &QNetworkReply::readyRead, this, [this] { take(); });
@@ -33,9 +32,11 @@ public:
         QTimer::singleShot(time, this, [this] { end(CappedReply::Outcome::timedOut); });
     }
 
-    ~Exchange() override { settle(CappedReply::Outcome::cancelled); }
-
-    QFuture<CappedReply> future() { return m_promise.future(); }
+    ~Exchange() override
+    {
+        if (!m_isDone)
+            m_take({CappedReply::Outcome::cancelled, 0, {}});
+    }
 
 private:
     void take()
@@ -45,41 +46,33 @@ private:
             end(CappedReply::Outcome::tooLarge);
     }
 
-    void settle(CappedReply::Outcome outcome)
-    {
-        if (m_isDone)
-            return;
-        m_isDone = true;
-        m_promise.addResult(CappedReply{outcome, m_status, m_body});
-        m_promise.finish();
-    }
-
     void end(CappedReply::Outcome outcome)
     {
         if (m_isDone)
             return;
-        m_status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        settle(outcome);
+        m_isDone = true;
+        CappedReply reply{outcome, m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), std::move(m_body)};
         m_reply->disconnect(this);
         m_reply->abort();
         m_reply->deleteLater();
+        const auto take = std::move(m_take); // who takes it may end the manager, and with it this
+        take(std::move(reply));
     }
 
     QNetworkReply* m_reply;
     qint64 m_mostBytes;
-    QPromise<CappedReply> m_promise;
+    std::function<void(CappedReply)> m_take;
     QByteArray m_body;
-    int m_status = 0;
     bool m_isDone = false;
 };
 
 } // namespace
 
-QFuture<CappedReply> fetchCapped(QNetworkAccessManager& manager, const QNetworkRequest& request, const QByteArray& body,
-                                 std::chrono::milliseconds time, qint64 bytes)
+void fetchCapped(QNetworkAccessManager& manager, const QNetworkRequest& request, const QByteArray& body,
+                 std::chrono::milliseconds time, qint64 bytes, std::function<void(CappedReply)> take)
 {
     QNetworkReply* reply = body.isEmpty() ? manager.get(request) : manager.post(request, body);
-    return (new Exchange(reply, time, bytes))->future();
+    new Exchange(reply, time, bytes, std::move(take)); // the reply owns it
 }
 
 } // namespace tonequill

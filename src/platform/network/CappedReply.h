@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QFuture>
 
 #include <chrono>
+#include <functional>
 
 class QNetworkAccessManager;
 class QNetworkRequest;
@@ -19,10 +19,10 @@ struct CappedReply {
     QByteArray body;
 };
 
-// Sends a GET, or a POST where there is a body. The future ends when the answer
-// is complete, when `time` has passed or when more than `bytes` have come. If the
-// manager goes first it ends with `cancelled`.
-QFuture<CappedReply> fetchCapped(QNetworkAccessManager& manager, const QNetworkRequest& request, const QByteArray& body,
-                                 std::chrono::milliseconds time, qint64 bytes);
+// Sends a GET, or a POST where there is a body. `take` is called once, on this
+// thread: when the answer is complete, when `time` has passed or when more than
+// `bytes` have come. If the manager goes first it is called with `cancelled`.
+void fetchCapped(QNetworkAccessManager& manager, const QNetworkRequest& request, const QByteArray& body,
+                 std::chrono::milliseconds time, qint64 bytes, std::function<void(CappedReply)> take);
 
 } // namespace tonequill

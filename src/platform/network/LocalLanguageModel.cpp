@@ -1,9 +1,8 @@
 #include "platform/network/LocalLanguageModel.h"
 
+#include "base/FlowGroup.h"
 #include "platform/network/CappedReply.h"
 #include "platform/process/Defaults.h"
-
-#include <QCoroFuture>
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -22,6 +21,7 @@ struct LocalLanguageModel::State {
     std::unique_ptr<QNetworkAccessManager> manager; // none: the model is gone
     QElapsedTimer asked;                            // since the server was last looked for
     QString model;                                  // what it has; empty: it wasn't there
+    FlowGroup flows;
 
     bool knows() const { return asked.isValid() && asked.elapsed() < settings.keepTime.count(); }
 };
@@ -124,16 +124,27 @@ QJsonObject recordIn(const CappedReply& reply, const RecordSchema& schema)
 
 using Shared = std::shared_ptr<LocalLanguageModel::State>;
 
-QFuture<CappedReply> probe(const Shared& state)
+QCoro::Task<CappedReply> fetch(Shared state, QString path, QByteArray body, std::chrono::milliseconds time)
 {
-    return fetchCapped(*state->manager, requestFor(state->settings.base, u"/models"_s), QByteArray(), state->settings.probeTime,
-                       state->settings.largestAnswer);
+    const auto send = [&](std::function<void(CappedReply)> take) {
+        fetchCapped(*state->manager, requestFor(state->settings.base, path), body, time, state->settings.largestAnswer,
+                    std::move(take));
+    };
+    try {
+        co_return co_await state->flows.reply<CappedReply>(send);
+    } catch (const Cancelled&) {
+    }
+    co_return CappedReply{CappedReply::Outcome::cancelled, 0, {}};
 }
 
-QFuture<CappedReply> post(const Shared& state, const QByteArray& body, std::chrono::milliseconds time)
+QCoro::Task<CappedReply> probe(const Shared& state)
 {
-    return fetchCapped(*state->manager, requestFor(state->settings.base, u"/chat/completions"_s), body,
-                       std::max(time, std::chrono::milliseconds(0)), state->settings.largestAnswer);
+    return fetch(state, u"/models"_s, {}, state->settings.probeTime);
+}
+
+QCoro::Task<CappedReply> post(const Shared& state, const QByteArray& body, std::chrono::milliseconds time)
+{
+    return fetch(state, u"/chat/completions"_s, body, std::max(time, std::chrono::milliseconds(0)));
 }
 
 bool canBeAsked(const Shared& state)
@@ -211,7 +222,8 @@ LocalLanguageModel::LocalLanguageModel(Settings settings) : m_state(std::make_sh
 
 LocalLanguageModel::~LocalLanguageModel()
 {
-    m_state->manager.reset();
+    const auto manager = std::move(m_state->manager); // the flows see that it is gone
+    m_state->flows.end();
 }
 
 QCoro::Task<bool> LocalLanguageModel::isAvailable()

@@ -1,7 +1,9 @@
 // The items that draw themselves, in a window of the software scene graph.
 
 #include "platform/process/Defaults.h"
+#include "support/Gate.h"
 #include "ui/PaintedItem.h"
+#include "ui/kit/ArcItem.h"
 #include "ui/kit/Icon.h"
 #include "ui/kit/NumberText.h"
 #include "ui/kit/ShadowImage.h"
@@ -64,6 +66,17 @@ TEST_F(PaintedItemsTest, EveryDigitTakesTheCellOfAZero)
     EXPECT_EQ(number.implicitWidth(), width);
     EXPECT_EQ(number.implicitHeight(), 18);
     EXPECT_LT(test::PaintedItem::count(painted.shown(number, number.implicitWidth(), 18), Qt::white), int(width) * 18);
+}
+
+// Qt's painter waits for a place in Qt's own pool: nothing of ours may fill it.
+TEST_F(PaintedItemsTest, AreDrawnWhileEveryWorkerIsBusy)
+{
+    Workers workers;
+    const test::HeldBack shown(workers.shown());
+    const test::HeldBack behind(workers.behind());
+    test::Complete<ArcItem> arc;
+    arc.setProperty("trackColor", QColor(Qt::red));
+    EXPECT_LT(test::PaintedItem::count(painted.shown(arc, 400, 400), Qt::white), 400 * 400); // and so it comes back
 }
 
 TEST_F(PaintedItemsTest, AShadowLeavesItsRectangleFree)
