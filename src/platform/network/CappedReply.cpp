@@ -12,11 +12,11 @@ namespace {
 // One request on its way; it lives as a child of its reply.
 class Exchange : public QObject {
 public:
-    Exchange(QNetworkReply* reply, std::chrono::milliseconds time, qint64 bytes, std::function<void(CappedReply)> take)
+    Exchange(QNetworkReply* reply, std::chrono::milliseconds time, qint64 bytes, std::function<void(CappedReply)> done)
         : QObject(reply),
           m_reply(reply),
           m_mostBytes(bytes),
-          m_take(std::move(take))
+          m_done(std::move(done))
     {
         // Nothing is buffered beyond the cap, however fast it comes.
         reply->setReadBufferSize(bytes + 1);
@@ -35,7 +35,7 @@ public:
     ~Exchange() override
     {
         if (!m_isDone)
-            m_take({CappedReply::Outcome::cancelled, 0, {}});
+            m_done({CappedReply::Outcome::cancelled, 0, {}});
     }
 
 private:
@@ -55,13 +55,13 @@ private:
         m_reply->disconnect(this);
         m_reply->abort();
         m_reply->deleteLater();
-        const auto take = std::move(m_take); // who takes it may end the manager, and with it this
-        take(std::move(reply));
+        const auto done = std::move(m_done); // who takes it may end the manager, and with it this
+        done(std::move(reply));
     }
 
     QNetworkReply* m_reply;
     qint64 m_mostBytes;
-    std::function<void(CappedReply)> m_take;
+    std::function<void(CappedReply)> m_done;
     QByteArray m_body;
     bool m_isDone = false;
 };
