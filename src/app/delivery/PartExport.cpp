@@ -55,7 +55,8 @@ ExportResult exportWithEffects(const QString& source, double start, double end, 
         return AudioExporter::exportRange({source, start, end, kPreset, kFadeIn, kFadeOut}, path, progress);
     const ScratchFile rendered(EffectRenderer::render(source, start, end, effects, progress));
     const double seconds = AudioFile(rendered.path()).durationSeconds();
-    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path, progress);
+    return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path,
+                                      progress);
 }
 
 } // namespace tonequill::PartExport

@@ -15,8 +15,7 @@ void applyHeard(AppModel& model, const SoundItem& item, const SoundHeard& heard)
     const SoundItem* stored = model.library().find(item.id);
     if (heard.name.isEmpty() || !stored || stored->nameIsAuto != true)
         return;
-    if (heard.labels.empty() || heard.labels.front().confidence < kSure ||
-        voiceAndMusic().contains(heard.labels.front().name))
+    if (heard.labels.empty() || heard.labels.front().confidence < kSure || voiceAndMusic().contains(heard.labels.front().name))
         return;
     QStringList tags;
     for (std::size_t i = 0; i < std::min(heard.labels.size(), kLabelsForTags); ++i) {
