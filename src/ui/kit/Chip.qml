@@ -43,7 +43,8 @@ T.AbstractButton {
                 return control.hovered ? Theme.accentSoftHover : Theme.accentSoft;
             return control.down ? Theme.buttonPressed : control.hovered && control.enabled ? Theme.buttonHover : Theme.buttonFill;
         }
-        border.width: control.isPicked ? Metrics.strokeControl : 0
+        // Whole pixels, as OpenGL rounds it: without OpenGL two sides would lose theirs.
+        border.width: control.isPicked ? Math.round(Metrics.strokeControl) : 0
         border.color: Theme.accentInk
 
         Behavior on color {
