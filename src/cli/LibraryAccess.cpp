@@ -1,6 +1,7 @@
 #include "cli/LibraryAccess.h"
 
 #include "base/Uuid.h"
+#include "cli/Command.h"
 #include "cli/Terminal.h"
 #include "platform/process/HandOver.h"
 
@@ -19,16 +20,19 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
     return own;
 }
 
-std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message)
+std::optional<int> handToOwner(const QString& folder, const QJsonObject& message)
 {
     constexpr int kPatienceMs = 5000;
     const auto address = LibraryLock(folder).ownerAddress();
-    auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
-    if (!answer || !answer->value(u"ok"_s).toBool()) {
-        terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+    const auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
+    if (answer && answer->value(u"ok"_s).toBool())
         return std::nullopt;
+    if (answer && answer->contains(u"error"_s)) {
+        terminal::complain(answer->value(u"error"_s).toString());
+        return kFailed;
     }
-    return answer;
+    terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+    return kLibraryBusy;
 }
 
 std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word)

@@ -15,7 +15,8 @@ namespace HandedOver {
 QJsonObject addMessage(const QStringList& files);
 
 // Does what the message asks: {"add": [absolute paths]}, {"delete": [ids]} or
-// {"name": [ids]}, for smart names. Answers {"ok": true}, or {"ok": false} for anything else.
+// {"name": [ids]}, for smart names. Answers {"ok": true}, or {"ok": false} for anything
+// else, and for what could not be deleted, with "error" as the sentence then.
 QJsonObject carryOut(AppModel& model, const QJsonObject& message);
 
 // Sends the message to the owner of the library; while the owner is still

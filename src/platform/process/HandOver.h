@@ -31,6 +31,8 @@ public:
 
     // The address for LibraryLock::publish; none if it could not listen.
     std::optional<QString> listen(const QString& libraryFolder);
+    // Whether a text has the shape of such an address.
+    static bool isAddress(const QString& text);
 
     // Sends a message to an owner and waits for its answer, at most `timeoutMs`.
     // None if nobody answers. Blocks; no event loop is needed.

@@ -35,8 +35,8 @@ TEST(LibraryLock, HasOneOwner)
         EXPECT_TRUE(first.acquire());
         EXPECT_FALSE(second.acquire());
         EXPECT_FALSE(second.ownerAddress());
-        first.publish(u"/run/x"_s);
-        EXPECT_EQ(second.ownerAddress(), u"/run/x"_s);
+        first.publish(u"/run/tonequill-0123456789abcdef"_s);
+        EXPECT_EQ(second.ownerAddress(), u"/run/tonequill-0123456789abcdef"_s);
     }
     LibraryLock third(library);
     EXPECT_TRUE(third.acquire());
