@@ -1,9 +1,9 @@
 #include "cli/LibraryAccess.h"
 
+#include "app/handover/HandedOver.h"
 #include "base/Uuid.h"
 #include "cli/Command.h"
 #include "cli/Terminal.h"
-#include "platform/process/HandOver.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +13,7 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
 {
     auto own = std::make_unique<OwnLibrary>();
     own->lock = std::make_unique<LibraryLock>(folder);
-    if (!own->lock->acquire())
+    if (!own->lock->acquireSoon(HandedOver::kPatienceForOwnerMs))
         return nullptr;
     own->store = std::make_unique<LibraryStore>(own->clock, own->workers, folder);
     own->store->sweepUnfinished();
@@ -22,9 +22,7 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
 
 std::optional<int> handToOwner(const QString& folder, const QJsonObject& message)
 {
-    constexpr int kPatienceMs = 5000;
-    const auto address = LibraryLock(folder).ownerAddress();
-    const auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
+    const auto answer = HandedOver::answerOfOwner(LibraryLock(folder), message);
     if (answer && answer->value(u"ok"_s).toBool())
         return std::nullopt;
     if (answer && answer->contains(u"error"_s)) {

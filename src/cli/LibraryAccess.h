@@ -22,7 +22,8 @@ struct OwnLibrary {
 };
 
 // Opens the library for changes, with what a killed program left swept away.
-// None while another program owns it.
+// None while another program owns it: one that listens, or one that took longer
+// than ten seconds to start or to finish.
 std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder);
 
 // Gives a change to the program that owns the library. None if it was taken; else
