@@ -3,6 +3,8 @@
 #include "base/JsonWriter.h"
 #include "base/Uuid.h"
 
+#include <QSet>
+
 #include <simdjson.h>
 
 #include <algorithm>
@@ -86,17 +88,50 @@ T orMalformed(std::optional<T> value)
 // Behind the quote that ends the text that begins at `at`; npos without one.
 std::size_t endOfText(std::string_view json, std::size_t at)
 {
-    for (;;) {
-        at = json.find_first_of("\"\\", at);
-        if (at == std::string_view::npos)
-            return at;
+    for (; at < json.size(); ++at) {
         if (json[at] == '"')
             return at + 1;
-        at += 2; // what is escaped ends nothing
+        if (json[at] == '\\')
+            ++at; // what is escaped ends nothing
     }
+    return std::string_view::npos;
 }
 
-SoundItem recordOf(element value)
+// Behind the bracket that closes the one at `at`, of whatever kind; npos without one.
+std::size_t endOfRecord(std::string_view json, std::size_t at)
+{
+    int depth = 0;
+    while (at < json.size()) {
+        switch (json[at++]) {
+        case '"':
+            at = endOfText(json, at);
+            break;
+        case '{':
+        case '[':
+            ++depth;
+            break;
+        case '}':
+        case ']':
+            if (--depth == 0)
+                return at;
+            break;
+        default:
+            break;
+        }
+    }
+    return std::string_view::npos;
+}
+
+// Lists of words that many records have alike: each is in memory once.
+class SharedLists {
+public:
+    QStringList shared(const QStringList& list) { return *m_lists.insert(list); }
+
+private:
+    QSet<QStringList> m_lists;
+};
+
+SoundItem recordOf(element value, SharedLists& lists)
 {
     object record;
     if (value.get(record) != simdjson::SUCCESS)
@@ -106,8 +141,8 @@ SoundItem recordOf(element value)
     item.name = textOf(required(record, "name"));
     item.fileName = textOf(required(record, "fileName"));
     item.duration = numberOf(required(record, "duration"));
-    item.tags = listOf<QStringList>(required(record, "tags"), textOf);
-    item.descriptors = listOf<QStringList>(required(record, "descriptors"), textOf);
+    item.tags = lists.shared(listOf<QStringList>(required(record, "tags"), textOf));
+    item.descriptors = lists.shared(listOf<QStringList>(required(record, "descriptors"), textOf));
     item.origin = orMalformed(originFromText(textOf(required(record, "origin"))));
     item.createdAt = numberOf(required(record, "createdAt"));
     item.nameIsAuto = optional(record, "nameIsAuto", [](element field) {
@@ -142,20 +177,9 @@ std::optional<std::vector<std::string_view>> recordsIn(std::string_view json)
         if (next() != '{')
             return std::nullopt;
         const std::size_t start = at;
-        int depth = 0;
-        do {
-            at = json.find_first_of("{}[]\"", at);
-            if (at == std::string_view::npos)
-                return std::nullopt;
-            const char found = json[at++];
-            if (found == '"') {
-                at = endOfText(json, at);
-                if (at == std::string_view::npos)
-                    return std::nullopt;
-            } else {
-                depth += found == '{' || found == '[' ? 1 : -1;
-            }
-        } while (depth > 0);
+        at = endOfRecord(json, start);
+        if (at == std::string_view::npos)
+            return std::nullopt;
         records.push_back(json.substr(start, at - start));
         const char behind = next();
         if (behind != ',' && behind != ']')
@@ -204,6 +228,7 @@ std::optional<QList<SoundItem>> decode(const QByteArray& json)
         return std::nullopt;
     QList<SoundItem> items;
     items.reserve(qsizetype(records->size()));
+    SharedLists lists;
     simdjson::dom::parser parser;
     try {
         for (const std::string_view record : *records) {
@@ -213,7 +238,7 @@ std::optional<QList<SoundItem>> decode(const QByteArray& json)
             element root;
             if (parser.parse(record.data(), record.size(), needsCopy).get(root) != simdjson::SUCCESS)
                 return std::nullopt;
-            items.append(recordOf(root));
+            items.append(recordOf(root, lists));
         }
     } catch (const Malformed&) {
         return std::nullopt;

@@ -134,6 +134,7 @@ void LibraryStore::load()
         return;
     }
     auto records = LibraryIndex::decode(json);
+    json.clear(); // hundreds of megabytes, it may be
     m_indexWasReadable = records.has_value();
     if (!records)
         return;
