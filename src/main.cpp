@@ -23,7 +23,10 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace tonequill;
@@ -32,7 +35,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kTimeToEnd(1800); // people take two seconds for a hang
 
-QStringList filesFrom(const QApplication& application)
+// With --help or --version the parser tells it and ends the program.
+QStringList filesFrom(const QCoreApplication& application)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a library of short sounds. FILES are added to it."_s);
@@ -44,6 +48,15 @@ QStringList filesFrom(const QApplication& application)
     for (const QString& file : parser.positionalArguments())
         files << QFileInfo(file).absoluteFilePath();
     return files;
+}
+
+// Which needs no screen.
+bool asksAboutProgram(const std::vector<std::string_view>& arguments)
+{
+    return std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
+        return argument == "-h" || argument == "--help" || argument == "--help-all" || argument == "-v" ||
+               argument == "--version";
+    });
 }
 
 // A second start: the first one takes the files and comes to the front.
@@ -103,10 +116,14 @@ int runWindow(LibraryLock& lock, const QStringList& files)
 
 int main(int argc, char** argv)
 {
+    QCoreApplication::setApplicationName(u"tonequill"_s);
+    QCoreApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
+    if (asksAboutProgram({argv + 1, argv + argc})) {
+        const QCoreApplication withoutScreen(argc, argv);
+        filesFrom(withoutScreen);
+    }
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"tonequill"_s);
     QApplication::setApplicationDisplayName(u"Tonequill"_s);
-    QApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
     QGuiApplication::setDesktopFileName(u"com.tonequill.app"_s);
 
     const QStringList files = filesFrom(application);

@@ -12,9 +12,6 @@ namespace tonequill {
 
 namespace {
 
-// Reading all packets of the largest files would keep the user waiting.
-constexpr qint64 kMaxScannedBytes = 1024LL * 1024 * 1024;
-
 // A demuxer that reads a file more often than that to give its packets once is lost.
 constexpr qint64 kMostReadings = 4;
 constexpr qint64 kSpareBytes = 64LL * 1024 * 1024;
@@ -146,8 +143,7 @@ void ContainerPackets::takeAll(const Take& take)
 
 void ContainerPackets::findAll()
 {
-    const bool isTooLarge = !m_input->isBare() && m_file->size() > kMaxScannedBytes;
-    if (m_table || m_rule == CodecTraits::Frames::unknown || isTooLarge)
+    if (m_table || m_rule == CodecTraits::Frames::unknown)
         return;
     PacketTable table;
     takeAll([&table](const AVPacket& packet, const std::optional<PacketPlace>& where) {

@@ -20,7 +20,7 @@ public:
     const PacketTable* table() const override { return m_table ? &*m_table : nullptr; }
     void goTo(qint64 packet) override;
 
-    // Reads the whole file once, if it isn't too large.
+    // Reads the whole file once.
     void findAll() override;
 
     // Where no rule tells the frames of a packet: how many there are by what the

@@ -19,6 +19,10 @@ namespace {
 // So many packets may be damaged before the first good one.
 constexpr int kMaxPacketsToFirstFrame = 500;
 
+// Reading all packets of the largest films would keep the user waiting: their
+// container's word counts, if it gives one.
+constexpr qint64 kMaxScannedBytes = 1024LL * 1024 * 1024;
+
 // No codec in use packs sound tighter than this (6 kbit/s at 48 kHz).
 constexpr qint64 kMaxFramesPerByte = 64;
 
@@ -106,7 +110,7 @@ std::optional<PacketTable> DecodedSource::quickTable(MediaInput& input) const
     if (m_traits.frames != CodecTraits::Frames::constant)
         return std::nullopt;
     std::optional<PacketTable> table;
-    if (container == "mp3" && m_track->codec_id == AV_CODEC_ID_MP3 && m_firstOffset >= 0)
+    if (container == "mp3" && m_firstOffset >= 0)
         table = mp3Table(*m_file, m_firstOffset);
     else if (container == "aac" && m_firstOffset >= 0)
         table = adtsTable(*m_file, m_firstOffset, m_firstFrames);
@@ -142,6 +146,7 @@ void DecodedSource::readByDemuxer(const MediaInput& input)
 {
     auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file), m_traits.frames, m_firstFrames);
     m_length = declaredLength(input);
+    m_isTold = m_length > 0 && !input.isBare();
     // Of a bare stream it would be a guess from the size of the file.
     if (m_traits.frames == CodecTraits::Frames::unknown && input.isBare())
         m_length = reader->framesByDurations(static_cast<int>(m_format.sampleRate));
@@ -192,7 +197,8 @@ std::unique_ptr<Decoder> DecodedSource::makeDecoder() const
 // Has all packets counted; without them there is no other way than from the start.
 void DecodedSource::findPackets()
 {
-    if (!m_reader->table() && m_traits.frames != CodecTraits::Frames::unknown) {
+    const bool isTooLarge = m_isTold && m_file->size() > kMaxScannedBytes;
+    if (!m_reader->table() && m_traits.frames != CodecTraits::Frames::unknown && !isTooLarge) {
         m_reader->findAll();
         decodeFrom(0);
     }

@@ -55,6 +55,7 @@ private:
     int m_firstFrames = 0;     // in the first packet
     qint64 m_firstSkip = 0;    // frames the container wants left out from it on
     qint64 m_firstOffset = -1; // of the first packet in the file
+    bool m_isTold = false;     // m_length is the container's word
     std::unique_ptr<PacketReader> m_reader;
     std::unique_ptr<Decoder> m_decoder;
     ffmpeg::Packet m_packet;

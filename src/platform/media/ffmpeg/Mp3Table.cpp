@@ -17,29 +17,39 @@ namespace {
 // Every decoder adds this many frames of its own to the encoder's delay.
 constexpr qint64 kDecoderDelay = 528 + 1;
 
-// A header of MPEG 1, 2 or 2.5, layer III (ISO/IEC 11172-3, 2.4.1.3).
+// Kilobits a second by version (1, or 2 and 2.5), layer and the number in the header.
+constexpr std::array<std::array<std::array<int, 14>, 3>, 2> kKilobits = {{
+    {{{32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},
+      {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},
+      {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}}},
+    {{{32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},
+      {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160},
+      {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}}},
+}};
+
+// A header of MPEG 1, 2 or 2.5, layer I, II or III (ISO/IEC 11172-3, 2.4.1.3).
 std::optional<FrameHeader> readHeader(std::span<const uint8_t> bytes)
 {
+    constexpr quint32 kSync = 0xFFE00000;
+    constexpr quint32 kVersionLayerRate = 0xFFFE0C00;
+    constexpr std::array<int, 3> kRates = {44'100, 48'000, 32'000};
     if (bytes.size() < sizeof(quint32))
         return std::nullopt;
     const quint32 word = qFromBigEndian<quint32>(bytes.data());
-    constexpr quint32 kSync = 0xFFE00000;
-    constexpr quint32 kVersionLayerRate = 0xFFFE0C00;
-    constexpr std::array<int, 14> kKilobits1 = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
-    constexpr std::array<int, 14> kKilobits2 = {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
-    constexpr std::array<int, 3> kRates = {44'100, 48'000, 32'000};
-    const quint32 version = word >> 19 & 3; // 0 is 2.5, 2 is 2, 3 is 1
-    const quint32 layer = word >> 17 & 3;   // 1 is III
+    const quint32 version = word >> 19 & 3;     // 0 is 2.5, 2 is 2, 3 is 1
+    const quint32 layer = 4 - (word >> 17 & 3); // 4 is none
     const quint32 bitRate = word >> 12 & 15;
     const quint32 rate = word >> 10 & 3;
-    if ((word & kSync) != kSync || version == 1 || layer != 1 || bitRate == 0 || bitRate == 15 || rate == 3)
+    if ((word & kSync) != kSync || version == 1 || layer == 4 || bitRate == 0 || bitRate == 15 || rate == 3)
         return std::nullopt;
-    const int kilobits = (version == 3 ? kKilobits1 : kKilobits2)[bitRate - 1];
+    const int bitsPerSecond = kKilobits[version == 3 ? 0 : 1][layer - 1][bitRate - 1] * 1000;
     const int hertz = kRates[rate] >> (version == 3 ? 0 : version == 2 ? 1 : 2);
-    const int frames = version == 3 ? 1152 : 576;
+    const int frames = layer == 1 ? 384 : layer == 2 || version == 3 ? 1152 : 576;
     const int padding = static_cast<int>(word >> 9 & 1);
     const bool isMono = (word >> 6 & 3) == 3;
-    return FrameHeader{frames / 8 * kilobits * 1000 / hertz + padding, frames, (word & kVersionLayerRate) | (isMono ? 1U : 0U)};
+    const int unit = layer == 1 ? 4 : 1; // bytes
+    return FrameHeader{(frames / 8 / unit * bitsPerSecond / hertz + padding) * unit, frames,
+                       (word & kVersionLayerRate) | (isMono ? 1U : 0U)};
 }
 
 struct Gapless {

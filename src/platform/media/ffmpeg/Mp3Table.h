@@ -7,7 +7,7 @@
 
 namespace tonequill {
 
-// All frames of an MP3 file from the first frame of sound at `firstFrame` (a byte
+// All frames of an MP3 file (or one of layer I or II) from the first frame of sound at `firstFrame` (a byte
 // offset) on. The encoder's delay and padding are left out where the frame before
 // it declares them. None where it is not one stream throughout, and for what has no
 // bit rate ("free format"). Throws Cancelled.

@@ -23,7 +23,7 @@ public:
     virtual const PacketTable* table() const = 0;
 
     // Reads as far as it takes to know them all, so that table() is there. Nothing
-    // where they can't be known: no rule tells their lengths, or the file is too large.
+    // where no rule tells their lengths.
     // The next packet is the first one then.
     virtual void findAll() {}
 
