@@ -1,6 +1,7 @@
 #include "audio/analysis/AudioAnalyzer.h"
 
 #include "platform/media/AudioFile.h"
+#include "support/BadDisk.h"
 #include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
@@ -252,5 +253,17 @@ TEST(AudioAnalyzer, EndsSoonAfterItIsCancelled)
         const QString path = test::makeFile(u"long.wav"_s, wav.withSilence(std::size_t(20'000'000 / channels)));
         const auto analyze = [&path](Progress& progress) { AudioAnalyzer::analyze(path, &progress); };
         EXPECT_LE(test::workAfterCancel(analyze), test::kSoon) << channels;
+    }
+}
+
+TEST(AudioAnalyzer, PassesOnThatTheDiskFailed)
+{
+    const QString path = test::makeFile(u"bad.wav"_s, test::WavBytes{}.withSilence(1'000'000));
+    const test::BadDisk disk(path, 1'000'000);
+    try {
+        AudioAnalyzer::analyze(path);
+        FAIL() << "it can't be read";
+    } catch (const AudioFileError& error) {
+        EXPECT_EQ(error.kind(), AudioFileError::Kind::read);
     }
 }
