@@ -62,8 +62,7 @@ bool asksAboutProgram(const std::vector<std::string_view>& arguments)
 // A second start: the first one takes the files and comes to the front.
 int handToFirst(const LibraryLock& lock, const QStringList& files)
 {
-    constexpr int kPatienceMs = 5000;
-    if (HandedOver::sendToOwner(lock, HandedOver::addMessage(files), kPatienceMs))
+    if (HandedOver::sendToOwner(lock, HandedOver::addMessage(files)))
         return 0;
     std::fputs("Another program is changing the library. Try again when it has finished.\n", stderr);
     return 3;
@@ -72,7 +71,10 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
     std::optional<ExitDeadline> deadline; // outlives whatever may take its time to go
-    const SystemAppearance system;        // early, so that the desktop has answered when the window opens
+    HandOver server;                      // early, so that who comes while this one starts is heard
+    if (const auto address = server.listen(LibraryStore::defaultFolder()))
+        lock.publish(*address);
+    const SystemAppearance system; // early, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
     Workers workers;
@@ -91,14 +93,12 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     followTheEar(model);
     watchAutoFolder(model);
 
-    HandOver server([&](const QJsonObject& message) {
+    server.serve([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);
         if (message.contains(u"add"_s))
             window.bringToFront();
         return answer;
     });
-    if (const auto address = server.listen(model.library().folder()))
-        lock.publish(*address);
     if (!files.isEmpty())
         startFlow(importURLs(model, files));
 
@@ -128,7 +128,7 @@ int main(int argc, char** argv)
 
     const QStringList files = filesFrom(application);
     LibraryLock lock(LibraryStore::defaultFolder());
-    if (!lock.acquire())
+    if (!lock.acquireSoon(HandedOver::kPatienceForOwnerMs))
         return handToFirst(lock, files);
     return runWindow(lock, files);
 }

@@ -229,13 +229,15 @@ TEST_F(CliTest, ABusyLibraryIsToldOrTheWorkIsHandedOver)
     ASSERT_EQ(cli.run({u"add"_s, u"Door.wav"_s}).exitCode, 0);
     LibraryLock owner(cli.library());
     ASSERT_TRUE(owner.acquire());
+    owner.publish(u"/where/nobody/listens"_s);
     const auto busy = cli.run({u"add"_s, u"Door.wav"_s});
     EXPECT_EQ(busy.exitCode, 3);
     EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);
     EXPECT_EQ(cli.run({u"list"_s, u"--json"_s}).json().array().size(), 1); // reading needs nobody's leave
 
     QJsonObject received;
-    HandOver server([&received](const QJsonObject& message) {
+    HandOver server;
+    server.serve([&received](const QJsonObject& message) {
         received = message;
         return QJsonObject{{u"ok"_s, true}};
     });
