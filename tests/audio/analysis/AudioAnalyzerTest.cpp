@@ -267,3 +267,12 @@ TEST(AudioAnalyzer, PassesOnThatTheDiskFailed)
         EXPECT_EQ(error.kind(), AudioFileError::Kind::read);
     }
 }
+
+TEST(AudioAnalyzer, TakesEveryFrameForAHopAtTheSlowestRate)
+{
+    const test::WavBytes wav = {.sampleRate = 80};
+    const AudioAnalysis analysis = AudioAnalyzer::analyze(test::makeFile(u"slow.wav"_s, wav.withSilence(160)));
+    EXPECT_EQ(analysis.rms.size(), 160U);
+    EXPECT_EQ(analysis.hopSeconds, 0.0125);
+    EXPECT_EQ(analysis.duration, 2);
+}

@@ -18,7 +18,7 @@ constexpr int kIoBufferBytes = 64 * 1024;
 constexpr int kPaddedIoBufferBytes = kIoBufferBytes + AV_INPUT_BUFFER_PADDING_SIZE;
 
 // What a demuxer may read to open a file: an index may be large.
-constexpr qint64 kOpeningBytes = 128LL * 1024 * 1024;
+constexpr qint64 kOpeningBytes = 64LL * 1024 * 1024;
 
 // … and between two packets: of a bare stream some filling, of another file as much
 // as lies between two of its sounds, which is at most all of it.
