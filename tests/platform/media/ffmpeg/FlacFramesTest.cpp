@@ -177,6 +177,18 @@ TEST(FlacFrames, IsSilentWhereAFrameIsMissing)
     EXPECT_THAT(sound.channel(0).subspan(4'000, 1'000), testing::Each(0.0F));
 }
 
+TEST(FlacFrames, IsSilentWhereAFrameIsMissingAmongUnequalOnes)
+{
+    for (const Numbering& numbering : {Numbering{true, true}, Numbering{false, true}}) {
+        QList<QByteArray> list = frames({576, 4'608, 1'152, 576, 2'304, 300}, numbering);
+        list[2] = QByteArray(list[2].size(), '\x55');
+        const AudioBuffer sound = test::readAll(fileOf(u"gap.flac"_s, header(576, 4'608, 9'516) + list.join()));
+        ASSERT_EQ(sound.frameLength(), 9'516);
+        EXPECT_EQ(firstWrong(sound), 5'184);
+        EXPECT_EQ(firstWrong(sound, 5'184 + 1'152), -1);
+    }
+}
+
 TEST(FlacFrames, DoesNotBelieveItsNumbers)
 {
     const QList<QByteArray> list = frames(std::vector<int>(4, 1'000), {});
