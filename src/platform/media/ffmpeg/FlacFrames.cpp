@@ -178,7 +178,7 @@ bool FlacFrames::hasWholeFrame(qint64 offset, qint64 end)
 
 // Where the frame ends: before the next one or at the file's end with the right
 // sum, else (it is damaged, or something else stands behind it) wherever the next
-// one begins. None where nothing of its size can be a frame.
+// one begins. None for what can't be a frame of its size.
 std::optional<qint64> FlacFrames::endOf(const Found& frame)
 {
     const qint64 most = std::min(frame.offset + mostBytes(frame.header), m_window.fileBytes());
@@ -199,7 +199,8 @@ std::optional<qint64> FlacFrames::endOf(const Found& frame)
     }
     m_next = first ? first : find(most, m_window.fileBytes());
     const qint64 end = std::min(most, m_next ? m_next->offset : most);
-    if (first || hasWholeFrame(frame.offset, end))
+    const bool canBeDamaged = first && frame.header.frames <= (end - frame.offset) * kMaxFramesPerByte;
+    if (canBeDamaged || hasWholeFrame(frame.offset, end))
         return end;
     return std::nullopt;
 }

@@ -200,6 +200,14 @@ TEST(FlacFrames, DoesNotBelieveItsNumbers)
     EXPECT_EQ(AudioFile(fileOf(u"late.flac"_s, header(1'000, 1'000, 0) + list[2] + list[3])).length(), 2'000);
 }
 
+TEST(FlacFrames, DoesNotCountHeadersWithoutSound)
+{
+    // Each promises a second and a half, and nothing stands behind it.
+    const QByteArray bare = frame(5, false, 65'536, 0).first(9);
+    const QByteArray whole = frame(0, false, 1'000, 0);
+    EXPECT_EQ(AudioFile(fileOf(u"bare.flac"_s, header(1'000, 1'000, 0) + whole + bare.repeated(5'000))).length(), 1'000);
+}
+
 TEST(FlacFrames, EndsWithItsLastWholeFrame)
 {
     const QByteArray whole = header(1'000, 1'000, 5'000) + frames(std::vector<int>(5, 1'000), {}).join();
