@@ -10,6 +10,7 @@
 #include "library/delivery/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/desktop/SystemAppearance.h"
+#include "platform/files/ScratchFile.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/SdlAudioOutput.h"
 #include "platform/process/ExitDeadline.h"
@@ -81,6 +82,7 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     auto library = std::make_unique<LibraryStore>(clock, workers);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
+    ScratchFile::sweepStrays();
     DragStaging::clean(); // here alone: the terminal may be used while the window's files are on their way
     const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
     SdlAudioOutput output;

@@ -67,3 +67,17 @@ TEST(Text, SurvivesBrokenSurrogates)
     EXPECT_GE(text::characterCount(broken), 1);
     EXPECT_LE(text::firstCharacters(broken, 1).size(), 2);
 }
+
+TEST(Text, ControlCharactersBecomeBlanks)
+{
+    EXPECT_EQ(text::withoutControls(u"a\nb\tc\x1b\u0085d"_s + QChar(u'\0')), u"a b c  d "_s);
+    EXPECT_EQ(text::withoutControls(u"باب – 👍 \u200D"_s), u"باب – 👍 \u200D"_s); // joiners are none
+}
+
+TEST(Text, OfAHostileTextOnlyTheBeginningIsShown)
+{
+    EXPECT_EQ(text::shownPart(u"Door"_s), u"Door"_s);
+    EXPECT_EQ(text::shownPart(QString(32'768, u'x')).size(), 32'768);
+    EXPECT_EQ(text::shownPart(QString(20 << 20, u'x')).size(), 32'768);
+    EXPECT_EQ(text::shownPart(QString(32'767, u'x') + u"👍👍"_s), QString(32'767, u'x')); // no half of a pair
+}
