@@ -60,15 +60,17 @@ class Walk {
 public:
     Walk(CatalogueVisitor& visitor, Progress* progress) : m_visitor(visitor), m_progress(progress) {}
 
-    void readDocument(const InflatedText& text)
+    // REQUIRES: InflatedText::kPadding bytes may be read behind the text.
+    void readDocument(std::string_view text)
     {
         // A byte-order mark may stand before the document.
         constexpr std::string_view kMark = "\xEF\xBB\xBF";
-        const std::size_t start = text.text().starts_with(kMark) ? kMark.size() : 0;
-        m_start = text.data() + start;
-        m_size = text.size() - start;
+        if (text.starts_with(kMark))
+            text.remove_prefix(kMark.size());
+        m_start = text.data();
+        m_size = text.size();
         ondemand::parser parser;
-        ondemand::document document = valueOf(parser.iterate(m_start, m_size, text.allocated() - start));
+        ondemand::document document = valueOf(parser.iterate(m_start, m_size, m_size + InflatedText::kPadding));
         if (valueOf(document.type()) != ondemand::json_type::object)
             throw Failed{Outcome::noItems};
         bool hasItems = false;
@@ -298,6 +300,16 @@ Outcome outcomeOf(Inflater::Outcome outcome)
     return Outcome::notDeflate;
 }
 
+Outcome walk(std::string_view text, CatalogueVisitor& visitor, Progress* progress)
+{
+    try {
+        Walk(visitor, progress).readDocument(text);
+        return Outcome::done;
+    } catch (const Failed& failed) {
+        return failed.outcome;
+    }
+}
+
 } // namespace
 
 CatalogueReader::Outcome CatalogueReader::read(std::span<const char> file, CatalogueVisitor& visitor, Progress* progress)
@@ -308,12 +320,14 @@ CatalogueReader::Outcome CatalogueReader::read(std::span<const char> file, Catal
         return outcome;
     if (progress && progress->isCancelled())
         throw Cancelled();
-    try {
-        Walk(visitor, progress).readDocument(text);
-        return Outcome::done;
-    } catch (const Failed& failed) {
-        return failed.outcome;
-    }
+    return walk(text.text(), visitor, progress);
+}
+
+CatalogueReader::Outcome CatalogueReader::readItems(std::string_view items, CatalogueVisitor& visitor)
+{
+    const std::string document = "{\"items\":[" + std::string(items) + "]}";
+    const std::string padded = document + std::string(InflatedText::kPadding, '\0');
+    return walk(std::string_view(padded).substr(0, document.size()), visitor, nullptr);
 }
 
 } // namespace tonequill

@@ -63,6 +63,9 @@ struct CatalogueReader {
     // A whole file. A visitor that was shown items must forget them unless the outcome
     // is `done`. Throws Cancelled, within 50 ms but for the time of the inflation.
     static Outcome read(std::span<const char> file, CatalogueVisitor& visitor, Progress* progress = nullptr);
+
+    // Items as they stand in the document, separated by commas, without what is around them.
+    static Outcome readItems(std::string_view items, CatalogueVisitor& visitor);
 };
 
 } // namespace tonequill

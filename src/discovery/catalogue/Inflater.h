@@ -18,9 +18,6 @@ public:
     static constexpr std::size_t kPadding = 64;
 
     std::string_view text() const { return {m_bytes.get(), m_size}; }
-    const char* data() const { return m_bytes.get(); }
-    std::size_t size() const { return m_size; }
-    std::size_t allocated() const { return m_size + kPadding; }
 
 private:
     friend struct Inflater;
