@@ -4,9 +4,11 @@
 #include "app/handover/HandedOver.h"
 #include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/online/CatalogueFlows.h"
 #include "app/smart/NamingFlows.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "library/delivery/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/desktop/SystemAppearance.h"
@@ -89,11 +91,12 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
+    AppModel model({defaults, clock, workers, work, apps, languageModel, SoundIndex::shared()}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     followTheEar(model);
     watchAutoFolder(model);
+    startFlow(loadCatalogue(model));
 
     server.serve([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);
