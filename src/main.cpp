@@ -4,9 +4,11 @@
 #include "app/handover/HandedOver.h"
 #include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/online/CatalogueFlows.h"
 #include "app/smart/NamingFlows.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "library/delivery/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/desktop/SystemAppearance.h"
@@ -24,7 +26,10 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace tonequill;
@@ -33,7 +38,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kTimeToEnd(1800); // people take two seconds for a hang
 
-QStringList filesFrom(const QApplication& application)
+// With --help or --version the parser tells it and ends the program.
+QStringList filesFrom(const QCoreApplication& application)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a library of short sounds. FILES are added to it."_s);
@@ -45,6 +51,15 @@ QStringList filesFrom(const QApplication& application)
     for (const QString& file : parser.positionalArguments())
         files << QFileInfo(file).absoluteFilePath();
     return files;
+}
+
+// Which needs no screen.
+bool asksAboutProgram(const std::vector<std::string_view>& arguments)
+{
+    return std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
+        return argument == "-h" || argument == "--help" || argument == "--help-all" || argument == "-v" ||
+               argument == "--version";
+    });
 }
 
 // A second start: the first one takes the files and comes to the front.
@@ -76,11 +91,12 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
+    AppModel model({defaults, clock, workers, work, apps, languageModel, SoundIndex::shared()}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     followTheEar(model);
     watchAutoFolder(model);
+    startFlow(loadCatalogue(model));
 
     server.serve([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);
@@ -105,10 +121,14 @@ int runWindow(LibraryLock& lock, const QStringList& files)
 
 int main(int argc, char** argv)
 {
+    QCoreApplication::setApplicationName(u"tonequill"_s);
+    QCoreApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
+    if (asksAboutProgram({argv + 1, argv + argc})) {
+        const QCoreApplication withoutScreen(argc, argv);
+        filesFrom(withoutScreen);
+    }
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"tonequill"_s);
     QApplication::setApplicationDisplayName(u"Tonequill"_s);
-    QApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
     QGuiApplication::setDesktopFileName(u"com.tonequill.app"_s);
 
     const QStringList files = filesFrom(application);

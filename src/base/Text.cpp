@@ -15,6 +15,14 @@ char32_t firstCodePoint(QStringView text)
     return text[0].unicode();
 }
 
+// Marks, embeddings, overrides and isolates of the bidirectional algorithm.
+bool changesDirection(QChar c)
+{
+    const char16_t code = c.unicode();
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
 // Calls visit(character) for each grapheme cluster until it returns false.
 template <typename Visit>
 void forEachCharacter(QStringView text, Visit visit)
@@ -60,12 +68,13 @@ QList<QStringView> characters(QStringView text)
     return result;
 }
 
-QStringList words(QStringView text)
+QStringList words(QStringView text, QChar joint)
 {
     QStringList result;
     bool isInWord = false;
     forEachCharacter(text, [&](QStringView character) {
-        const bool belongs = QChar::isLetterOrNumber(firstCodePoint(character));
+        const bool isJoint = !joint.isNull() && character.size() == 1 && character[0] == joint;
+        const bool belongs = isJoint || QChar::isLetterOrNumber(firstCodePoint(character));
         if (belongs && !isInWord)
             result << QString();
         if (belongs)
@@ -132,6 +141,18 @@ QString shownPart(const QString& text)
 QString lowercase(QStringView text)
 {
     return text.toString().toLower();
+}
+
+QString plainLine(QStringView text)
+{
+    QString line = text.toString();
+    line.removeIf(changesDirection);
+    for (QChar& c : line) {
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+            c.category() == QChar::Separator_Paragraph)
+            c = QChar::ReplacementCharacter;
+    }
+    return line;
 }
 
 QString trimmed(QStringView text)

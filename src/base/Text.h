@@ -17,8 +17,9 @@ qsizetype characterCount(QStringView text);
 // The characters, as views into `text`.
 QList<QStringView> characters(QStringView text);
 
-// The runs of letters and numbers, in order: every other character separates.
-QStringList words(QStringView text);
+// The runs of letters and numbers, in order: every other character separates, but
+// `joint`, which stays in its word.
+QStringList words(QStringView text, QChar joint = {});
 
 // Characters that are letters (Unicode general category L*).
 qsizetype letterCount(QStringView text);
@@ -44,6 +45,10 @@ QString shownPart(const QString& text);
 
 // Lower case by Unicode's rules, whatever the locale.
 QString lowercase(QStringView text);
+
+// For one row of plain text: control characters, line ends among them, become "�",
+// and what changes the direction of the text after it goes.
+QString plainLine(QStringView text);
 
 // Without white space and newlines at both ends.
 QString trimmed(QStringView text);

@@ -50,6 +50,14 @@ void AppModel::setSection(AppSection section)
     Q_EMIT sectionChanged();
 }
 
+void AppModel::setSearchableCount(std::int32_t count)
+{
+    if (count == m_searchableCount)
+        return;
+    m_searchableCount = count;
+    Q_EMIT searchableCountChanged();
+}
+
 void AppModel::openSelection()
 {
     const SoundItem* item = selectedItem();
