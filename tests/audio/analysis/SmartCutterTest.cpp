@@ -385,3 +385,11 @@ TEST(SmartCutter, FindsEventsInTheFirstAndTheLastHop)
     EXPECT_NEAR(last[0].start, 0.58, 1e-9);
     EXPECT_NEAR(last[0].end, 0.62, 1e-9);
 }
+
+TEST(SmartCutter, MeasuresTheContrastUpToTheLastHop)
+{
+    const auto scoreOf = [](double lastDb) {
+        return SmartCutter::candidates(envelope(levels(30, -20) + levels(10, 0) + levels(1, lastDb)), 6)[0].score;
+    };
+    EXPECT_NEAR(scoreOf(-36) - scoreOf(-20), 0.25 * 16, 1e-4);
+}
