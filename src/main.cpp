@@ -74,7 +74,9 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
     std::optional<ExitDeadline> deadline; // outlives whatever may take its time to go
-    HandOver server;                      // early, so that who comes while this one starts is heard
+    const TerminationSignals signals;     // from here on a signal ends it as closing the window does
+    QObject::connect(&signals, &TerminationSignals::received, qApp, &QApplication::quit);
+    HandOver server; // early, so that who comes while this one starts is heard
     if (const auto address = server.listen(LibraryStore::defaultFolder()))
         lock.publish(*address);
     const SystemAppearance system; // early, so that the desktop has answered when the window opens
@@ -108,8 +110,6 @@ int runWindow(LibraryLock& lock, const QStringList& files)
         startFlow(importURLs(model, files));
 
     // Everything ends with the window, while the event loop still runs.
-    const TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::received, qApp, &QApplication::quit);
     QObject::connect(qApp, &QApplication::aboutToQuit, &model, [&] {
         deadline.emplace(kTimeToEnd);
         model.close();

@@ -17,17 +17,17 @@ QString text(double value, std::chars_format format, int precision)
 
 } // namespace
 
-QString numberText::fixed(double value, int decimals)
+QString NumberText::fixed(double value, int decimals)
 {
     return text(value, std::chars_format::fixed, decimals);
 }
 
-QString numberText::withSign(double value, int decimals)
+QString NumberText::withSign(double value, int decimals)
 {
     return (std::signbit(value) ? QString() : QStringLiteral("+")) + fixed(value, decimals);
 }
 
-QString numberText::shortest(double value, int digits)
+QString NumberText::shortest(double value, int digits)
 {
     return text(value, std::chars_format::general, digits);
 }

@@ -32,17 +32,17 @@ QString TimeText::exactPlace(double seconds)
 
 QString TimeText::length(double seconds)
 {
-    return numberText::fixed(seconds, 2) + u's';
+    return NumberText::fixed(seconds, 2) + u's';
 }
 
 QString TimeText::duration(double seconds)
 {
-    return numberText::fixed(seconds, 2) + u" s"_s;
+    return NumberText::fixed(seconds, 2) + u" s"_s;
 }
 
 QString TimeText::roughDuration(double seconds)
 {
-    return numberText::fixed(seconds, 1) + u" s"_s;
+    return NumberText::fixed(seconds, 1) + u" s"_s;
 }
 
 } // namespace tonequill

@@ -135,9 +135,9 @@ int parts(const QStringList& arguments)
         }
         for (const CutCandidate& part : found) {
             const QString mark = part.isBest ? u"best"_s : part.isWhole ? u"whole"_s : QString();
-            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(numberText::fixed(part.start, 3), 9)
-                                .arg(numberText::fixed(part.end, 3), 9)
-                                .arg(numberText::fixed(double(part.peakDb), 1), 6)
+            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(NumberText::fixed(part.start, 3), 9)
+                                .arg(NumberText::fixed(part.end, 3), 9)
+                                .arg(NumberText::fixed(double(part.peakDb), 1), 6)
                                 .arg(mark)
                                 .trimmed());
         }

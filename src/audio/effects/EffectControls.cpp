@@ -26,22 +26,22 @@ bool EffectControls::isActivePreset(double preset, double speed)
 
 QString EffectControls::speedText(double speed)
 {
-    return numberText::shortest(speed, 2) + u'×';
+    return NumberText::shortest(speed, 2) + u'×';
 }
 
 QString EffectControls::gainText(double gainDb)
 {
-    return numberText::withSign(gainDb, 0) + u" dB"_s;
+    return NumberText::withSign(gainDb, 0) + u" dB"_s;
 }
 
 QString EffectControls::pitchText(double semitones)
 {
-    return numberText::withSign(semitones, 0) + u" semitones"_s;
+    return NumberText::withSign(semitones, 0) + u" semitones"_s;
 }
 
 QString EffectControls::fadeText(double seconds)
 {
-    return numberText::fixed(seconds, 2) + u" s"_s;
+    return NumberText::fixed(seconds, 2) + u" s"_s;
 }
 
 QString EffectControls::amountText(double amount)

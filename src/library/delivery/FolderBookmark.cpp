@@ -17,7 +17,7 @@ namespace tonequill::FolderBookmark {
 namespace {
 
 // JSON numbers hold 53 bits; these have 64.
-QString numberText(quint64 number)
+QString NumberText(quint64 number)
 {
     return QString::number(number);
 }
@@ -32,10 +32,10 @@ std::optional<QByteArray> make(const QString& folder)
         return std::nullopt;
     QJsonObject bookmark{{u"path"_s, path}};
     if (const auto fileSystem = fileSystemAt(path); fileSystem && !hasLastingInodes(*fileSystem)) {
-        bookmark[u"fileSystem"_s] = numberText(*fileSystem);
+        bookmark[u"fileSystem"_s] = NumberText(*fileSystem);
     } else {
-        bookmark[u"device"_s] = numberText(identity->device);
-        bookmark[u"inode"_s] = numberText(identity->inode);
+        bookmark[u"device"_s] = NumberText(identity->device);
+        bookmark[u"inode"_s] = NumberText(identity->inode);
     }
     return QJsonDocument(bookmark).toJson(QJsonDocument::Compact);
 }
@@ -51,15 +51,15 @@ QString resolve(const QByteArray& bookmark)
     const auto found = [&]() -> std::optional<QString> {
         if (const QString kind = fields[u"fileSystem"_s].toString(); !kind.isEmpty()) {
             const auto fileSystem = FolderIdentity::of(path) ? fileSystemAt(path) : std::nullopt;
-            return fileSystem && numberText(*fileSystem) == kind ? std::optional(path) : std::nullopt;
+            return fileSystem && NumberText(*fileSystem) == kind ? std::optional(path) : std::nullopt;
         }
         // The device isn't asked here: a disk may get another number each time it is mounted.
-        if (const auto present = FolderIdentity::of(path); present && numberText(present->inode) == inode)
+        if (const auto present = FolderIdentity::of(path); present && NumberText(present->inode) == inode)
             return path;
         const QDir parent(QFileInfo(path).path());
         for (const QString& name : parent.entryList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot)) {
             const auto other = FolderIdentity::of(parent.filePath(name));
-            if (other && numberText(other->inode) == inode && numberText(other->device) == fields[u"device"_s].toString())
+            if (other && NumberText(other->inode) == inode && NumberText(other->device) == fields[u"device"_s].toString())
                 return parent.filePath(name);
         }
         return std::nullopt;

@@ -41,7 +41,7 @@ QString promptFor(const SoundFacts& facts)
 {
     return QStringList{u"Current name: "_s + facts.name,
                        u"What the recognizer heard, most likely first: "_s + listed(facts.labels, u"unknown"_s),
-                       u"Length: "_s + numberText::fixed(facts.duration, 1) + u" seconds"_s,
+                       u"Length: "_s + NumberText::fixed(facts.duration, 1) + u" seconds"_s,
                        u"Traits: "_s + listed(facts.descriptors, u"none"_s),
                        u"Existing tags: "_s + listed(facts.existingTags, u"none"_s)}
         .join(u'\n');

@@ -276,3 +276,12 @@ TEST(AudioAnalyzer, TakesEveryFrameForAHopAtTheSlowestRate)
     EXPECT_EQ(analysis.hopSeconds, 0.0125);
     EXPECT_EQ(analysis.duration, 2);
 }
+
+TEST(AudioAnalyzer, SaysHowFarItHasCome)
+{
+    const QString path = test::makeFile(u"half.wav"_s, test::WavBytes{}.withSilence(1'000'000));
+    const test::BadDisk disk(path, 1'000'000); // its first half
+    Progress progress;
+    EXPECT_THROW(AudioAnalyzer::analyze(path, &progress), AudioFileError);
+    EXPECT_NEAR(progress.fraction(), 0.48, 0.001); // five blocks of two seconds
+}

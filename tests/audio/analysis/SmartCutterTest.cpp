@@ -371,3 +371,25 @@ TEST(SmartCutter, TakesTheLargestNumbersToAskFor)
         envelope(levels(50, kSilence) + levels(10, 0) + levels(100, kSilence) + levels(10, 0) + levels(50, kSilence));
     EXPECT_EQ(SmartCutter::candidates(a, std::numeric_limits<int>::max()).size(), 3U);
 }
+
+TEST(SmartCutter, FindsEventsInTheFirstAndTheLastHop)
+{
+    const auto first = SmartCutter::candidates(envelope(levels(1, 0) + levels(60, kSilence)), 6);
+    ASSERT_EQ(first.size(), 1U);
+    EXPECT_NE(first[0].score, 0); // not the fallback
+    EXPECT_EQ(first[0].start, 0);
+    EXPECT_NEAR(first[0].end, 0.04, 1e-9);
+    const auto last = SmartCutter::candidates(envelope(levels(60, kSilence) + levels(2, 0)), 6);
+    ASSERT_EQ(last.size(), 1U);
+    EXPECT_NE(last[0].score, 0);
+    EXPECT_NEAR(last[0].start, 0.58, 1e-9);
+    EXPECT_NEAR(last[0].end, 0.62, 1e-9);
+}
+
+TEST(SmartCutter, MeasuresTheContrastUpToTheLastHop)
+{
+    const auto scoreOf = [](double lastDb) {
+        return SmartCutter::candidates(envelope(levels(30, -20) + levels(10, 0) + levels(1, lastDb)), 6)[0].score;
+    };
+    EXPECT_NEAR(scoreOf(-36) - scoreOf(-20), 0.25 * 16, 1e-4);
+}

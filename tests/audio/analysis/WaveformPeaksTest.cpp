@@ -96,3 +96,8 @@ TEST(WaveformPeaks, DrawsNothingOfAFileWhoseStartCannotBeRead)
     const test::BadDisk disk(path, 0);
     EXPECT_THAT(WaveformPeaks::compute(path, 4), IsEmpty());
 }
+
+TEST(WaveformPeaks, DrawsASingleFrame)
+{
+    EXPECT_THAT(WaveformPeaks::compute(floatWav({-0.25F}), 3), ElementsAre(1.0F, 0.0F, 0.0F));
+}

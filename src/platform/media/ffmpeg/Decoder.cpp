@@ -18,7 +18,6 @@ int widthOf(AVSampleFormat format)
     case AV_SAMPLE_FMT_DBL:
         return 3;
     case AV_SAMPLE_FMT_S32:
-        return 2;
     case AV_SAMPLE_FMT_NONE: // told with the first packet
         return 2;
     case AV_SAMPLE_FMT_S16:

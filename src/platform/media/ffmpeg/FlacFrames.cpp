@@ -142,7 +142,7 @@ qint64 FlacFrames::mostBytes(const FlacHeader& header) const
 {
     constexpr qint64 kMostBits = 33; // the difference of two channels takes one more
     constexpr qint64 kSpare = 64;
-    return header.bytes + kSpare + (header.fixed & 0xFF) * (header.frames * kMostBits / 8 + kSpare);
+    return header.bytes + kSpare + static_cast<qint64>(header.fixed & 0xFF) * (header.frames * kMostBits / 8 + kSpare);
 }
 
 // The checksum with the bytes from `offset` up to `end`. With that which stands at
@@ -164,7 +164,7 @@ bool FlacFrames::hasWholeFrame(qint64 offset, qint64 end)
 {
     const auto header = headerAt(offset);
     const auto bytes = m_window.at(offset, end - offset);
-    const auto least = static_cast<std::size_t>(header->bytes + 1);
+    const auto least = static_cast<std::size_t>(header->bytes) + 1;
     if (bytes.size() < least + kSumBytes)
         return false;
     quint32 sum = sumOf(AV_CRC_16_ANSI, 0, bytes.first(least));

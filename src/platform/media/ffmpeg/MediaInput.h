@@ -34,8 +34,8 @@ public:
     // The first sound track, null without one.
     AVStream* firstAudio() const;
 
-    // Leaves out every track but `stream`.
-    void selectOnly(const AVStream* stream);
+    // Leaves out every track but `selected`.
+    void selectOnly(const AVStream* selected);
 
     // Whether the container is nothing but the packets of one sound track, so that
     // nothing but damage or filling stands between them.
