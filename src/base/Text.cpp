@@ -2,6 +2,8 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+
 namespace tonequill::text {
 
 namespace {
@@ -116,6 +118,24 @@ QString firstBytes(QStringView text, qsizetype bytes)
         return true;
     });
     return text.first(length).toString();
+}
+
+QString withoutControls(const QString& text)
+{
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    if (std::none_of(text.begin(), text.end(), isControl))
+        return text;
+    QString result = text;
+    std::replace_if(result.begin(), result.end(), isControl, QChar(u' '));
+    return result;
+}
+
+QString shownPart(const QString& text)
+{
+    constexpr qsizetype kMost = 32'768;
+    if (text.size() <= kMost)
+        return text;
+    return text.first(text[kMost - 1].isHighSurrogate() ? kMost - 1 : kMost);
 }
 
 QString lowercase(QStringView text)

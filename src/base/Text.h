@@ -34,6 +34,15 @@ QString firstCharacters(QStringView text, qsizetype count);
 // ends between two characters. REQUIRES: bytes >= 0.
 QString firstBytes(QStringView text, qsizetype bytes);
 
+// With a blank in place of each control character (general category Cc), line ends
+// included: what a name may not hold.
+QString withoutControls(const QString& text);
+
+// What is shown of a text: its first 32,768 code units, at most 64 KiB of memory, not
+// cutting a surrogate pair. Nothing on a screen shows more, and laying out a
+// hostile text of megabytes takes minutes.
+QString shownPart(const QString& text);
+
 // Lower case by Unicode's rules, whatever the locale.
 QString lowercase(QStringView text);
 

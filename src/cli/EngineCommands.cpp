@@ -5,12 +5,13 @@
 #include "audio/effects/Mixer.h"
 #include "audio/export/AudioExporter.h"
 #include "base/JsonWriter.h"
+#include "base/NumberText.h"
 #include "base/Uuid.h"
 #include "cli/Command.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "platform/files/ScratchFile.h"
-#include "platform/media/AudioFile.h"
+#include "platform/media/NamedFailures.h"
 
 #include <QFileInfo>
 
@@ -70,10 +71,19 @@ std::optional<PieceArgument> pieceFrom(const QString& word)
     if (numbers.size() == 2)
         piece.gain = numbers[1].toFloat(&isGain);
     constexpr double kLatest = 24 * 3600; // a day of mix is a slip of the finger
+    constexpr float kLoudest = 100'000;   // 100 dB, and a float can't hold much more
     if (numbers.size() > 2 || !isOffset || !isGain || !(piece.offset >= 0 && piece.offset <= kLatest) ||
-        !std::isfinite(piece.gain))
+        !(std::abs(piece.gain) <= kLoudest))
         return std::nullopt;
     return piece;
+}
+
+// What was made in a temporary file, whose name says nothing, as a finished file.
+ExportResult exportAll(const ScratchFile& made, const QString& output, ExportPreset preset)
+{
+    return failingAs(QFileInfo(output).fileName(), [&] {
+        return AudioExporter::exportRange({made.path(), 0, kToTheEnd, preset, 0, 0}, output);
+    });
 }
 
 // Runs the work and turns what it throws into a sentence and an exit code.
@@ -125,9 +135,9 @@ int parts(const QStringList& arguments)
         }
         for (const CutCandidate& part : found) {
             const QString mark = part.isBest ? u"best"_s : part.isWhole ? u"whole"_s : QString();
-            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(part.start, 9, 'f', 3)
-                                .arg(part.end, 9, 'f', 3)
-                                .arg(double(part.peakDb), 6, 'f', 1)
+            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(numberText::fixed(part.start, 3), 9)
+                                .arg(numberText::fixed(part.end, 3), 9)
+                                .arg(numberText::fixed(double(part.peakDb), 1), 6)
                                 .arg(mark)
                                 .trimmed());
         }
@@ -137,10 +147,10 @@ int parts(const QStringList& arguments)
 
 int exportPart(const QStringList& arguments)
 {
-    Options options(
-        "export", "FILE OUTPUT",
-        "Writes a range of a sound as a finished file: 48 kHz, at most two channels. An existing OUTPUT is replaced.\n"
-        "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
+    Options options("export", "FILE OUTPUT",
+                    "Writes a range of a sound as a finished file: 48 kHz, at most two channels. An existing OUTPUT is replaced "
+                    "once the new one is complete.\n"
+                    "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
     options.addJson();
     options.addRange();
     addPreset(options, idOf(ExportPreset::anyEditor));
@@ -184,13 +194,16 @@ int render(const QStringList& arguments)
         return options.mistake(u"There is no preset “%1”."_s.arg(options.value(u"preset"_s)));
     if (!effects)
         return options.mistake(u"The effects are no valid JSON object of effects."_s);
+    if (!effects->isRenderable())
+        return options.mistake(u"A fade is no shorter than 0 seconds, and a gain no more than 100 dB."_s);
     const QString source = options.positional()[0];
     const QString output = options.positional()[1];
     return reporting([&] {
         const auto progress = std::make_shared<Progress>();
         const terminal::ProgressLine line(QFileInfo(source).fileName(), progress);
-        const ScratchFile rendered(EffectRenderer::render(source, range->start, range->end, *effects, progress.get()));
-        return tellWritten(options, output, AudioExporter::exportRange({rendered.path(), 0, kToTheEnd, *preset, 0, 0}, output));
+        const AudioBuffer sound = EffectRenderer::renderBuffer(source, range->start, range->end, *effects, progress.get());
+        const ScratchFile rendered(failingAs(QFileInfo(output).fileName(), [&] { return EffectRenderer::writeTemp(sound); }));
+        return tellWritten(options, output, exportAll(rendered, output, *preset));
     });
 }
 
@@ -229,8 +242,8 @@ int mix(const QStringList& arguments)
         const auto sum = Mixer::mix(pieces);
         if (!sum)
             throw RenderError::memory();
-        const ScratchFile mixed(EffectRenderer::writeTemp(*sum));
-        return tellWritten(options, output, AudioExporter::exportRange({mixed.path(), 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile mixed(failingAs(QFileInfo(output).fileName(), [&] { return EffectRenderer::writeTemp(*sum); }));
+        return tellWritten(options, output, exportAll(mixed, output, *preset));
     });
 }
 

@@ -1,8 +1,9 @@
 #include "cli/LibraryAccess.h"
 
+#include "app/handover/HandedOver.h"
 #include "base/Uuid.h"
+#include "cli/Command.h"
 #include "cli/Terminal.h"
-#include "platform/process/HandOver.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,23 +13,24 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
 {
     auto own = std::make_unique<OwnLibrary>();
     own->lock = std::make_unique<LibraryLock>(folder);
-    if (!own->lock->acquire())
+    if (!own->lock->acquireSoon(HandedOver::kPatienceForOwnerMs))
         return nullptr;
     own->store = std::make_unique<LibraryStore>(own->clock, own->workers, folder);
     own->store->sweepUnfinished();
     return own;
 }
 
-std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message)
+std::optional<int> handToOwner(const QString& folder, const QJsonObject& message)
 {
-    constexpr int kPatienceMs = 5000;
-    const auto address = LibraryLock(folder).ownerAddress();
-    auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
-    if (!answer || !answer->value(u"ok"_s).toBool()) {
-        terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+    const auto answer = HandedOver::answerOfOwner(LibraryLock(folder), message);
+    if (answer && answer->value(u"ok"_s).toBool())
         return std::nullopt;
+    if (answer && answer->contains(u"error"_s)) {
+        terminal::complain(answer->value(u"error"_s).toString());
+        return kFailed;
     }
-    return answer;
+    terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+    return kLibraryBusy;
 }
 
 std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word)

@@ -17,8 +17,17 @@ public:
     AudioFileError(Kind kind, const QString& path, const QString& detail = {});
     Kind kind() const { return m_kind; }
 
+    // The same failure of a file that the user knows by another name.
+    AudioFileError named(const QString& name) const { return {m_kind, Name{name}, m_detail}; }
+
 private:
+    struct Name {
+        QString text;
+    };
+    AudioFileError(Kind kind, const Name& name, const QString& detail);
+
     Kind m_kind;
+    QString m_detail;
 };
 
 // An audio file (or the first sound track of a media file) opened for reading:
@@ -29,7 +38,7 @@ private:
 // are left out where the file declares them. Damage becomes silence of the same
 // length; a decoder that has met it may differ from one that has not.
 //
-// Headers are not believed: rates outside 8–768 kHz and more than 64 channels
+// Headers are not believed: rates outside 80 Hz…768 kHz and more than 64 channels
 // are refused as unsupported, and length() never exceeds what the file's bytes
 // can hold. The content alone tells what a file is, not its name; text, images,
 // folders, pipes and whatever refers to other files are refused. A sample that

@@ -1,12 +1,15 @@
 #include "platform/process/Defaults.h"
 
+#include "platform/files/FileDescriptor.h"
 #include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryDir>
+
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -14,13 +17,32 @@ namespace tonequill {
 
 namespace {
 
+// Something else than a file (a pipe, a device) would block whoever reads it, and is
+// not ours to replace.
+bool isFileOrFree(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() || !info.exists();
+}
+
 QVariantMap readIni(const QString& path)
 {
+    if (!isFileOrFree(path))
+        return {};
     const QSettings ini(path, QSettings::IniFormat);
     QVariantMap values;
     for (const QString& key : ini.allKeys())
         values.insert(key, ini.value(key));
     return values;
+}
+
+// Whoever keeps the settings elsewhere and links to them wants them to stay there.
+QString behindLinks(QString path)
+{
+    constexpr int kMostLinks = 40; // as many as the kernel follows
+    for (int i = 0; i < kMostLinks && QFileInfo(path).isSymLink(); ++i)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
 }
 
 } // namespace
@@ -30,7 +52,7 @@ QString Defaults::standardPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/Tonequill/tonequill.ini"_s;
 }
 
-Defaults::Defaults(QString path) : m_path(std::move(path)), m_values(readIni(m_path))
+Defaults::Defaults(QString path) : m_path(behindLinks(std::move(path))), m_values(readIni(m_path))
 {}
 
 std::optional<bool> Defaults::boolean(const QString& key) const
@@ -73,6 +95,12 @@ void Defaults::setData(const QString& key, const QByteArray& value)
     set(key, value);
 }
 
+bool Defaults::saveAgain()
+{
+    m_isSaved = m_isSaved || save();
+    return m_isSaved;
+}
+
 void Defaults::remove(const QString& key)
 {
     m_values.remove(key);
@@ -87,11 +115,15 @@ void Defaults::set(const QString& key, const QVariant& value)
 
 // QSettings makes the text, but doesn't write it home: on a full disk it turns a
 // small file into an empty one and reports success. Settings that cannot be
-// saved are no reason to stop anything, so a failure stays silent.
+// saved are no reason to stop: whoever set them asks isSaved() and tells.
 bool Defaults::save() const
 {
-    const QTemporaryDir scratch;
-    const QString scratchPath = scratch.filePath(u"settings.ini"_s);
+    if (!isFileOrFree(m_path))
+        return false;
+    const ScratchFile scratch = ScratchFile::privateFolder(); // they may hold tokens
+    const QString scratchPath = scratch.path() + u"/settings.ini"_s;
+    if (scratch.path().isEmpty() || !FileDescriptor(scratchPath, O_WRONLY | O_CREAT | O_EXCL, 0600).close())
+        return false;
     {
         QSettings ini(scratchPath, QSettings::IniFormat);
         for (auto it = m_values.cbegin(); it != m_values.cend(); ++it)
@@ -103,7 +135,7 @@ bool Defaults::save() const
         QDir().mkpath(QFileInfo(m_path).path());
         constexpr qint64 kLimit = 64 << 20;
         const QByteArray bytes = m_values.isEmpty() ? QByteArray() : Files::readAll(scratchPath, kLimit);
-        Files::writeDurably(m_path, std::span(&bytes, 1), Files::Privacy::ownerOnly); // it may hold tokens
+        Files::writeDurably(m_path, std::span(&bytes, 1), Files::Privacy::ownerOnly);
     } catch (const FileError&) {
         return false;
     }

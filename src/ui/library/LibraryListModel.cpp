@@ -3,6 +3,7 @@
 #include "app/library/ImportFlows.h"
 #include "app/smart/SmartActions.h"
 #include "base/Background.h"
+#include "base/Text.h"
 #include "base/TimeText.h"
 #include "library/records/License.h"
 
@@ -49,7 +50,7 @@ LibraryListModel::LibraryListModel(AppModel& app)
       m_incoming(app.incoming().files())
 {
     follow();
-    connect(&app.incoming(), &Incoming::changed, this, &LibraryListModel::takeIncoming);
+    followIncoming();
     connect(&app.selection(), &Selection::multiChanged, this, [this] {
         if (!m_session.sounds().isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
@@ -57,8 +58,6 @@ LibraryListModel::LibraryListModel(AppModel& app)
     connect(&app.names(), &NamesBeingFound::changed, this, [this](const QUuid& id) {
         tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
     });
-    m_progressTimer.setInterval(kProgressMs);
-    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
 void LibraryListModel::follow()
@@ -108,7 +107,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     const SoundItem& sound = m_session.sounds()[indexOf(index.row())];
     switch (role) {
     case NameRole:
-        return sound.name;
+        return text::shownPart(sound.name);
     case SubtitleRole:
         return m_app.names().isLookedAt(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
     case LevelsRole:
@@ -119,7 +118,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case IsSelectedRole:
         return m_app.selection().multi().contains(sound.id);
     case CreditRole:
-        return License::needsCredit(sound.license) ? sound.creditLine() : QString();
+        return License::needsCredit(sound.license) ? text::shownPart(sound.creditLine()) : QString();
     case IsBeingNamedRole:
         return m_app.names().isLookedAt(sound.id);
     default:
@@ -132,7 +131,7 @@ QVariant LibraryListModel::incomingData(qsizetype row, int role) const
     const IncomingFile& file = m_incoming[row];
     switch (role) {
     case NameRole:
-        return file.name;
+        return text::shownPart(file.name);
     case SubtitleRole:
         return LibraryRow::step(file.progress->fraction(), row == 0);
     case LevelsRole:
@@ -161,35 +160,33 @@ QString LibraryListModel::nothingFound() const
     return query().isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(query());
 }
 
-void LibraryListModel::takeIncoming()
+void LibraryListModel::followIncoming()
 {
-    const QList<IncomingFile>& now = m_app.incoming().files();
-    const auto isIn = [](const QList<IncomingFile>& files, const QUuid& id) {
-        return std::any_of(files.begin(), files.end(), [&id](const IncomingFile& file) { return file.id == id; });
-    };
-    for (qsizetype row = m_incoming.size() - 1; row >= 0; --row) {
-        if (isIn(now, m_incoming[row].id))
-            continue;
-        beginRemoveRows({}, int(row), int(row));
+    const Incoming& incoming = m_app.incoming();
+    connect(&incoming, &Incoming::added, this, [this, &incoming](int count) {
+        beginInsertRows({}, incomingCount(), incomingCount() + count - 1);
+        m_incoming += incoming.files().last(count);
+        endInsertRows();
+    });
+    connect(&incoming, &Incoming::removed, this, [this](int row) {
+        beginRemoveRows({}, row, row);
         m_incoming.removeAt(row);
         endRemoveRows();
-    }
-    // New ones are always appended.
-    if (now.size() > m_incoming.size()) {
-        beginInsertRows({}, incomingCount(), int(now.size()) - 1);
-        m_incoming = now;
-        endInsertRows();
-    }
-    if (!m_incoming.isEmpty())
-        lookAtProgress();
-    m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
-    Q_EMIT countChanged();
-    Q_EMIT currentRowChanged();
+    });
+    connect(&incoming, &Incoming::changed, this, [this] {
+        if (!m_incoming.isEmpty())
+            lookAtProgress(); // the first has its turn
+        m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
+        Q_EMIT countChanged();
+        Q_EMIT currentRowChanged();
+    });
+    m_progressTimer.setInterval(kProgressMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
 void LibraryListModel::lookAtProgress()
 {
-    Q_EMIT dataChanged(index(0), index(incomingCount() - 1), {SubtitleRole});
+    Q_EMIT dataChanged(index(0), index(0), {SubtitleRole}); // one file comes in at a time
 }
 
 int LibraryListModel::currentRow() const
@@ -210,7 +207,7 @@ void LibraryListModel::moveTo(int row, int modifiers)
 
 void LibraryListModel::deleteSelected()
 {
-    deleteItems(m_app, m_session.selected());
+    startFlow(deleteItems(m_app, m_session.selected()));
 }
 
 QString LibraryListModel::deleteLabel(int row) const
@@ -232,7 +229,7 @@ void LibraryListModel::smartNameFrom(int row)
 
 void LibraryListModel::deleteFrom(int row)
 {
-    deleteItems(m_app, meantBy(row));
+    startFlow(deleteItems(m_app, meantBy(row)));
 }
 
 } // namespace tonequill

@@ -92,7 +92,7 @@ private:
     QVariant incomingData(qsizetype row, int role) const;
     void follow(); // the session
     void tellChanged(int index, const QList<int>& roles = {});
-    void takeIncoming();
+    void followIncoming();
     void lookAtProgress();
 
     AppModel& m_app;

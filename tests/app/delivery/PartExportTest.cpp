@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <thread>
+#include <vector>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -111,4 +113,63 @@ TEST(PartExport, EffectsAreRenderedAndNothingTemporaryStays)
     EXPECT_THROW(PartExport::exportWithEffects(source, 5, 6, effects, path), RenderError);
     EXPECT_THROW(PartExport::exportWithEffects(source, 0, 1, effects, folder.filePath(u"no/folder/cut.wav"_s)), std::exception);
     EXPECT_EQ(temporaryFiles(), before);
+}
+
+TEST(PartExport, ARenderedCutEndsWithAFadeOfTenMilliseconds)
+{
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 1, 48000);
+    const QString path = folder.filePath(u"cut.wav"_s);
+    EffectSettings effects;
+    effects.gainDb = -6;
+    ASSERT_EQ(PartExport::exportWithEffects(source, 0, 1, effects, path).frames, 48'000);
+    const auto samples = samplesOf(path);
+    const auto loudest = [&](int fromEndMs, int lengthMs) {
+        float peak = 0;
+        for (std::size_t i = 48'000U - 48U * unsigned(fromEndMs), end = i + 48U * unsigned(lengthMs); i < end; ++i)
+            peak = std::max(peak, std::abs(samples[i]));
+        return peak;
+    };
+    EXPECT_GT(loudest(15, 5), 0.891 * 0.98); // an unrendered one would be half as loud there
+    EXPECT_LT(loudest(5, 5), 0.891 * 0.51);
+    EXPECT_GT(loudest(5, 5), 0.891 * 0.3);
+    EXPECT_LT(loudest(1, 1), 0.891 * 0.11);
+}
+
+TEST(PartExport, ARenderedCutHasEveryFrame)
+{
+    // A length whose seconds come back as one frame less.
+    qint64 frames = 48'000;
+    while (static_cast<qint64>(double(frames) / 48'000 * 48'000) == frames && frames < 96'000)
+        ++frames;
+    ASSERT_LT(frames, 96'000);
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 3, 48'000);
+    EffectSettings effects;
+    effects.reverse = true;
+    const double end = (double(frames) + 0.5) / 48'000;
+    EXPECT_EQ(PartExport::exportWithEffects(source, 0, end, effects, folder.filePath(u"cut.wav"_s)).frames, frames);
+}
+
+TEST(PartExport, ThoseOfOneNameAtOnceAreAllThere)
+{
+    constexpr int kThreads = 8;
+    constexpr int kEach = 8;
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"source.wav"_s), 0.1, 48'000);
+    const QString out = folder.filePath(u"made/as needed"_s);
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread)
+        threads.emplace_back([&] {
+            for (int i = 0; i < kEach; ++i)
+                PartExport::exportInto(out, u"Same"_s, source, 0, 0.1, {});
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    const QDir made(out);
+    const QStringList names = made.entryList(QDir::Files | QDir::Hidden);
+    EXPECT_EQ(names.size(), kThreads * kEach);
+    EXPECT_TRUE(names.contains(u"Same.wav"_s) && names.contains(u"Same %1.wav"_s.arg(kThreads * kEach)));
+    for (const QString& name : names)
+        EXPECT_EQ(AudioFile(made.filePath(name)).length(), 4800) << name.toStdString();
 }

@@ -168,3 +168,41 @@ TEST(HallReverb, EndsInTrueSilence)
     EXPECT_EQ(test::peakOf(stretchOf(response.left, 29, 1)), 0);
     EXPECT_EQ(test::peakOf(stretchOf(response.right, 29, 1)), 0);
 }
+
+TEST(HallReverb, SoundsAsItDid)
+{
+    // What the other tests measure leaves room for many halls; this is the one.
+    const auto few = [](const Samples& samples) {
+        Samples picked;
+        for (std::size_t i = 500; i < 60'000; i += 2'477)
+            picked.push_back(samples[i]);
+        return picked;
+    };
+    const Response left = respond(1, 0);
+    const Response right = respond(0, 1);
+    const Samples leftFromLeft = {0.0F,          0.00234269F,   -0.00157263F,  0.00483841F,   -0.00337113F,
+                                  0.000431807F,  -0.000589351F, 0.000832877F,  0.000921715F,  0.000634266F,
+                                  -0.000584611F, -0.000301713F, -0.000629533F, -4.56764e-05F, 0.000262677F,
+                                  -1.23394e-06F, 0.000214994F,  -5.66952e-05F, -0.000223183F, 0.000208865F,
+                                  -0.000101188F, -9.17752e-05F, 6.22321e-06F,  -8.45358e-05F, -2.00056e-05F};
+    const Samples rightFromLeft = {0.0F,          0.0F,          -0.000709276F, -0.00278303F,  0.000167852F,
+                                   0.00106866F,   0.00055188F,   0.00140211F,   0.00209969F,   0.00113067F,
+                                   0.000805682F,  0.000453625F,  0.000138398F,  -8.91994e-05F, 0.000312359F,
+                                   5.57583e-05F,  -0.00022848F,  -0.000184692F, -0.000118318F, -6.51772e-05F,
+                                   -2.41192e-05F, -1.48083e-06F, -5.47881e-05F, 8.96119e-05F,  -0.000102751F};
+    const Samples leftFromRight = {0.0F,          0.0F,          0.00213032F,  -0.00204144F,  0.000181031F,
+                                   -0.000352192F, -0.000569148F, 0.000370183F, -0.00158313F,  -1.71466e-05F,
+                                   -0.000814786F, -0.000218969F, -0.00014389F, -0.000806987F, -0.000672591F,
+                                   -1.51361e-05F, -6.19405e-05F, 0.000139338F, -0.000107867F, 0.000237994F,
+                                   4.91118e-05F,  5.88026e-06F,  5.84478e-05F, -6.94211e-05F, 8.91952e-05F};
+    const Samples rightFromRight = {0.0F,          0.000569963F, 0.00102793F,   0.001023F,     -0.0053891F,
+                                    -0.0014233F,   -0.00240977F, -0.000646718F, 0.000335832F,  1.06108e-05F,
+                                    -0.000140811F, 0.000355397F, -0.000981137F, 0.000541555F,  -0.000210104F,
+                                    -0.000405601F, 0.000111236F, 0.00023154F,   -0.000232806F, 3.81943e-05F,
+                                    5.92588e-05F,  0.000243958F, 0.00012544F,   7.25215e-06F,  -1.05798e-05F};
+    constexpr float kNear = 2e-7F;
+    EXPECT_THAT(few(left.left), testing::Pointwise(testing::FloatNear(kNear), leftFromLeft));
+    EXPECT_THAT(few(left.right), testing::Pointwise(testing::FloatNear(kNear), rightFromLeft));
+    EXPECT_THAT(few(right.left), testing::Pointwise(testing::FloatNear(kNear), leftFromRight));
+    EXPECT_THAT(few(right.right), testing::Pointwise(testing::FloatNear(kNear), rightFromRight));
+}

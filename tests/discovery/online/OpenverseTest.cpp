@@ -65,7 +65,7 @@ TEST(Openverse, ReadsAResult)
 TEST(Openverse, LeavesOutWhatItCannotUse)
 {
     for (const QByteArray bad : {R"({"title":"a","url":"b"})", R"({"id":1,"title":"a","url":"b"})",
-                                  R"({"id":"1","title":"a","url":""})", R"({"id":"1","title":"a","url":"http://[::1/"})"})
+                                 R"({"id":"1","title":"a","url":""})", R"({"id":"1","title":"a","url":"http://[::1/"})"})
         EXPECT_EQ(page(bad + QByteArray(",") + result({}))->sounds.size(), 1) << bad.toStdString();
     EXPECT_EQ(page(result(R"("duration":16000)"), {}, 15.0)->sounds.size(), 0);
     EXPECT_EQ(page(result(R"("duration":15000)"), {}, 15.0)->sounds.size(), 1);

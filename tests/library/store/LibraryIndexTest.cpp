@@ -170,3 +170,23 @@ TEST(LibraryIndex, UnknownKeysAreSkipped)
 {
     EXPECT_TRUE(LibraryIndex::decode(minimal("mood", "{\"deep\":[1,2,{}]}")));
 }
+
+TEST(LibraryIndex, RecordsAreFoundByTheirBracketsWhateverStandsInTheirTexts)
+{
+    const QByteArray record = minimal("name", R"("]},{[\"\\")").sliced(1).chopped(1);
+    const QByteArray nested = minimal("extra", R"([{"a":[1,{"b":"}"}]},[]])").sliced(1).chopped(1);
+    for (const QByteArray& between : {QByteArray(","), QByteArray(" ,\n\t"), QByteArray("\r\n, ")}) {
+        const auto items = LibraryIndex::decode(" [ " + record + between + nested + between + record + "\n]\n ");
+        ASSERT_TRUE(items) << between.toStdString();
+        ASSERT_EQ(items->size(), 3);
+        EXPECT_EQ(items->first().name, u"]},{[\"\\"_s);
+    }
+    const QByteArray plain = minimal().sliced(1).chopped(1);
+    for (const QByteArray& broken :
+         {'[' + plain + ",]", "[," + plain + ']', '[' + plain + plain + ']', '[' + plain, '[' + plain + "]]", '[' + plain + "]x",
+          '[' + plain + ",7]", plain, '[' + plain.chopped(1) + "]]", '[' + plain.chopped(1), QByteArray("[\"a\"]"),
+          QByteArray("[{\"a\":\"]"), QByteArray("[{\"a\\\""), QByteArray("[{]}]"), QByteArray("[{}}]"), QByteArray("[[]]"),
+          '[' + plain + "]" + QByteArray("\0", 1)})
+        EXPECT_FALSE(LibraryIndex::decode(broken)) << broken.toStdString();
+    EXPECT_TRUE(LibraryIndex::decode(" [ \n] ")->isEmpty());
+}

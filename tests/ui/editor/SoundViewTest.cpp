@@ -185,3 +185,14 @@ TEST(SoundViewEdits, ASuggestedNameIsTakenOrForgotten)
     EXPECT_EQ(open.item().name, u"Glass Break"_s);
     EXPECT_EQ(open.view->tags().join(u' '), u"door slam glass"_s);
 }
+
+TEST_F(SoundViewTest, ANameOfMegabytesIsShownByItsBeginningAndStaysWhole)
+{
+    const SoundItem item = folder.add(QString(3 << 20, u'x'));
+    folder.write();
+    AppModel opened(services(realWork), library(folder.path()));
+    const SoundView shown(opened);
+    EXPECT_EQ(shown.name().size(), 32'768);
+    SoundView(opened).rename(shown.name()); // the field was left as it is
+    EXPECT_EQ(opened.library().find(item.id)->name, item.name);
+}

@@ -305,3 +305,12 @@ TEST_F(LibraryListModelTest, ASoundThatIsBeingNamedTellsSo)
     EXPECT_EQ(at(0, LibraryListModel::SubtitleRole).toString(), u"1.4 s · door, dog"_s);
     EXPECT_FALSE(at(0, LibraryListModel::IsBeingNamedRole).toBool());
 }
+
+TEST_F(LibraryListModelTest, OfANameOfMegabytesOnlyTheBeginningIsShown)
+{
+    openNamed({QString(3 << 20, u'x'), u"Door"_s});
+    EXPECT_EQ(at(0, LibraryListModel::NameRole).toString().size(), 32'768);
+    EXPECT_EQ(at(1, LibraryListModel::NameRole).toString(), u"Door"_s);
+    app->say(app->library().items().first().name);
+    EXPECT_EQ(app->notices().text().size(), 32'768);
+}
