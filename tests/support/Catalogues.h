@@ -72,7 +72,7 @@ private:
         for (std::size_t i = 0; i < tags; ++i)
             text += (i == 0 ? "\"" : ",\"") + tag() + "\"";
         text += "],\"d\":" + std::to_string(below(6000) / 100) + "." + std::to_string(below(100)) + ",\"c\":\"" +
-                word(drawnRank()) + std::to_string(below(100)) + "\",\"p\":\"https://sounds.example.org/people/" +
+                word(drawnRank()) + std::to_string(below(2)) + "\",\"p\":\"https://sounds.example.org/people/" +
                 word(below(std::min<std::size_t>(2000, m_words.size()))) + "/sounds/" + digits + "/\",\"l\":\"" +
                 (below(10) == 0 ? "by" : "cc0") + "\",\"r\":0." + std::to_string(below(1000));
         if (below(20) == 0)
@@ -84,7 +84,7 @@ private:
     std::string tag()
     {
         std::string made = word(drawnRank());
-        if (below(12) == 0)
+        if (below(40) == 0)
             made += '-' + word(drawnRank());
         if (below(30) == 0)
             made[0] = char(made[0] - 'a' + 'A');

@@ -28,6 +28,14 @@ char lowered(char c)
     return isUpper(c) ? char(c - 'A' + 'a') : c;
 }
 
+// Whether the word of a title is long enough to be looked up.
+bool isPosted(std::string_view word)
+{
+    if (isAscii(word))
+        return word.size() >= kShortestPosted;
+    return std::size_t(text::characterCount(QString::fromUtf8(word.data(), qsizetype(word.size())))) >= kShortestPosted;
+}
+
 bool isWordLetter(char lower)
 {
     return (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9');
@@ -113,54 +121,62 @@ TableBuilder::Known& TableBuilder::known(Symbol symbol)
 
 TableBuilder::Symbol TableBuilder::lowerOf(Symbol tag)
 {
-    std::vector<Symbol>& lower = m_tables.m_lower;
-    if (tag >= lower.size())
-        lower.resize(tag + 1, SymbolTable::kNone);
-    if (lower[tag] == SymbolTable::kNone) {
-        std::string room;
+    if (known(tag).lower == SymbolTable::kNone) {
         // A copy: the table may move its texts when it takes another one.
         const std::string text(m_tables.text(tag));
+        std::string room;
         const Symbol symbol = m_tables.m_symbols.intern(lowercase(text, room));
-        lower[tag] = symbol;
+        known(symbol).lower = symbol;
+        known(tag).lower = symbol;
     }
-    return lower[tag];
+    return m_known[tag].lower;
 }
 
-void TableBuilder::addTag(std::string_view tag)
+void TableBuilder::addTags(const std::vector<std::string_view>& tags)
 {
-    const Symbol symbol = m_tables.m_symbols.intern(tag);
-    m_tables.m_tags.push_back(symbol);
-    Known& lower = known(lowerOf(symbol));
+    m_tables.m_symbols.intern(tags, m_found);
     const auto index = std::uint32_t(m_tables.m_sounds.size());
-    if (std::exchange(lower.lastTagged, index) != index)
-        ++lower.tagCount;
+    for (const Symbol symbol : m_found) {
+        m_tables.m_tags.push_back(symbol);
+        Known& lower = known(lowerOf(symbol));
+        if (std::exchange(lower.lastTagged, index) != index)
+            ++lower.tagCount;
+    }
 }
 
-void TableBuilder::addWord(std::string_view word, std::size_t characters)
+void TableBuilder::addWords(const std::vector<std::string_view>& words)
 {
-    const Symbol symbol = m_tables.m_symbols.intern(word);
-    Known& own = known(symbol);
+    m_tables.m_symbols.intern(words, m_found);
     const auto index = std::uint32_t(m_tables.m_sounds.size());
-    if (std::exchange(own.lastTitled, index) == index)
-        return;
-    m_tables.m_words.push_back(symbol);
-    own.isShort = characters < kShortestPosted;
-    own.wordCount += own.isShort ? 0 : 1;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        Known& own = known(m_found[i]);
+        if (std::exchange(own.lastTitled, index) == index)
+            continue;
+        m_tables.m_words.push_back(m_found[i]);
+        if (own.wordCount == 0)
+            own.isShort = !isPosted(words[i]);
+        own.wordCount += own.isShort ? 0 : 1;
+    }
 }
 
 void TableBuilder::addTitleWords(std::string_view lowerTitle)
 {
+    m_words.clear();
     if (!isAscii(lowerTitle)) {
+        std::vector<std::string> texts;
         for (const QString& word : text::words(qtText(lowerTitle)))
-            addWord(word.toStdString(), std::size_t(text::characterCount(word)));
-        return;
+            texts.push_back(word.toStdString());
+        m_words.assign(texts.begin(), texts.end());
+        return addWords(m_words);
     }
-    for (auto end = lowerTitle.begin(); end != lowerTitle.end();) {
-        const auto start = std::find_if(end, lowerTitle.end(), isWordLetter);
-        end = std::find_if_not(start, lowerTitle.end(), isWordLetter);
+    const char* const last = lowerTitle.data() + lowerTitle.size();
+    for (const char* end = lowerTitle.data(); end != last;) {
+        const char* const start = std::find_if(end, last, isWordLetter);
+        end = std::find_if_not(start, last, isWordLetter);
         if (start != end)
-            addWord({start, end}, std::size_t(end - start));
+            m_words.emplace_back(start, std::size_t(end - start));
     }
+    addWords(m_words);
 }
 
 void TableBuilder::addTexts(const CatalogueItem& item, CatalogueTables::Sound& sound)
@@ -171,8 +187,7 @@ void TableBuilder::addTexts(const CatalogueItem& item, CatalogueTables::Sound& s
         texts.insert(texts.end(), text.begin(), text.end());
         return start;
     };
-    std::string room;
-    const std::string_view lower = lowercase(item.title, room);
+    const std::string_view lower = lowercase(item.title, m_lower);
     sound.id = add(item.id);
     sound.title = add(item.title);
     sound.url = add(item.url);
@@ -190,8 +205,7 @@ void TableBuilder::take(const CatalogueItem& item)
     sound.tags = std::uint32_t(m_tables.m_tags.size());
     sound.words = std::uint32_t(m_tables.m_words.size());
     addTexts(item, sound);
-    for (const std::string_view tag : item.tags)
-        addTag(tag);
+    addTags(item.tags);
     if (item.creator)
         sound.creator = m_tables.m_symbols.intern(*item.creator);
     sound.license = m_tables.m_symbols.intern(item.license);
@@ -222,7 +236,7 @@ void TableBuilder::fillPostings()
         one.lastTagged = UINT32_MAX;
     for (std::int32_t index = 0; index < m_tables.soundCount(); ++index) {
         for (const Symbol tag : m_tables.tags(index)) {
-            Known& lower = m_known[m_tables.lower(tag)];
+            Known& lower = m_known[m_known[tag].lower];
             if (std::exchange(lower.lastTagged, std::uint32_t(index)) != std::uint32_t(index))
                 m_tables.m_tagPostings.indexes[lower.tagCount++] = index;
         }
@@ -237,8 +251,9 @@ void TableBuilder::fillPostings()
 CatalogueTables TableBuilder::finish()
 {
     fillPostings();
+    for (const Known& one : m_known)
+        m_tables.m_lower.push_back(one.lower);
     m_known = {};
-    m_tables.m_lower.resize(m_tables.symbolCount(), SymbolTable::kNone);
     m_tables.m_symbols.shrink();
     m_tables.m_lower.shrink_to_fit();
     m_tables.m_texts.shrink_to_fit();

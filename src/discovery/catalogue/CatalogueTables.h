@@ -103,12 +103,13 @@ private:
     using Symbol = CatalogueTables::Symbol;
 
     void addTexts(const CatalogueItem& item, CatalogueTables::Sound& sound);
-    void addTag(std::string_view tag);
+    void addTags(const std::vector<std::string_view>& tags);
     void addTitleWords(std::string_view lowerTitle);
-    void addWord(std::string_view word, std::size_t characters);
+    void addWords(const std::vector<std::string_view>& words);
     Symbol lowerOf(Symbol tag);
     // What is known of each symbol, made for it if it is new.
     struct Known {
+        Symbol lower = SymbolTable::kNone;     // of a tag
         std::uint32_t lastTagged = UINT32_MAX; // the last sound that was posted under it,
         std::uint32_t lastTitled = UINT32_MAX; // and the last with it in its title
         std::uint32_t tagCount = 0;
@@ -120,6 +121,10 @@ private:
 
     CatalogueTables m_tables;
     std::vector<Known> m_known;
+    // For one sound after the other, for the sake of their memory.
+    std::vector<std::string_view> m_words;
+    std::vector<Symbol> m_found;
+    std::string m_lower;
 };
 
 } // namespace tonequill

@@ -40,11 +40,10 @@ struct IndexSearch::Candidate {
     double score = 0;
 };
 
-IndexSearch::IndexSearch(const CatalogueTables& tables)
-    : m_tables(tables),
-      m_scores(std::size_t(tables.soundCount())),
-      m_looked(tables.symbolCount())
+IndexSearch::IndexSearch(const CatalogueTables& tables) : m_tables(tables), m_points(std::size_t(tables.soundCount()))
 {
+    for (std::int32_t index = 0; index < tables.soundCount(); ++index)
+        m_points[std::size_t(index)].boost = static_cast<float>(tables.popularity(index)) * kPopularity;
     for (const QStringView tag : SoundRanker::kBackgroundTags) {
         if (const auto symbol = tables.find(tag.toUtf8().toStdString()); symbol != SymbolTable::kNone)
             m_background.push_back(symbol);
@@ -62,12 +61,12 @@ std::vector<IndexSearch::Term> IndexSearch::termsOf(const IndexQuery& query) con
     return terms;
 }
 
-void IndexSearch::gather(const std::vector<Term>& terms)
+void IndexSearch::gather(Terms terms)
 {
     m_candidates.clear();
     const auto add = [this](std::span<const std::int32_t> postings, float weight) {
         for (const std::int32_t index : postings) {
-            float& score = m_scores[std::size_t(index)];
+            float& score = m_points[std::size_t(index)].score;
             if (score == 0)
                 m_candidates.push_back(index);
             score += weight;
@@ -85,58 +84,82 @@ void IndexSearch::gather(const std::vector<Term>& terms)
 // both are one number, so that a partial selection gives what a stable sort would.
 std::vector<std::int32_t> IndexSearch::shortlist(const IndexQuery& query)
 {
-    std::vector<std::uint64_t> keys;
-    keys.reserve(m_candidates.size());
+    const std::size_t most = std::min(m_candidates.size(), std::size_t(std::max(query.limit, kShortestList)));
+    std::vector<std::uint64_t> best; // never many more than are wanted: those that can't be among them go
+    const auto keepBest = [&best, most] {
+        if (best.size() <= most)
+            return std::uint64_t(0);
+        const auto end = best.begin() + std::ptrdiff_t(most);
+        std::nth_element(best.begin(), end - 1, best.end(), std::greater<>());
+        best.erase(end, best.end());
+        return best.back();
+    };
+    std::uint64_t threshold = 0;
     for (std::size_t order = 0; order < m_candidates.size(); ++order) {
         const std::int32_t index = m_candidates[order];
-        const float score = std::exchange(m_scores[std::size_t(index)], 0.0F);
-        if (query.maxSeconds && m_tables.duration(index) > *query.maxSeconds)
+        Points& points = m_points[std::size_t(index)];
+        const float boosted = std::exchange(points.score, 0.0F) + points.boost;
+        const std::uint64_t key = std::uint64_t(orderOf(boosted)) << 32 | (UINT32_MAX - std::uint32_t(order));
+        if (key < threshold || (query.maxSeconds && m_tables.duration(index) > *query.maxSeconds))
             continue;
-        const float boosted = score + static_cast<float>(m_tables.popularity(index)) * kPopularity;
-        keys.push_back(std::uint64_t(orderOf(boosted)) << 32 | (UINT32_MAX - std::uint32_t(order)));
+        best.push_back(key);
+        if (best.size() == 4 * most)
+            threshold = keepBest();
     }
-    const auto length = std::min(keys.size(), std::size_t(std::max(query.limit, kShortestList)));
-    const auto end = keys.begin() + std::ptrdiff_t(length);
-    std::nth_element(keys.begin(), end, keys.end(), std::greater<>());
-    std::sort(keys.begin(), end, std::greater<>());
-    std::vector<std::int32_t> best;
-    best.reserve(length);
-    for (auto key = keys.begin(); key != end; ++key)
-        best.push_back(m_candidates[UINT32_MAX - std::uint32_t(*key)]);
-    return best;
+    keepBest();
+    std::sort(best.begin(), best.end(), std::greater<>());
+    std::vector<std::int32_t> list;
+    list.reserve(best.size());
+    for (const std::uint64_t key : best)
+        list.push_back(m_candidates[UINT32_MAX - std::uint32_t(key)]);
+    return list;
 }
 
-void IndexSearch::scoreExactly(const std::vector<Term>& terms, std::vector<Candidate>& candidates)
+IndexSearch::Looked& IndexSearch::lookAt(CatalogueTables::Symbol tag, Terms terms)
 {
-    for (const Term& term : terms) {
-        if (m_newestLook > UINT32_MAX - 2) { // the marks have run out: begin anew
-            std::fill(m_looked.begin(), m_looked.end(), 0);
-            m_newestLook = 0;
-        }
-        m_newestLook += 2;
-        // A tag that many candidates bear is looked into once.
-        const auto isIn = [&](CatalogueTables::Symbol tag) {
-            std::uint32_t& looked = m_looked[tag];
-            if ((looked & ~1U) != m_newestLook)
-                looked = m_newestLook | (m_tables.text(tag).find(term.text) != std::string_view::npos ? 1U : 0U);
-            return (looked & 1U) != 0;
-        };
-        for (Candidate& candidate : candidates) {
-            TermScore::Match match;
-            for (const CatalogueTables::Symbol tag : m_tables.tags(candidate.index)) {
-                const CatalogueTables::Symbol lower = m_tables.lower(tag);
-                match.isTag = match.isTag || lower == term.symbol;
-                match.isInTag = match.isInTag || isIn(lower);
-            }
-            const auto words = m_tables.titleWords(candidate.index);
-            match.isTitleWord = std::find(words.begin(), words.end(), term.symbol) != words.end();
-            match.isInTitle = match.isTitleWord || m_tables.lowerTitle(candidate.index).find(term.text) != std::string_view::npos;
-            match.isTermPrimary = term.isPrimary;
-            candidate.found.add(match);
+    if (2 * m_lookedCount >= m_looked.size()) { // at most half full; those it has are looked at anew
+        m_looked.assign(std::max<std::size_t>(2 * m_looked.size(), 8192), Looked());
+        m_lookedCount = 0;
+    }
+    constexpr std::uint32_t kSpread = 2654435769U; // 2^32 / the golden ratio
+    const std::size_t mask = m_looked.size() - 1;
+    std::size_t at = (tag * kSpread >> 12) & mask;
+    while (m_looked[at].tag != tag && m_looked[at].tag != SymbolTable::kNone)
+        at = (at + 1) & mask;
+    Looked& looked = m_looked[at];
+    if (looked.tag == SymbolTable::kNone) {
+        ++m_lookedCount;
+        looked.tag = tag;
+        const std::string_view text = m_tables.text(tag);
+        for (std::size_t i = 0; i < terms.size(); ++i) {
+            looked.is |= std::uint32_t(terms[i].symbol == tag) << i;
+            looked.has |= std::uint32_t(text.find(terms[i].text) != std::string_view::npos) << i;
         }
     }
-    for (Candidate& candidate : candidates)
-        candidate.score = candidate.found.total();
+    return looked;
+}
+
+// REQUIRES: at most 32 terms.
+void IndexSearch::scoreExactly(Terms terms, std::vector<Candidate>& candidates)
+{
+    std::fill(m_looked.begin(), m_looked.end(), Looked());
+    m_lookedCount = 0;
+    for (Candidate& candidate : candidates) {
+        std::uint32_t is = 0;
+        std::uint32_t has = 0;
+        for (const CatalogueTables::Symbol tag : m_tables.tags(candidate.index)) {
+            const Looked& looked = lookAt(m_tables.lower(tag), terms);
+            is |= looked.is;
+            has |= looked.has;
+        }
+        const auto words = m_tables.titleWords(candidate.index);
+        const std::string_view title = m_tables.lowerTitle(candidate.index);
+        for (std::size_t i = 0; i < terms.size(); ++i) {
+            const bool isWord = std::find(words.begin(), words.end(), terms[i].symbol) != words.end();
+            const bool isInTitle = isWord || title.find(terms[i].text) != std::string_view::npos;
+            candidate.found.add({(is >> i & 1U) != 0, (has >> i & 1U) != 0, isWord, isInTitle, terms[i].isPrimary});
+        }
+    }
 }
 
 bool IndexSearch::isBackground(std::int32_t index) const
@@ -163,7 +186,11 @@ QList<OnlineSound> IndexSearch::search(const IndexQuery& query)
     std::vector<Candidate> candidates;
     for (const std::int32_t index : shortlist(query))
         candidates.push_back({index, {}, 0});
-    scoreExactly(terms, candidates);
+    constexpr std::size_t kAtOnce = 32; // terms, a bit each
+    for (std::size_t first = 0; first < terms.size(); first += kAtOnce)
+        scoreExactly(Terms(terms).subspan(first, std::min(kAtOnce, terms.size() - first)), candidates);
+    for (Candidate& candidate : candidates)
+        candidate.score = candidate.found.total();
     if (query.maxSeconds)
         adjustForShortness(candidates);
     // Before popularity, which orders what matches and brings nothing in.

@@ -33,22 +33,33 @@ public:
 private:
     struct Term;
     struct Candidate;
-    using Scores = std::vector<float>;
+    // What a sound has in the first stage.
+    struct Points {
+        float score = 0; // between questions 0: each clears what it touched
+        float boost = 0; // for its popularity
+    };
+    // What is known of a tag within a question: which of the terms it is, and which are in it,
+    // a bit each. Many sounds bear the same tags.
+    struct Looked {
+        CatalogueTables::Symbol tag = SymbolTable::kNone; // in lower case
+        std::uint32_t is = 0;
+        std::uint32_t has = 0;
+    };
+    using Terms = std::span<const Term>;
 
     std::vector<Term> termsOf(const IndexQuery& query) const;
-    void gather(const std::vector<Term>& terms);
+    void gather(Terms terms);
     std::vector<std::int32_t> shortlist(const IndexQuery& query);
-    void scoreExactly(const std::vector<Term>& terms, std::vector<Candidate>& candidates);
+    void scoreExactly(Terms terms, std::vector<Candidate>& candidates);
+    Looked& lookAt(CatalogueTables::Symbol tag, Terms terms);
     void adjustForShortness(std::vector<Candidate>& candidates) const;
     bool isBackground(std::int32_t index) const;
 
     const CatalogueTables& m_tables;
-    // All 0 between questions: each clears what it touched.
-    Scores m_scores;
+    std::vector<Points> m_points;
     std::vector<std::int32_t> m_candidates;
-    // For each symbol the last term that it was looked at for, and whether that is in it.
-    std::vector<std::uint32_t> m_looked;
-    std::uint32_t m_newestLook = 0;
+    std::vector<Looked> m_looked; // by hash, a power of two of them
+    std::size_t m_lookedCount = 0;
     std::vector<CatalogueTables::Symbol> m_background;
 };
 
