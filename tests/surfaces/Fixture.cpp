@@ -95,6 +95,18 @@ void Fixture::startEditing()
     makeModel();
 }
 
+void Fixture::startLoading()
+{
+    stop();
+    m_openSound = std::make_unique<OpenSound>();
+    m_player = std::make_shared<FakeAudioPlayer>(10);
+    m_openSound->work.openings.back().answer(m_player);
+    Machine::settle();
+    m_openSound->view.reset();
+    m_app = std::move(m_openSound->app);
+    makeModel();
+}
+
 QString Fixture::editor() const
 {
     const EditorModel& editor = m_app->editor();
@@ -278,6 +290,17 @@ QStringList Fixture::flaws(QQuickWindow* window)
             flaws << u"too small: "_s + what;
     }
     return flaws;
+}
+
+QStringList Fixture::stopsUnder(QQuickItem* item)
+{
+    const QRectF place = item->mapRectToScene(item->boundingRect());
+    QStringList under;
+    for (QQuickItem* stop : stopsOf(item->window())) {
+        if (stop->mapRectToScene(stop->boundingRect()).intersects(place))
+            under << spoken(stop);
+    }
+    return under;
 }
 
 QString Fixture::spoken(QQuickItem* item)

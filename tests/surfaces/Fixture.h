@@ -40,6 +40,8 @@ public:
     // A new program whose one sound is open: ten seconds, with the parts "Slam"
     // (3 to 4 s, the best), 6 to 7.5 s, and the whole.
     Q_INVOKABLE void startEditing();
+    // The same before its analysis has come; a player is there.
+    Q_INVOKABLE void startLoading();
     // Ends it; no window may show it any more.
     Q_INVOKABLE void stop();
 
@@ -87,6 +89,8 @@ public:
     Q_INVOKABLE static QStringList tabStops(QQuickWindow* window);
     // What is wrong with them: no name, or too small to hit.
     Q_INVOKABLE static QStringList flaws(QQuickWindow* window);
+    // Those that lie under an item.
+    Q_INVOKABLE static QStringList stopsUnder(QQuickItem* item);
     // What a screen reader says of an item.
     Q_INVOKABLE static QString spoken(QQuickItem* item);
 

@@ -26,39 +26,21 @@ Item {
         color: Theme.textTertiary
         text: "⌘-click to pick several"
     }
-    Flickable {
+    SideScroller {
         id: scroller
         objectName: "chips"
-        // Room for the focus rings, which a clipped view would cut.
-        readonly property real room: Metrics.focusGap + Metrics.focus
-
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.margins: -room
         anchors.bottom: parent.bottom
         height: Metrics.chip + 2 * room
         contentWidth: row.width + 2 * room
-        contentHeight: height
-        boundsBehavior: Flickable.StopAtBounds
-        flickableDirection: Flickable.HorizontalFlick
-        clip: true
-
-        function show(chip) {
-            const left = chip.x;
-            const right = chip.x + chip.width + 2 * room;
-            contentX = Math.max(0, Math.min(left, Math.max(contentX, right - width + (right < contentWidth ? Metrics.spaceXl : 0))));
-        }
 
         Connections {
             target: section.sound
             function onOpened() {
                 scroller.contentX = 0;
             }
-        }
-        WheelHandler {
-            orientation: Qt.Vertical
-            target: scroller
-            property: "contentX"
         }
         Row {
             id: row
@@ -103,14 +85,14 @@ Item {
         }
     }
     EdgeFade {
-        visible: scroller.contentX + scroller.width < scroller.contentWidth - 1
+        visible: scroller.hasMoreRight
         ground: Theme.panelRight
         anchors.right: scroller.right
         anchors.verticalCenter: scroller.verticalCenter
         height: scroller.height
     }
     EdgeFade {
-        visible: scroller.contentX > 1
+        visible: scroller.hasMoreLeft
         ground: Theme.panelMiddle
         rotation: 180
         anchors.left: scroller.left

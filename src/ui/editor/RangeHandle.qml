@@ -36,10 +36,11 @@ KeyboardItem {
         height: parent.height
         color: Theme.handle
     }
-    Rectangle { // it stays whole where the line is at the wave's edge
-        readonly property real room: handle.parent ? handle.parent.width - handle.x - width : 0
+    Rectangle { // it and its ring stay whole where the line is at the wave's edge
+        readonly property real edge: ring.visible ? ring.reach : 0
+        readonly property real room: handle.parent ? handle.parent.width - handle.x - width - edge : 0
 
-        x: Math.max(-handle.x, Math.min(room, (handle.width - width) / 2))
+        x: Math.max(edge - handle.x, Math.min(room, (handle.width - width) / 2))
         anchors.verticalCenter: parent.verticalCenter
         width: Metrics.handle
         height: Metrics.grip
@@ -62,6 +63,7 @@ KeyboardItem {
             }
         }
         FocusRing {
+            id: ring
             visible: handle.activeFocus && handle.hasVisualFocus
             around: parent.radius
         }

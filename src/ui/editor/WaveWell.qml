@@ -109,7 +109,7 @@ Card {
                         z: marked ? 1 : 0 // parts may overlap
                         visible: !whole || marked
                         x: start * stage.pixelsPerSecond - stage.scrollX
-                        y: stage.height - height - Metrics.ribbon
+                        y: stage.height - height - (scrollBar.visible ? scrollBar.height : Metrics.ribbon)
                         width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
                         height: Metrics.ribbon
                         radius: height / 2
@@ -124,12 +124,6 @@ Card {
                 height: parent.height
                 color: Theme.cursor
                 opacity: Metrics.mutedRegion
-            }
-            HoverTime {
-                visible: stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
-                x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
-                y: Metrics.spaceXs
-                text: stage.hoverText
             }
             Rectangle {
                 visible: stage.cursorX >= 0
@@ -171,16 +165,25 @@ Card {
                     text: well.sound.playback.lengthText
                 }
             }
-            Rectangle {
-                visible: stage.hasPlayhead
-                x: Math.round(stage.playheadX) - width / 2
-                width: Metrics.strokePlayhead
-                height: parent.height
-                color: Theme.playhead
-            }
+        }
+        Rectangle { // it runs before there is a wave, too
+            visible: stage.hasPlayhead
+            x: Math.round(stage.playheadX) - width / 2
+            width: Metrics.strokePlayhead
+            height: parent.height
+            color: Theme.playhead
+        }
+        HoverTime { // over every line, so that none runs through its digits
+            visible: well.sound.isReady && stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
+            x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
+            y: Metrics.spaceXs
+            text: stage.hoverText
         }
         ScrollThumb {
+            id: scrollBar
+            objectName: "waveScrollBar"
             visible: stage.isScrollable
+            isSteady: true
             orientation: Qt.Horizontal
             anchors.left: parent.left
             anchors.right: parent.right

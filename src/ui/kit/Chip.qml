@@ -23,6 +23,10 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     onClicked: picked(held)
+    Keys.onSpacePressed: event => { // Space alone is the window's
+        if (!event.isAutoRepeat)
+            picked(event.modifiers);
+    }
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
             picked(event.modifiers);
@@ -59,7 +63,8 @@ T.AbstractButton {
         Row {
             id: row
             anchors.verticalCenter: parent.verticalCenter
-            anchors.horizontalCenter: control.isLeftAligned && !control.isCompact ? undefined : parent.horizontalCenter
+            // No anchor that comes and goes: one that is let go leaves the row where it was.
+            x: control.isLeftAligned && !control.isCompact ? 0 : Math.round((parent.width - width) / 2)
             spacing: control.isLeftAligned ? Metrics.spaceXs : Metrics.spaceS
 
             Icon {

@@ -24,6 +24,9 @@ TestCase {
     function init() {
         failOnWarning(/.?/);
         Fixture.startEditing();
+        show();
+    }
+    function show() {
         window = component.createObject(test);
         window.requestActivate();
         tryCompare(window, "active", true);
@@ -74,7 +77,7 @@ TestCase {
 
     function test_theChipsAreChosenWithTheKeys() {
         chip("Option 2").forceActiveFocus(Qt.TabFocusReason);
-        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        keyClick(Qt.Key_Space, Qt.ControlModifier);
         compare(Fixture.editor(), "6.00-7.50 marked 2");
         keyClick(Qt.Key_Return);
         compare(Fixture.editor(), "6.00-7.50 marked 1");
@@ -97,6 +100,184 @@ TestCase {
             item("libraryList").forceActiveFocus();
             keyClick(Qt.Key_Space, held);
             compare(Fixture.editor(), "3.00-4.00 marked 1");
+        }
+    }
+
+    function test_playIsThereBeforeTheAnalysisEndsAndTheTimeRuns() {
+        window.destroy();
+        wait(0);
+        Fixture.startLoading();
+        show();
+        verify(window.model.sound.isLoading);
+        compare(item("place").text, "0:00.000");
+        verify(item("playButton").enabled);
+        mouseClick(item("playButton"));
+        verify(window.model.sound.playback.isPlaying);
+        Fixture.play(2.5);
+        compare(item("place").text, "0:02.500");
+        verify(stage.hasPlayhead);
+        const line = Look.find(stage, each => each.color === Theme.playhead && each.visible && each.height === stage.height);
+        verify(line, "the playhead runs where the wave will be");
+        fuzzyCompare(line.x + line.width / 2, at(2.5), 1);
+        mouseClick(item("playButton"));
+        compare(item("place").text, "0:00.000");
+    }
+
+    function test_theBracketsPutTheEndsOfTheRangeAndLLoops() {
+        mouseClick(stage, at(3.5), 60);
+        keyClick("["); // a letter of the list, which has the keyboard
+        compare(Fixture.editor(), "3.00-4.00 marked 1 cursor 3.50");
+        item("saveButton").forceActiveFocus(Qt.TabFocusReason);
+        keyClick("[");
+        checkRange(3.5, 4);
+        mouseClick(stage, at(3.75), 60);
+        keyClick("]");
+        checkRange(3.5, 3.75);
+        keyClick("l");
+        verify(window.model.sound.playback.loop);
+        keyClick("l");
+        verify(!window.model.sound.playback.loop);
+        keyClick("l", Qt.ControlModifier);
+        verify(!window.model.sound.playback.loop);
+        mouseClick(item("nameField"));
+        keyClick(Qt.Key_End);
+        keyClick("]");
+        compare(item("nameField").text, "Door Slam]");
+        checkRange(3.5, 3.75);
+    }
+
+    function test_aDragAcrossTheWaveSetsTheRange() {
+        mousePress(stage, at(5), 60);
+        mouseMove(stage, at(5) + 2, 60);
+        compare(Fixture.editor(), "3.00-4.00 marked 1"); // it may still be a click
+        mouseMove(stage, at(6), 60);
+        mouseMove(stage, at(8), 60);
+        checkRange(5, 8);
+        compare(chip("Best match · Slam").isPicked, false);
+        mouseMove(stage, at(4.5), 60);
+        mouseRelease(stage, at(4.5), 60);
+        checkRange(4.5, 5);
+        compare(window.model.sound.playback.end - window.model.sound.playback.start > 0.4, true);
+        verify(!Fixture.editor().includes("cursor"), Fixture.editor());
+    }
+
+    function test_theWaveComesAlongWithASweepBeyondTheView() {
+        mouseClick(item("zoomSelectionButton"));
+        const scroll = stage.scrollX;
+        const from = stage.startSeconds + 600 / stage.pixelsPerSecond;
+        mousePress(stage, 600, 60);
+        mouseMove(stage, stage.width + 40, 60);
+        mouseMove(stage, stage.width + 80, 60);
+        mouseRelease(stage, stage.width + 80, 60);
+        compare(stage.scrollX, scroll + 30);
+        fuzzyCompare(window.model.sound.playback.start, from, 0.01);
+        verify(window.model.sound.playback.end > 4.1);
+    }
+
+    function test_aPinchZoomsAtThePointer() {
+        const before = stage.startSeconds + 400 / stage.pixelsPerSecond;
+        const touch = touchEvent(stage);
+        touch.press(0, stage, 350, 60).press(1, stage, 450, 60).commit();
+        for (let i = 1; i <= 100; ++i)
+            touch.move(0, stage, 350 - i, 60).move(1, stage, 450 + i, 60).commit();
+        touch.release(0, stage, 250, 60).release(1, stage, 550, 60).commit();
+        verify(stage.zoom > 2 && stage.zoom <= 3.01, stage.zoom); // the first steps begin it
+        fuzzyCompare(stage.startSeconds + 400 / stage.pixelsPerSecond, before, 0.05);
+        compare(Fixture.editor(), "3.00-4.00 marked 1"); // it is no drag and no click
+    }
+
+    function test_aSlowPinchZoomsAsFarAsAQuickOne() {
+        stage.beginPinch();
+        for (let i = 1; i <= 5000; ++i)
+            stage.pinch(1 + i * 0.0002, 400);
+        fuzzyCompare(stage.zoom, 2, 0.01);
+        stage.beginPinch();
+        stage.pinch(0.1, 400);
+        compare(stage.zoom, 1);
+        compare(stage.scrollX, 0);
+        stage.pinch(0.11, 400);
+        fuzzyCompare(stage.zoom, 1.1, 1e-6, "the way back begins at once");
+        stage.pinch(0, 400);
+        stage.pinch(-1, 400);
+        fuzzyCompare(stage.zoom, 1.1, 1e-6);
+    }
+
+    function test_theZoomedWaveHasAScrollBar() {
+        const bar = item("waveScrollBar");
+        verify(!bar.visible);
+        for (let i = 0; i < 8; ++i)
+            mouseWheel(stage, 200, 60, 0, 120, Qt.NoButton, Qt.ControlModifier);
+        verify(bar.visible);
+        compare(bar.height, Metrics.spaceS);
+        verify(bar.contentItem.height >= Metrics.sliderTrack);
+        tryVerify(() => bar.contentItem.opacity > 0.2);
+        const ribbon = Look.find(stage, each => each.marked !== undefined && each.visible);
+        verify(ribbon.y + ribbon.height <= bar.y, "the parts stay in sight");
+        const scroll = stage.scrollX;
+        const y = bar.height / 2;
+        const x = bar.contentItem.x + bar.contentItem.width / 2;
+        mousePress(bar, x, y);
+        mouseMove(bar, x + 50, y);
+        mouseMove(bar, x + 100, y);
+        mouseRelease(bar, x + 100, y);
+        verify(stage.scrollX > scroll + 300, stage.scrollX - scroll);
+        compare(Fixture.editor(), "3.00-4.00 marked 1");
+    }
+
+    function test_noLineRunsThroughTheTimeUnderThePointer() {
+        mouseClick(stage, at(8), 60);
+        mouseMove(stage, at(8), 61);
+        const label = Look.find(stage, each => each.toString().startsWith("HoverTime") && each.visible);
+        verify(label);
+        const image = grabImage(window.contentItem);
+        const origin = stage.mapToItem(null, 0, 0);
+        const x = Math.round(origin.x + stage.cursorX);
+        const hasLine = y => Math.abs(image.red(x, origin.y + y) - image.red(x - 3, origin.y + y)) > 8;
+        verify(!hasLine(label.y + 2)); // over its digits
+        verify(hasLine(stage.height - 40), "it is the cursor's place");
+    }
+
+    function test_theWheelOverTheChipsStaysAtTheirEnds() {
+        window.width = 900;
+        const chips = item("chips");
+        tryVerify(() => chips.width < 700 && chips.lastX > 0);
+        for (let i = 0; i < 40; ++i)
+            mouseWheel(chips, 60, 20, 0, -120);
+        compare(chips.contentX, chips.lastX);
+        for (let i = 0; i < 80; ++i)
+            mouseWheel(chips, 60, 20, 0, 120);
+        compare(chips.contentX, 0);
+        mouseWheel(chips, 60, 20, 0, -30);
+        compare(chips.contentX, Math.min(15, chips.lastX));
+        window.width = 1180;
+        tryVerify(() => chips.contentX <= chips.lastX);
+    }
+
+    function test_theVoicesLookTheSameAfterANarrowWindow() {
+        const words = () => Look.label(chip("Robot"), "Robot").mapToItem(chip("Robot"), 0, 0).x;
+        const before = words();
+        verify(before < 60);
+        window.width = 900;
+        tryVerify(() => chip("Robot").isCompact);
+        window.width = 1180;
+        tryVerify(() => !chip("Robot").isCompact);
+        tryVerify(() => words() === before, 1000, words() + " was " + before);
+    }
+
+    function test_noRingIsCut() {
+        const reach = Metrics.focusGap + Metrics.focus;
+        const plus = item("addTagButton");
+        const tags = item("tags");
+        const at = plus.mapToItem(tags, -reach, -reach);
+        const end = plus.mapToItem(tags, plus.width + reach, plus.height + reach);
+        verify(at.y >= 0 && end.y <= tags.height && at.x >= 0 && end.x <= tags.width, [at, end, tags.width, tags.height]);
+        mouseClick(chip("Whole file"));
+        for (const name of ["startHandle", "endHandle"]) {
+            const handle = item(name);
+            handle.forceActiveFocus(Qt.TabFocusReason);
+            const ring = Look.ofType(handle, "FocusRing");
+            const left = ring.mapToItem(stage, 0, 0).x;
+            verify(left >= 0 && left + ring.width <= stage.width, name + " " + left);
         }
     }
 
@@ -154,11 +335,25 @@ TestCase {
         compare(Fixture.record(), "Door Slam: door, slam, w");
         const tag = text => Look.find(window.contentItem, each => each.text === text && each.removed !== undefined);
         tryVerify(() => tag("door").x < tag("slam").x && tag("slam").x < tag("w").x); // they are laid out
-        mouseClick(tag("door"));
+        mouseClick(tag("door"), 10, 16);
+        compare(Fixture.record(), "Door Slam: door, slam, w"); // its word does nothing
+        mouseClick(findChild(tag("door"), "tagCross"));
         compare(Fixture.record(), "Door Slam: slam, w");
         tag("slam").forceActiveFocus(Qt.TabFocusReason);
         keyClick(Qt.Key_Delete);
         compare(Fixture.record(), "Door Slam: w");
+    }
+
+    function test_aCommaEndsATagAndTheNextIsTyped() {
+        mouseClick(item("addTagButton"));
+        for (const letter of ["w", ",", " ", "x"])
+            keyClick(letter);
+        compare(Fixture.record(), "Door Slam: door, slam, w");
+        verify(item("tagField").activeFocus);
+        compare(item("tagField").text, " x");
+        keyClick(",");
+        keyClick(Qt.Key_Return);
+        compare(Fixture.record(), "Door Slam: door, slam, w, x");
     }
 
     function test_aClickOnTheWaveMovesTheCursorAndNotTheRange() {

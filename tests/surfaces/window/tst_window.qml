@@ -127,16 +127,49 @@ TestCase {
         tryCompare(line, "opacity", 1);
         verify(label("Added “Door Slam” to your library."));
         verify(Look.find(line, item => item.name === "check"));
-        compare(line.y + line.height, window.height - 24);
-        fuzzyCompare(line.x + line.width / 2, window.width / 2, 1);
+        const list = findChild(window.contentItem, "libraryList");
+        fuzzyCompare(line.mapToItem(list, line.width / 2, 0).x, list.width / 2, 1);
         Fixture.advance(3499);
         compare(line.isShown, true);
         Fixture.advance(1);
         tryCompare(line, "visible", false);
     }
 
+    function test_aNoticeCoversNoControl_data() {
+        return [{ tag: "small window", width: 900, height: 600 }, { tag: "wide window", width: 1180, height: 740 }];
+    }
+    function test_aNoticeCoversNoControl(data) {
+        open(60);
+        window.width = data.width;
+        window.height = data.height;
+        const list = findChild(window.contentItem, "libraryList");
+        tryVerify(() => list.mapToItem(null, 0, list.height).y > data.height - 80 && list.mapToItem(null, 0, list.height).y < data.height);
+        const tall = list.height;
+        Fixture.say("holiday is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V.", true);
+        const line = findChild(window.contentItem, "noticeLine");
+        tryCompare(line, "opacity", 1);
+        tryVerify(() => list.height < tall);
+        compare(Fixture.stopsUnder(line).join("; "), "");
+        verify(line.mapToItem(list, 0, 0).y >= list.height);
+        verify(Fixture.stopsUnder(list).length > 0, "the question is one");
+        Fixture.advance(7000);
+        tryCompare(list, "height", tall);
+    }
+
+    function test_anotherSectionHasItsNoticeAtTheWindowsFoot() {
+        open(1);
+        window.model.section = WindowModel.Studio;
+        Fixture.say("Added “Door Slam” to your library.", false);
+        tryVerify(() => findChild(window.contentItem, "noticeLine").opacity === 1);
+        const line = findChild(window.contentItem, "noticeLine");
+        compare(line.y + line.height, window.height - 24);
+        fuzzyCompare(line.x + line.width / 2, window.width / 2, 1);
+    }
+
     function test_anErrorStaysLongerAndWearsAWarning() {
         open(1);
+        window.model.section = WindowModel.Studio;
+        wait(0); // the library's goes
         const line = findChild(window.contentItem, "noticeLine");
         Fixture.say("holiday is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V.", true);
         tryCompare(line, "opacity", 1);
