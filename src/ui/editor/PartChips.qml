@@ -42,8 +42,15 @@ Item {
                 scroller.contentX = 0;
             }
         }
+        ArrowGroup {
+            id: group
+            members: row
+            width: row.width
+            height: row.height
+        }
         Row {
             id: row
+            parent: group
             x: scroller.room
             y: scroller.room
             spacing: Metrics.spaceS
@@ -55,18 +62,24 @@ Item {
                     id: chip
                     required property int index
                     required property string title
+                    required property string bareTitle
                     required property string length
                     required property bool marked
                     required property bool best
 
+                    // Room for what will be heard in it, so that nothing moves when that comes.
+                    reservedText: section.sound.parts.count > 1 ? bareTitle + " · Footsteps" : ""
+                    isStop: group.stop === chip || (!group.stop && index === 0)
                     iconName: best ? "sparkle" : ""
                     text: chip.title
                     detail: chip.length
                     isPicked: marked
                     onPicked: modifiers => section.sound.parts.choose(index, modifiers)
                     onActiveFocusChanged: {
-                        if (activeFocus)
-                            scroller.show(chip);
+                        if (!activeFocus)
+                            return;
+                        group.stop = chip;
+                        scroller.show(chip);
                     }
                 }
             }
@@ -77,9 +90,12 @@ Item {
                 text: "Whole file"
                 detail: section.sound.lengthText
                 onPicked: section.sound.playback.selectAll()
+                isStop: group.stop === whole || (!group.stop && section.sound.parts.count === 0)
                 onActiveFocusChanged: {
-                    if (activeFocus)
-                        scroller.show(whole);
+                    if (!activeFocus)
+                        return;
+                    group.stop = whole;
+                    scroller.show(whole);
                 }
             }
         }

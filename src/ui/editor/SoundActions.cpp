@@ -101,7 +101,7 @@ void SoundActions::copyParts()
         return;
     const StagedFiles files = stageSelectionFiles(m_app);
     if (files.paths.isEmpty())
-        return;
+        return m_app.say(u"Couldn't copy this part."_s, Tone::error);
     QGuiApplication::clipboard()->setMimeData(DragOut::filesOf(files.paths).release());
     m_app.say(files.paths.size() == 1 ? u"Copied “%1”. Paste it into another program."_s.arg(files.label)
                                       : u"Copied %1 sounds. Paste them into another program."_s.arg(files.paths.size()));

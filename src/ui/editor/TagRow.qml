@@ -14,10 +14,14 @@ Item {
 
     NumberText {
         id: duration
+        objectName: "duration"
         anchors.verticalCenter: parent.verticalCenter
         type: Metrics.caption
         color: Theme.textSecondary
         text: row.sound.durationText
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: "Length " + text
     }
     Label {
         id: dot

@@ -96,17 +96,42 @@ Item {
         width: Math.min(implicitWidth, Math.max(0, right.x - x - Metrics.spaceS))
         type: Metrics.bodyStrong
         text: transport.sound.headline
+
+        HoverHandler {
+            id: overHeadline
+        }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: text === ""
+    }
+    WholeText {
+        label: headline
+        isOver: overHeadline.hovered
     }
     Label {
+        id: summary
         objectName: "summary"
-        visible: width > Metrics.spaceXl * 3 // a few letters tell nothing
         anchors.left: headline.right
         anchors.leftMargin: Metrics.spaceS
         anchors.right: right.left
         anchors.rightMargin: Metrics.spaceS
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.textSecondary
+        // A few letters tell nothing; it is read out all the same.
+        color: width > Metrics.spaceXl * 3 ? Theme.textSecondary : "transparent"
         text: transport.sound.summary
+
+        HoverHandler {
+            id: overSummary
+        }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: text === ""
+    }
+    WholeText {
+        label: summary
+        isOver: overSummary.hovered
     }
     Row {
         id: right

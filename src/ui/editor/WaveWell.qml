@@ -137,6 +137,8 @@ Card {
                 objectName: "startHandle"
                 name: "Start"
                 valueText: well.sound.playback.startText
+                seconds: well.sound.playback.start
+                duration: well.sound.duration
                 at: Math.round(stage.startX)
                 onMoved: by => well.sound.playback.moveStart(by)
             }
@@ -144,6 +146,8 @@ Card {
                 objectName: "endHandle"
                 name: "End"
                 valueText: well.sound.playback.endText
+                seconds: well.sound.playback.end
+                duration: well.sound.duration
                 at: Math.round(stage.endX)
                 onMoved: by => well.sound.playback.moveEnd(by)
             }

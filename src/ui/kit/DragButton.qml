@@ -29,7 +29,7 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: tip
-    Accessible.onPressAction: copied()
+    Accessible.onPressAction: control.copied()
 
     background: DashedFrame {
         radius: Metrics.radiusControl

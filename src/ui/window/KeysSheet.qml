@@ -11,7 +11,7 @@ Sheet {
             ["Ctrl+1 … 4", "Library, Discover, Studio, Create with AI"], ["Ctrl+O", "Add files"], ["Ctrl+,", "Settings"],
             ["F1", "These keys"], ["Ctrl+Q", "Quit"]] },
         { title: "Library", keys: [
-            ["Ctrl+F", "Search"], ["↑ ↓  Page Up, Page Down  Home, End", "Go to another sound; with Shift, mark up to it"],
+            ["Ctrl+F", "Search"], ["↑ ↓  Page Up … End", "Go to another sound; with Shift, mark up to it"],
             ["Letters", "In the list: go to the name that begins so"], ["Ctrl+A", "Mark all"], ["F2", "Rename"],
             ["Delete", "Delete at once"], ["Menu", "What else can be done"]] },
         { title: "Sound", keys: [
@@ -25,77 +25,79 @@ Sheet {
     implicitWidth: Metrics.settingsWidth
     margins: Metrics.windowGap
 
-    contentItem: Flickable {
-        id: scroller
+    contentItem: FocusScope {
         implicitHeight: page.height
-        contentHeight: page.height
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
         focus: true
 
-        Column {
-            id: page
-            width: scroller.width
-            spacing: Metrics.spaceM
+        Flickable {
+            id: scroller
+            anchors.fill: parent
+            contentHeight: page.height
+            boundsBehavior: Flickable.StopAtBounds
+            clip: true
 
-            Repeater {
-                model: sheet.groups
+            Column {
+                id: page
+                width: scroller.width
+                spacing: Metrics.spaceM
 
-                Column {
-                    id: group
-                    required property var modelData
+                Repeater {
+                    model: sheet.groups
 
-                    width: page.width
-                    spacing: Metrics.spaceXs
+                    Column {
+                        id: group
+                        required property var modelData
 
-                    Label {
-                        type: Metrics.label
-                        text: group.modelData.title
-                    }
-                    Repeater {
-                        model: group.modelData.keys
+                        width: page.width
+                        spacing: Metrics.spaceXs
 
-                        Item {
-                            id: row
-                            required property var modelData
+                        Label {
+                            type: Metrics.label
+                            text: group.modelData.title
+                        }
+                        Repeater {
+                            model: group.modelData.keys
 
-                            width: page.width
-                            height: Math.max(key.height, what.height)
+                            Item {
+                                id: row
+                                required property var modelData
 
-                            Accessible.role: Accessible.StaticText
-                            Accessible.name: modelData[0] + ": " + modelData[1]
+                                width: page.width
+                                height: Math.max(key.height, what.height)
 
-                            Label {
-                                id: key
-                                width: Math.round(parent.width * 0.36)
-                                type: Metrics.bodyStrong
-                                wrapMode: Text.Wrap
-                                text: row.modelData[0]
-                            }
-                            Label {
-                                id: what
-                                anchors.left: key.right
-                                anchors.right: parent.right
-                                wrapMode: Text.Wrap
-                                color: Theme.textSecondary
-                                text: row.modelData[1]
+                                Accessible.role: Accessible.StaticText
+                                Accessible.name: modelData[0] + ": " + modelData[1]
+
+                                Label {
+                                    id: key
+                                    width: Math.round(parent.width * 0.36)
+                                    type: Metrics.bodyStrong
+                                    wrapMode: Text.Wrap
+                                    text: row.modelData[0]
+                                }
+                                Label {
+                                    id: what
+                                    anchors.left: key.right
+                                    anchors.right: parent.right
+                                    wrapMode: Text.Wrap
+                                    color: Theme.textSecondary
+                                    text: row.modelData[1]
+                                }
                             }
                         }
                     }
                 }
             }
         }
-    }
-
-    IconButton {
-        objectName: "closeKeys"
-        parent: sheet.background
-        anchors.right: parent ? parent.right : undefined
-        anchors.top: parent ? parent.top : undefined
-        anchors.margins: Metrics.spaceM
-        iconName: "close"
-        text: "Close"
-        keys: "Esc"
-        onClicked: sheet.close()
+        IconButton {
+            objectName: "closeKeys"
+            anchors.right: parent.right
+            anchors.rightMargin: -Metrics.spaceS
+            y: -Metrics.spaceM - Metrics.title.line + (Metrics.title.line - height) / 2
+            iconName: "close"
+            text: "Close"
+            keys: "Esc"
+            onClicked: sheet.close()
+        }
     }
 }

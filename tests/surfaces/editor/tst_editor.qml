@@ -563,9 +563,151 @@ TestCase {
         const stops = Fixture.tabStops(window);
         for (const stop of ["EditableText: Name of the sound", "Button: Save to Desktop", "Button: Add to Library", "Button: door",
                 "Button: Add a tag", "Slider: Start, 0:03.000", "Slider: End, 0:04.000", "Button: Play", "CheckBox: Loop",
-                "Button: Show the whole sound", "Button: Option 2, 1.50s", "Button: Whole file, 10.00s", "CheckBox: Reverse",
-                "Button: Robot", "Slider: Speed, 1×", "Slider: Reverb, 0%"])
+                "Button: Show the whole sound", "Button: Best match · Slam, 1.00s", "CheckBox: Reverse",
+                "Button: Natural", "Slider: Speed, 1×", "Slider: Reverb, 0%", "Button: Drag"])
             verify(stops.some(each => each.startsWith(stop)), stop + " of " + stops.join("; "));
+    }
+
+    function test_theArrowsGoThroughTheChips() {
+        chip("Best match · Slam").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Left);
+        verify(chip("Best match · Slam").visualFocus);
+        keyClick(Qt.Key_Right);
+        verify(chip("Option 2").visualFocus);
+        compare(Fixture.editor(), "3.00-4.00 marked 1"); // it is only looked at
+        const next = () => window.activeFocusItem;
+        keyClick(Qt.Key_Tab);
+        verify(next().isPicked === undefined, "the Tab key passes them in one step");
+        keyClick(Qt.Key_Backtab);
+        verify(chip("Option 2").visualFocus, "and comes back to where one was");
+        keyClick(Qt.Key_Right);
+        keyClick(Qt.Key_Right);
+        verify(chip("Whole file").visualFocus);
+        keyClick(Qt.Key_Return);
+        compare(Fixture.editor(), "0.00-10.00 marked 0");
+        chip("Natural").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Right);
+        verify(chip("Man").visualFocus);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Left);
+        verify(chip("Child").visualFocus);
+        keyClick(Qt.Key_Up);
+        verify(chip("Natural").visualFocus);
+        keyClick(Qt.Key_Up);
+        verify(chip("Natural").visualFocus);
+    }
+
+    function test_theChipsKeepTheirPlacesWhenTheLabelsCome() {
+        window.destroy();
+        wait(0);
+        Fixture.startLoading();
+        Fixture.analyse();
+        show();
+        const places = () => ["Best match", "Option 2"].map(name => {
+            const one = Look.find(item("chips"), each => each.isPicked !== undefined && each.text.startsWith(name));
+            return [one.mapToItem(item("chips"), 0, 0).x, one.width].join();
+        }).join("; ");
+        tryVerify(() => chip("Option 2"));
+        const before = places();
+        verify(!chip("Best match · Slam"));
+        Fixture.label();
+        tryVerify(() => chip("Best match · Slam"));
+        wait(0);
+        compare(places(), before);
+    }
+
+    function test_theSlidersHaveEveryKeyAndTheWheel() {
+        slider("gainSlider").forceActiveFocus(Qt.TabFocusReason);
+        const gain = () => window.model.sound.effects.gain;
+        keyClick(Qt.Key_PageUp);
+        compare(gain(), 10);
+        keyClick(Qt.Key_End);
+        compare(gain(), 12);
+        keyClick(Qt.Key_Home);
+        compare(gain(), -24);
+        keyClick(Qt.Key_PageDown);
+        compare(gain(), -24);
+        mouseWheel(slider("gainSlider"), 20, 10, 0, 120);
+        compare(gain(), -23);
+        compare(item("gainSlider").valueText, "-23 dB");
+        slider("speedSlider").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_PageUp);
+        compare(window.model.sound.effects.speedText, "1.3×");
+        const handle = item("endHandle");
+        handle.forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_PageUp);
+        compare(Fixture.editor(), "3.00-5.00 marked 0");
+        keyClick(Qt.Key_End);
+        compare(Fixture.editor(), "3.00-10.00 marked 0");
+        item("startHandle").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Home);
+        compare(Fixture.editor(), "0.00-10.00 marked 0");
+    }
+
+    // The file is shorter than what the test tells of it.
+    function chooseWhatIsThere() {
+        mouseClick(stage, at(0.2), 60);
+        item("loopButton").forceActiveFocus(Qt.TabFocusReason);
+        keyClick("]");
+        checkRange(0, 0.2);
+    }
+
+    function test_ctrlSSavesAndCtrlReturnAddsWhatWasTyped() {
+        chooseWhatIsThere();
+        mouseClick(item("nameField"));
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        keyClick("x");
+        keyClick(Qt.Key_S, Qt.ControlModifier);
+        compare(Fixture.record(), "x: door, slam");
+        tryVerify(() => !window.model.soundActions.isWorking);
+        verify(window.model.noticeText.startsWith("Saved “x"), window.model.noticeText);
+        keyClick(Qt.Key_Return, Qt.ControlModifier);
+        verify(window.model.soundActions.isAdding);
+        tryVerify(() => !window.model.soundActions.isWorking);
+        verify(window.model.noticeText.startsWith("Added “x"), window.model.noticeText);
+    }
+
+    function test_f2AndTheMenuGoToTheName() {
+        keyClick(Qt.Key_F2);
+        verify(item("nameField").activeFocus);
+        compare(item("nameField").selectedText, "Door Slam");
+        keyClick("y");
+        keyClick(Qt.Key_Return);
+        compare(Fixture.record(), "y: door, slam");
+        mouseClick(item("libraryList"), 100, 20, Qt.RightButton);
+        tryVerify(() => hasText("Rename"));
+        mouseClick(Look.label(window.contentItem, "Rename"));
+        tryVerify(() => !hasText("Rename"));
+        tryVerify(() => item("nameField").activeFocus);
+        compare(item("nameField").selectedText, "y");
+    }
+
+    function test_theDragButtonCopiesForTheKeys() {
+        chooseWhatIsThere();
+        item("dragButton").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        compare(window.model.noticeText, "Copied “Door Slam”. Paste it into another program.");
+        verify(Fixture.clipboard().includes(".wav"), Fixture.clipboard());
+        Fixture.say("", false);
+        verify(Fixture.press(item("dragButton")));
+        compare(window.model.noticeText, "Copied “Door Slam”. Paste it into another program.");
+    }
+
+    function test_whatIsToldIsInTheTree() {
+        Fixture.answerHearing();
+        tryVerify(() => item("headline").text.includes("slam"));
+        compare(Fixture.spoken(item("headline")), "StaticText: " + item("headline").text);
+        compare(Fixture.spoken(item("summary")), "StaticText: " + item("summary").text);
+        compare(Fixture.spoken(item("duration")), "StaticText: Length 10.00 s");
+        compare(Fixture.valueOf(slider("gainSlider")), "0 of -24 to 12");
+        compare(Fixture.valueOf(slider("reverbSlider")), "0 of 0 to 1");
+        compare(Fixture.valueOf(item("endHandle")), "4 of 0 to 10");
+        Fixture.setValue(slider("gainSlider"), -3);
+        compare(window.model.sound.effects.gain, -3);
+        compare(item("gainSlider").valueText, "-3 dB");
+        Fixture.setValue(item("endHandle"), 6);
+        compare(Fixture.editor(), "3.00-6.00 marked 0");
+        compare(Fixture.valueOf(item("endHandle")), "6 of 0 to 10");
     }
 
     function test_aNameIsSuggestedAndUsed() {

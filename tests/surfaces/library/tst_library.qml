@@ -221,6 +221,71 @@ TestCase {
         tryVerify(() => label("Found the best part. Check it, then add it."));
     }
 
+    function test_theMenuShowsTheFileAndCopiesTheCredit() {
+        open(3);
+        Fixture.license(1, "CC BY 4.0", "Ann Author");
+        clickRow(0, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Copy Credit"));
+        verify(!menuItem("Copy Credit").enabled, "it needs none");
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !menuItem("Copy Credit"));
+        clickRow(1, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Copy Credit"));
+        mouseClick(menuItem("Copy Credit"));
+        tryVerify(() => !menuItem("Copy Credit"));
+        verify(Fixture.clipboard().includes("Ann Author"), Fixture.clipboard());
+        tryVerify(() => label("Copied the credit."));
+        clickRow(2, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Show in Finder"));
+        mouseClick(menuItem("Show in Finder"));
+        compare(Fixture.revealedFiles().length, 1);
+        verify(Fixture.revealedFiles()[0].endsWith(".wav"));
+    }
+
+    function test_theMenuSavesWhatItMeans() {
+        open(3);
+        clickRow(0);
+        clickRow(1, Qt.ShiftModifier);
+        clickRow(1, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Save 2 Sounds"));
+        mouseClick(menuItem("Save 2 Sounds"));
+        tryVerify(() => window.model.noticeText.startsWith("Saved 2 sounds to "));
+        tryVerify(() => !menuItem("Save 2 Sounds"));
+        clickRow(2, Qt.NoModifier, Qt.RightButton);
+        tryVerify(() => menuItem("Save to Desktop"));
+    }
+
+    function test_lettersFindNames() {
+        open(4);
+        ["Door", "Dog Bark", "Cat", "[Bracket"].forEach((name, row) => Fixture.rename(row, name));
+        keyClick("d");
+        compare(Fixture.open(), "Dog Bark");
+        verify(Look.ofType(list, "FocusRing"));
+        keyClick("o");
+        keyClick("o");
+        compare(Fixture.open(), "Door");
+        Fixture.advance(1500);
+        keyClick("[");
+        compare(Fixture.open(), "[Bracket");
+        Fixture.advance(1500);
+        keyClick("c", Qt.ControlModifier);
+        keyClick(Qt.Key_Escape);
+        compare(Fixture.open(), "[Bracket");
+    }
+
+    function test_aNameThatDoesNotFitIsShownWholeUnderThePointer() {
+        open(2);
+        const name = "The very long name of a door that is slammed shut again and again in an old house";
+        Fixture.rename(1, name);
+        const tips = () => Look.all(window.contentItem.parent ?? window.contentItem, each => each.text === name && each.visible).length;
+        tryVerify(() => label(name).truncated);
+        const before = tips();
+        mouseMove(list, 100, Metrics.row + 20);
+        tryVerify(() => tips() === before + 1);
+        mouseMove(list, 100, 20);
+        tryVerify(() => tips() === before);
+    }
+
     function test_aDropCountsAnywhereButOnAField_data() {
         return [
             { tag: "on the wave", at: () => findChild(window.contentItem, "well").mapToItem(null, 400, 100), takes: true },

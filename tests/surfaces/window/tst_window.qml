@@ -156,6 +156,59 @@ TestCase {
         tryCompare(list, "height", tall);
     }
 
+    function test_f1ShowsEveryKey() {
+        open(1);
+        keyClick(Qt.Key_F1);
+        tryVerify(() => label("Keys"));
+        for (const words of ["Play or stop", "Start or end at the playhead or the cursor", "Ctrl+Return", "Quit"])
+            verify(label(words), words);
+        const close = Look.find(window.contentItem, item => item.objectName === "closeKeys");
+        compare(Fixture.flaws(window).join("; "), "");
+        verify(close.mapToItem(null, 0, 0).y < label("Everywhere").mapToItem(null, 0, 0).y);
+        mouseClick(close);
+        tryVerify(() => !label("Play or stop"));
+    }
+
+    // What stands over the window and is no sheet.
+    function tips(text) {
+        return Look.all(window.contentItem, item => item.text === text && item.visible && item.toString().startsWith("Label"));
+    }
+
+    function test_aTipGoesWithItsUseAndNoPanelLeavesOneBehind() {
+        open(1);
+        const settings = findChild(window.contentItem, "settingsButton");
+        mouseMove(settings, 10, 10);
+        tryVerify(() => tips("Ctrl+,").length === 1);
+        mouseClick(settings, 10, 10);
+        tryVerify(() => tips("Ctrl+,").length === 0);
+        const close = () => Look.find(window.contentItem, item => item.objectName === "closeButton");
+        tryVerify(() => close());
+        wait(Metrics.motionPanel);
+        mouseMove(close(), 10, 10);
+        tryVerify(() => tips("Esc").length === 1);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !close());
+        compare(tips("Esc").length, 0);
+        const folder = findChild(window.contentItem, "autoFolderButton");
+        mouseMove(window.contentItem, 5, 300);
+        folder.forceActiveFocus(Qt.TabFocusReason);
+        tryVerify(() => tips(folder.tip).length === 1);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => tips(folder.tip).length === 0);
+        tryVerify(() => Look.find(window.contentItem, item => item.objectName === "autoFolderChooser"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => folder.activeFocus);
+        verify(folder.visualFocus);
+        wait(Metrics.tooltipDelay + 200); // nothing tells when a tip would have come
+        compare(tips(folder.tip).length, 0);
+    }
+
+    function test_aTabCanBePressedByAScreenReader() {
+        open(1);
+        verify(Fixture.press(findChild(window.contentItem, "studioSegment")));
+        compare(window.model.section, WindowModel.Studio);
+    }
+
     function test_anotherSectionHasItsNoticeAtTheWindowsFoot() {
         open(1);
         window.model.section = WindowModel.Studio;
