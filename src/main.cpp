@@ -23,7 +23,10 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace tonequill;
@@ -32,7 +35,8 @@ namespace {
 
 constexpr std::chrono::milliseconds kTimeToEnd(1800); // people take two seconds for a hang
 
-QStringList filesFrom(const QApplication& application)
+// With --help or --version the parser tells it and ends the program.
+QStringList filesFrom(const QCoreApplication& application)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Keeps a library of short sounds. FILES are added to it."_s);
@@ -46,11 +50,19 @@ QStringList filesFrom(const QApplication& application)
     return files;
 }
 
+// Which needs no screen.
+bool asksAboutProgram(const std::vector<std::string_view>& arguments)
+{
+    return std::any_of(arguments.begin(), arguments.end(), [](std::string_view argument) {
+        return argument == "-h" || argument == "--help" || argument == "--help-all" || argument == "-v" ||
+               argument == "--version";
+    });
+}
+
 // A second start: the first one takes the files and comes to the front.
 int handToFirst(const LibraryLock& lock, const QStringList& files)
 {
-    constexpr int kPatienceMs = 5000;
-    if (HandedOver::sendToOwner(lock, HandedOver::addMessage(files), kPatienceMs))
+    if (HandedOver::sendToOwner(lock, HandedOver::addMessage(files)))
         return 0;
     std::fputs("Another program is changing the library. Try again when it has finished.\n", stderr);
     return 3;
@@ -59,7 +71,10 @@ int handToFirst(const LibraryLock& lock, const QStringList& files)
 int runWindow(LibraryLock& lock, const QStringList& files)
 {
     std::optional<ExitDeadline> deadline; // outlives whatever may take its time to go
-    const SystemAppearance system;        // early, so that the desktop has answered when the window opens
+    HandOver server;                      // early, so that who comes while this one starts is heard
+    if (const auto address = server.listen(LibraryStore::defaultFolder()))
+        lock.publish(*address);
+    const SystemAppearance system; // early, so that the desktop has answered when the window opens
     SystemClock clock;
     Defaults defaults;
     Workers workers;
@@ -78,14 +93,12 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     followTheEar(model);
     watchAutoFolder(model);
 
-    HandOver server([&](const QJsonObject& message) {
+    server.serve([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);
         if (message.contains(u"add"_s))
             window.bringToFront();
         return answer;
     });
-    if (const auto address = server.listen(model.library().folder()))
-        lock.publish(*address);
     if (!files.isEmpty())
         startFlow(importURLs(model, files));
 
@@ -103,15 +116,19 @@ int runWindow(LibraryLock& lock, const QStringList& files)
 
 int main(int argc, char** argv)
 {
+    QCoreApplication::setApplicationName(u"tonequill"_s);
+    QCoreApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
+    if (asksAboutProgram({argv + 1, argv + argc})) {
+        const QCoreApplication withoutScreen(argc, argv);
+        filesFrom(withoutScreen);
+    }
     QApplication application(argc, argv);
-    QApplication::setApplicationName(u"tonequill"_s);
     QApplication::setApplicationDisplayName(u"Tonequill"_s);
-    QApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
     QGuiApplication::setDesktopFileName(u"com.tonequill.app"_s);
 
     const QStringList files = filesFrom(application);
     LibraryLock lock(LibraryStore::defaultFolder());
-    if (!lock.acquire())
+    if (!lock.acquireSoon(HandedOver::kPatienceForOwnerMs))
         return handToFirst(lock, files);
     return runWindow(lock, files);
 }

@@ -1,5 +1,7 @@
 #include "base/TimeText.h"
 
+#include "base/NumberText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -30,17 +32,17 @@ QString TimeText::exactPlace(double seconds)
 
 QString TimeText::length(double seconds)
 {
-    return QString::asprintf("%.2fs", seconds);
+    return numberText::fixed(seconds, 2) + u's';
 }
 
 QString TimeText::duration(double seconds)
 {
-    return QString::asprintf("%.2f s", seconds);
+    return numberText::fixed(seconds, 2) + u" s"_s;
 }
 
 QString TimeText::roughDuration(double seconds)
 {
-    return QString::asprintf("%.1f s", seconds);
+    return numberText::fixed(seconds, 1) + u" s"_s;
 }
 
 } // namespace tonequill

@@ -222,6 +222,8 @@ int add(const QStringList& arguments)
     const auto effects = EffectSettings::fromJson(options.value(u"effects"_s).toUtf8());
     if (!effects)
         return options.mistake(u"The effects are not a JSON object with known values."_s);
+    if (!effects->isRenderable())
+        return options.mistake(u"A fade is no shorter than 0 seconds, and a gain no more than 100 dB."_s);
     road.effects = *effects;
 
     QStringList files;

@@ -3,6 +3,7 @@
 #include "audio/analysis/AudioAnalyzer.h"
 #include "audio/analysis/WaveformPeaks.h"
 #include "base/JsonWriter.h"
+#include "base/NumberText.h"
 #include "cli/Command.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
@@ -49,7 +50,7 @@ int analyze(const QStringList& arguments)
     }
     const float peak = analysis.peak.empty() ? 0 : *std::max_element(analysis.peak.begin(), analysis.peak.end());
     terminal::print(u"%1, %2 Hz"_s.arg(terminal::lengthText(analysis.duration)).arg(analysis.sampleRate));
-    terminal::print(peak > 0 ? u"Peak %1 dBFS"_s.arg(20 * std::log10(double(peak)), 0, 'f', 1) : u"Silent"_s);
+    terminal::print(peak > 0 ? u"Peak %1 dBFS"_s.arg(numberText::fixed(20 * std::log10(double(peak)), 1)) : u"Silent"_s);
     terminal::print(analysis.descriptors.join(u", "_s));
     return kDone;
 }
@@ -76,7 +77,7 @@ int peaks(const QStringList& arguments)
         terminal::printJson(JsonWriter().list(values).bytes());
     } else {
         for (const float value : values)
-            terminal::print(QString::number(value, 'f', 4));
+            terminal::print(numberText::fixed(double(value), 4));
     }
     return kDone;
 }

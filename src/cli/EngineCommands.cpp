@@ -5,6 +5,7 @@
 #include "audio/effects/Mixer.h"
 #include "audio/export/AudioExporter.h"
 #include "base/JsonWriter.h"
+#include "base/NumberText.h"
 #include "base/Uuid.h"
 #include "cli/Command.h"
 #include "cli/Options.h"
@@ -70,8 +71,9 @@ std::optional<PieceArgument> pieceFrom(const QString& word)
     if (numbers.size() == 2)
         piece.gain = numbers[1].toFloat(&isGain);
     constexpr double kLatest = 24 * 3600; // a day of mix is a slip of the finger
+    constexpr float kLoudest = 100'000;   // 100 dB, and a float can't hold much more
     if (numbers.size() > 2 || !isOffset || !isGain || !(piece.offset >= 0 && piece.offset <= kLatest) ||
-        !std::isfinite(piece.gain))
+        !(std::abs(piece.gain) <= kLoudest))
         return std::nullopt;
     return piece;
 }
@@ -125,9 +127,9 @@ int parts(const QStringList& arguments)
         }
         for (const CutCandidate& part : found) {
             const QString mark = part.isBest ? u"best"_s : part.isWhole ? u"whole"_s : QString();
-            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(part.start, 9, 'f', 3)
-                                .arg(part.end, 9, 'f', 3)
-                                .arg(double(part.peakDb), 6, 'f', 1)
+            terminal::print(u"%1 – %2 s  %3 dB  %4"_s.arg(numberText::fixed(part.start, 3), 9)
+                                .arg(numberText::fixed(part.end, 3), 9)
+                                .arg(numberText::fixed(double(part.peakDb), 1), 6)
                                 .arg(mark)
                                 .trimmed());
         }
@@ -184,6 +186,8 @@ int render(const QStringList& arguments)
         return options.mistake(u"There is no preset “%1”."_s.arg(options.value(u"preset"_s)));
     if (!effects)
         return options.mistake(u"The effects are no valid JSON object of effects."_s);
+    if (!effects->isRenderable())
+        return options.mistake(u"A fade is no shorter than 0 seconds, and a gain no more than 100 dB."_s);
     const QString source = options.positional()[0];
     const QString output = options.positional()[1];
     return reporting([&] {

@@ -1,8 +1,8 @@
 #include "cli/LibraryAccess.h"
 
+#include "app/handover/HandedOver.h"
 #include "base/Uuid.h"
 #include "cli/Terminal.h"
-#include "platform/process/HandOver.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,23 +12,19 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
 {
     auto own = std::make_unique<OwnLibrary>();
     own->lock = std::make_unique<LibraryLock>(folder);
-    if (!own->lock->acquire())
+    if (!own->lock->acquireSoon(HandedOver::kPatienceForOwnerMs))
         return nullptr;
     own->store = std::make_unique<LibraryStore>(own->clock, own->workers, folder);
     own->store->sweepUnfinished();
     return own;
 }
 
-std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message)
+bool handToOwner(const QString& folder, const QJsonObject& message)
 {
-    constexpr int kPatienceMs = 5000;
-    const auto address = LibraryLock(folder).ownerAddress();
-    auto answer = address ? HandOver::send(*address, message, kPatienceMs) : std::nullopt;
-    if (!answer || !answer->value(u"ok"_s).toBool()) {
-        terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
-        return std::nullopt;
-    }
-    return answer;
+    if (HandedOver::sendToOwner(LibraryLock(folder), message))
+        return true;
+    terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
+    return false;
 }
 
 std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word)

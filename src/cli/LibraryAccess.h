@@ -22,12 +22,13 @@ struct OwnLibrary {
 };
 
 // Opens the library for changes, with what a killed program left swept away.
-// None while another program owns it.
+// None while another program owns it: one that listens, or one that took longer
+// than ten seconds to start or to finish.
 std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder);
 
 // Gives a change to the program that owns the library. Says on stderr what went
-// wrong and returns none if it doesn't take it.
-std::optional<QJsonObject> handToOwner(const QString& folder, const QJsonObject& message);
+// wrong and is false if it doesn't take it.
+bool handToOwner(const QString& folder, const QJsonObject& message);
 
 // The sound that a word of the command line means: its identity, the beginning
 // of one (8 characters and more), or its name in any case. None, and a sentence

@@ -12,7 +12,7 @@ namespace tonequill::cli {
 
 Options::Options(const char* name, const char* arguments, const char* description)
     : m_name(QString::fromLatin1(name)),
-      m_arguments(QString::fromLatin1(arguments))
+      m_arguments(QString::fromUtf8(arguments))
 {
     m_parser.setApplicationDescription(QString::fromUtf8(description));
     m_parser.addOption({{u"h"_s, u"help"_s}, u"Show this text."_s});

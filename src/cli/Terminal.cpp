@@ -1,5 +1,7 @@
 #include "cli/Terminal.h"
 
+#include "base/NumberText.h"
+
 #include <algorithm>
 #include <cmath>
 #include <condition_variable>
@@ -42,7 +44,7 @@ QString lengthText(double seconds)
 {
     constexpr double kMinute = 60;
     if (seconds < kMinute)
-        return u"%1 s"_s.arg(seconds, 0, 'f', 1);
+        return numberText::fixed(seconds, 1) + u" s"_s;
     constexpr double kLongest = 1e9; // a hostile number is not spelled out
     const qint64 whole = qint64(std::min(seconds, kLongest));
     const QString tail = u"%1:%2"_s.arg(whole / 60 % 60, 2, 10, QChar(u'0')).arg(whole % 60, 2, 10, QChar(u'0'));

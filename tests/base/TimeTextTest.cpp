@@ -49,3 +49,11 @@ TEST(TimeText, ADurationHasHundredthsOrIsRough)
     EXPECT_EQ(TimeText::roughDuration(6.98), u"7.0 s"_s);
     EXPECT_EQ(TimeText::roughDuration(1.44), u"1.4 s"_s);
 }
+
+TEST(TimeText, RoundsTiesAsPrintfDoes)
+{
+    EXPECT_EQ(TimeText::roughDuration(0.25), u"0.2 s"_s);
+    EXPECT_EQ(TimeText::duration(0.125), u"0.12 s"_s);
+    EXPECT_EQ(TimeText::length(1.375), u"1.38s"_s);
+    EXPECT_EQ(TimeText::length(0.625), u"0.62s"_s);
+}

@@ -229,13 +229,15 @@ TEST_F(CliTest, ABusyLibraryIsToldOrTheWorkIsHandedOver)
     ASSERT_EQ(cli.run({u"add"_s, u"Door.wav"_s}).exitCode, 0);
     LibraryLock owner(cli.library());
     ASSERT_TRUE(owner.acquire());
+    owner.publish(u"/where/nobody/listens"_s);
     const auto busy = cli.run({u"add"_s, u"Door.wav"_s});
     EXPECT_EQ(busy.exitCode, 3);
     EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);
     EXPECT_EQ(cli.run({u"list"_s, u"--json"_s}).json().array().size(), 1); // reading needs nobody's leave
 
     QJsonObject received;
-    HandOver server([&received](const QJsonObject& message) {
+    HandOver server;
+    server.serve([&received](const QJsonObject& message) {
         received = message;
         return QJsonObject{{u"ok"_s, true}};
     });
@@ -249,4 +251,49 @@ TEST_F(CliTest, ABusyLibraryIsToldOrTheWorkIsHandedOver)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_EQ(received[u"add"_s].toArray(), QJsonArray{cli.at(u"Door.wav"_s)});
+}
+
+TEST_F(CliTest, EveryHelpShowsItsArgumentsAsTheListDoes)
+{
+    const QString help = QString::fromUtf8(cli.run({u"--help"_s}).out);
+    static const QRegularExpression line(u"\n  ([a-z]+) (.*)"_s);
+    int commands = 0;
+    for (const QRegularExpressionMatch& match : line.globalMatch(help)) {
+        const QString own = QString::fromUtf8(cli.run({match.captured(1), u"--help"_s}).out);
+        const QString arguments = own.first(own.indexOf(u'\n')).section(u"[options] "_s, 1);
+        EXPECT_TRUE(match.captured(2).startsWith(arguments)) << own.toStdString();
+        EXPECT_EQ(arguments.contains(u'…'), match.captured(2).section(u"  "_s, 0, 0).section(u' ', 0, 1).contains(u'…'))
+            << own.toStdString();
+        ++commands;
+    }
+    EXPECT_EQ(commands, 17);
+}
+
+TEST_F(CliTest, EffectsThatCannotBeRenderedAreWrongUse)
+{
+    test::writeTone(cli.at(u"tone.wav"_s));
+    for (const QString& effects :
+         {u"{\"fadeIn\":-1}"_s, u"{\"fadeOut\":-0.001}"_s, u"{\"gainDb\":1e6}"_s, u"{\"speed\":.5}"_s, u"{\"speed\":1e999}"_s,
+          u"{\"speed\":NaN}"_s, u"{\"pitch\":\"1\"}"_s, u"{\"reverse\":1}"_s, u"{\"echo\":[]}"_s, u"{\"reverb\":{}}"_s}) {
+        for (const QStringList& command : {QStringList{u"render"_s, u"tone.wav"_s, u"o.wav"_s}, {u"add"_s, u"tone.wav"_s}}) {
+            const auto result = cli.run(command + QStringList{u"--effects"_s, effects});
+            EXPECT_EQ(result.exitCode, 2) << effects.toStdString();
+            EXPECT_FALSE(result.error.isEmpty());
+        }
+    }
+    EXPECT_TRUE(cli.run({u"render"_s, u"tone.wav"_s, u"o.wav"_s, u"--effects"_s, u"{\"fadeIn\":-1}"_s})
+                    .error.startsWith(u"A fade is no shorter than 0 seconds, and a gain no more than 100 dB.\n"_s));
+    for (const QString& huge : {u"{\"speed\":1e300}"_s, u"{\"pitch\":-1e300}"_s, u"{\"fadeIn\":1e300}"_s,
+                                u"{\"gainDb\":-1e300}"_s, u"{\"echo\":1e300,\"reverb\":1e300}"_s})
+        EXPECT_EQ(cli.run({u"render"_s, u"tone.wav"_s, u"o.wav"_s, u"--effects"_s, huge}).exitCode, 0) << huge.toStdString();
+}
+
+TEST_F(CliTest, NumbersBeyondMeasureAreTaken)
+{
+    test::writeTone(cli.at(u"tone.wav"_s));
+    EXPECT_EQ(cli.run({u"parts"_s, u"tone.wav"_s, u"--max"_s, u"2147483647"_s}).exitCode, 0);
+    EXPECT_EQ(cli.run({u"parts"_s, u"tone.wav"_s, u"--max"_s, u"2147483648"_s}).exitCode, 2);
+    EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@0*1e38"_s}).exitCode, 2);
+    EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@nan"_s}).exitCode, 2);
+    EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@0*nan"_s}).exitCode, 2);
 }

@@ -162,13 +162,15 @@ TEST_F(NameTest, AnOpenWindowNamesThemItself)
 {
     LibraryLock owner(folder.path());
     ASSERT_TRUE(owner.acquire());
+    owner.publish(u"/where/nobody/listens"_s);
     const auto busy = run({u"name"_s, u"--all"_s});
     EXPECT_EQ(busy.exitCode, 3);
     EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);
     EXPECT_EQ(run({u"name"_s, u"Cellar Door"_s}).exitCode, 0); // there is nothing to change
 
     QJsonObject received;
-    HandOver server([&received](const QJsonObject& message) {
+    HandOver server;
+    server.serve([&received](const QJsonObject& message) {
         received = message;
         return QJsonObject{{u"ok"_s, true}};
     });

@@ -381,3 +381,44 @@ TEST_F(EditorModelTest, ANewerQuestionMakesTheEarlierAnswerStale)
     settle();
     EXPECT_EQ(editor.heard()->name, u"Rain"_s);
 }
+
+TEST_F(EditorModelTest, ProposesSixEventsAtMost)
+{
+    open(item(u"Clapping"_s));
+    std::vector<std::pair<double, float>> claps;
+    for (int i = 0; i < 9; ++i)
+        claps.emplace_back(1.0 * i, 0.1F * float(i + 1));
+    work.analyses.back().answer(analysis(claps));
+    settle();
+    const auto isEvent = [](const CutCandidate& candidate) { return !candidate.isWhole; };
+    EXPECT_EQ(std::ranges::count_if(editor.candidates(), isEvent), 6);
+    EXPECT_EQ(editor.candidates().size(), 7U); // and the whole
+}
+
+TEST_F(EditorModelTest, AsksForSixLabels)
+{
+    openWithEvents();
+    EXPECT_EQ(work.hearings.back().question.top, 6);
+}
+
+TEST_F(EditorModelTest, ARangeWithinAMillisecondOfTheProposalIsUntouched)
+{
+    const auto isFollowed = [this](double startOff, double endOff) {
+        openWithEvents();
+        const double start = editor.start();
+        const double end = editor.end();
+        editor.setRange(start + startOff, end + endOff);
+        std::vector<CutCandidate> list = editor.candidates();
+        list.back().score = 1'000;
+        const double newStart = list.back().start;
+        work.labellings.back().answer(SmartCutter::ranked(list, 7));
+        settle();
+        return editor.start() == newStart;
+    };
+    EXPECT_TRUE(isFollowed(0.0009, -0.0009));
+    EXPECT_TRUE(isFollowed(-0.0009, 0.0009));
+    EXPECT_FALSE(isFollowed(0.0011, 0));
+    EXPECT_FALSE(isFollowed(-0.0011, 0));
+    EXPECT_FALSE(isFollowed(0, 0.0011));
+    EXPECT_FALSE(isFollowed(0, -0.0011));
+}

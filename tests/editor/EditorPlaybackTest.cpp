@@ -316,3 +316,16 @@ TEST_F(EditorEffectsTest, AFailureIsSaid)
     EXPECT_FALSE(editor.isPlaying());
     EXPECT_EQ(editor.loadError(), u"Couldn't play this with the effects."_s);
 }
+
+TEST_F(EditorPlaybackTest, ACursorTwentyMillisecondsBeforeTheEndStartsFromTheFront)
+{
+    openWithEvents();
+    editor.setRange(2, 4);
+    editor.seek(4 - 0.0201);
+    editor.play();
+    EXPECT_EQ(player->currentTime(), 4 - 0.0201);
+    editor.stop();
+    editor.seek(4 - 0.0199);
+    editor.play();
+    EXPECT_EQ(player->currentTime(), 2);
+}

@@ -8,10 +8,10 @@
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QJsonArray>
-#include <QThread>
+
+#include <climits>
 
 using namespace Qt::StringLiterals;
 
@@ -27,7 +27,8 @@ void addFiles(AppModel& model, const QJsonArray& values)
 {
     QStringList files;
     for (const auto& value : values) {
-        if (const QString file = value.toString(); QDir::isAbsolutePath(file))
+        const QString file = value.toString();
+        if (file.size() < PATH_MAX && QDir::isAbsolutePath(file)) // a longer one is no file's, and nobody could read it
             files << file;
     }
     if (!files.isEmpty())
@@ -69,16 +70,9 @@ QJsonObject carryOut(AppModel& model, const QJsonObject& message)
 
 bool sendToOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs)
 {
-    constexpr unsigned long kPauseMs = 50;
-    const QDeadlineTimer deadline(patienceMs);
-    do {
-        const auto address = lock.ownerAddress();
-        const auto answer = address ? HandOver::send(*address, message, int(deadline.remainingTime())) : std::nullopt;
-        if (answer)
-            return answer->value(u"ok"_s).toBool();
-        QThread::msleep(kPauseMs);
-    } while (!deadline.hasExpired());
-    return false;
+    const auto address = lock.ownerAddress();
+    const auto answer = address ? HandOver::send(*address, message, patienceMs) : std::nullopt;
+    return answer && answer->value(u"ok"_s).toBool();
 }
 
 } // namespace tonequill::HandedOver

@@ -18,9 +18,14 @@ QJsonObject addMessage(const QStringList& files);
 // {"name": [ids]}, for smart names. Answers {"ok": true}, or {"ok": false} for anything else.
 QJsonObject carryOut(AppModel& model, const QJsonObject& message);
 
-// Sends the message to the owner of the library; while the owner is still
-// starting it is asked again, for up to `patienceMs`. False if it never took it.
-bool sendToOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs);
+// How long a second program waits for an owner that neither listens nor goes, and
+// how long for the answer of one that listens: the answer comes once its window stands.
+constexpr int kPatienceForOwnerMs = 10000;
+constexpr int kPatienceForAnswerMs = 60000;
+
+// Sends the message to the owner of the library and waits for its answer. False if
+// it doesn't take it; then it will not do so later either. Blocks.
+bool sendToOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs = kPatienceForAnswerMs);
 
 } // namespace HandedOver
 } // namespace tonequill

@@ -10,14 +10,20 @@ QList<IncomingFile> Incoming::add(const QStringList& paths)
     for (const QString& path : paths)
         files.append({QUuid::createUuid(), Files::stem(path), std::make_shared<Progress>()});
     m_files += files;
+    Q_EMIT added(int(files.size()));
     Q_EMIT changed();
     return files;
 }
 
 void Incoming::remove(const QUuid& id)
 {
-    if (m_files.removeIf([&id](const IncomingFile& file) { return file.id == id; }) > 0)
-        Q_EMIT changed();
+    const auto file = std::find_if(m_files.cbegin(), m_files.cend(), [&id](const auto& other) { return other.id == id; });
+    if (file == m_files.cend())
+        return;
+    const auto index = int(file - m_files.cbegin());
+    m_files.removeAt(index);
+    Q_EMIT removed(index);
+    Q_EMIT changed();
 }
 
 QCoro::Task<> Incoming::turn(FlowGroup& flows, QUuid id) const

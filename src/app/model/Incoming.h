@@ -31,7 +31,9 @@ public:
     QCoro::Task<> turn(FlowGroup& flows, QUuid id) const;
 
 Q_SIGNALS:
-    void changed();
+    void added(int count); // at the end
+    void removed(int index);
+    void changed(); // after either
 
 private:
     QList<IncomingFile> m_files;

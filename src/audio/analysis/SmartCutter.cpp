@@ -236,7 +236,7 @@ std::vector<CutCandidate> SmartCutter::candidates(const AudioAnalysis& a, int ma
                 list.push_back(*std::move(whole));
         }
     }
-    return ranked(std::move(list), maxCount + 1);
+    return ranked(std::move(list), static_cast<int>(std::min(std::ssize(list), Index(maxCount) + 1)));
 }
 
 std::vector<CutCandidate> SmartCutter::ranked(std::vector<CutCandidate> list, int maxCount)

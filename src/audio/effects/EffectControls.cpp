@@ -1,5 +1,7 @@
 #include "audio/effects/EffectControls.h"
 
+#include "base/NumberText.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -24,22 +26,22 @@ bool EffectControls::isActivePreset(double preset, double speed)
 
 QString EffectControls::speedText(double speed)
 {
-    return QString::asprintf("%.2g", speed) + u'×';
+    return numberText::shortest(speed, 2) + u'×';
 }
 
 QString EffectControls::gainText(double gainDb)
 {
-    return QString::asprintf("%+.0f dB", gainDb);
+    return numberText::withSign(gainDb, 0) + u" dB"_s;
 }
 
 QString EffectControls::pitchText(double semitones)
 {
-    return QString::asprintf("%+.0f semitones", semitones);
+    return numberText::withSign(semitones, 0) + u" semitones"_s;
 }
 
 QString EffectControls::fadeText(double seconds)
 {
-    return QString::asprintf("%.2f s", seconds);
+    return numberText::fixed(seconds, 2) + u" s"_s;
 }
 
 QString EffectControls::amountText(double amount)

@@ -1,5 +1,7 @@
 #include "audio/effects/EffectSettings.h"
 
+#include "base/JsonSyntax.h"
+
 #include <QJsonDocument>
 #include <QJsonValue>
 
@@ -51,6 +53,12 @@ bool EffectSettings::needsEngine() const
     return std::abs(speed - 1) > kInaudible || std::abs(totalPitch()) > kInaudible || echo > kInaudible || reverb > kInaudible;
 }
 
+bool EffectSettings::isRenderable() const
+{
+    constexpr double kLoudestDb = 100; // beyond 700 a float can't hold it
+    return fadeIn >= 0 && fadeOut >= 0 && gainDb <= kLoudestDb;
+}
+
 QByteArray EffectSettings::toJson() const
 {
     return "{\"speed\":" + number(speed) + ",\"pitch\":" + number(pitch) + ",\"gainDb\":" + number(gainDb) +
@@ -60,6 +68,8 @@ QByteArray EffectSettings::toJson() const
 
 std::optional<EffectSettings> EffectSettings::fromJson(const QByteArray& json)
 {
+    if (!isJson(json))
+        return std::nullopt;
     const QJsonDocument document = QJsonDocument::fromJson(json);
     return document.isObject() ? fromJson(document.object()) : std::nullopt;
 }

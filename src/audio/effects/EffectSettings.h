@@ -33,11 +33,15 @@ struct EffectSettings {
     // Whether EffectRenderer::runEngine has something to do.
     bool needsEngine() const;
 
+    // Whether EffectRenderer takes them: no fade is shorter than nothing, and the gain
+    // is one that samples can bear. What people type is asked for it.
+    bool isRenderable() const;
+
     // One JSON object with all nine keys, in the order of the fields. JSON has
     // no word for a number that is not finite: it is written as null.
     QByteArray toJson() const;
 
-    // None for what is no JSON object, for a key whose value has the wrong type
+    // None for what is no JSON object by the letter, for a key whose value has the wrong type
     // and for an unknown voice. A missing key, or null, takes the default;
     // unknown keys are left alone.
     static std::optional<EffectSettings> fromJson(const QByteArray& json);

@@ -71,7 +71,6 @@ void copyPackets(MediaInput& input, const AVStream& stream, const QString& desti
     for (; input.read(packet.get()); av_packet_unref(packet.get())) {
         if (packet->stream_index != stream.index)
             continue;
-        input.renewDeadline();
         report(progress, packet->pos, input.file().size());
         const bool isLeftOut = (packet->flags & AV_PKT_FLAG_DISCARD) != 0;
         if (isLeftOut && hasSound)

@@ -29,7 +29,7 @@ private:
 // are left out where the file declares them. Damage becomes silence of the same
 // length; a decoder that has met it may differ from one that has not.
 //
-// Headers are not believed: rates outside 8–768 kHz and more than 64 channels
+// Headers are not believed: rates outside 80 Hz…768 kHz and more than 64 channels
 // are refused as unsupported, and length() never exceeds what the file's bytes
 // can hold. The content alone tells what a file is, not its name; text, images,
 // folders, pipes and whatever refers to other files are refused. A sample that

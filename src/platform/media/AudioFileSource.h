@@ -30,7 +30,7 @@ protected:
 };
 
 // The slowest, the fastest and the widest sound that is read.
-constexpr int kMinSampleRate = 8'000;
+constexpr int kMinSampleRate = 80;
 constexpr int kMaxSampleRate = 768'000;
 constexpr int kMaxChannels = 64;
 

@@ -30,19 +30,19 @@ inline float finite(float value)
 }
 
 struct U8 {
-    static constexpr int bytes = 1;
+    static constexpr int kBytes = 1;
     static float read(const std::byte* p) { return static_cast<float>(int(load<std::uint8_t>(p)) - 128) * 0x1p-7F; }
 };
 struct S8 {
-    static constexpr int bytes = 1;
+    static constexpr int kBytes = 1;
     static float read(const std::byte* p) { return static_cast<float>(load<std::int8_t>(p)) * 0x1p-7F; }
 };
 struct S16le {
-    static constexpr int bytes = 2;
+    static constexpr int kBytes = 2;
     static float read(const std::byte* p) { return static_cast<float>(load<std::int16_t>(p)) * 0x1p-15F; }
 };
 struct S16be {
-    static constexpr int bytes = 2;
+    static constexpr int kBytes = 2;
     static float read(const std::byte* p)
     {
         const auto word = load<std::uint16_t>(p);
@@ -51,7 +51,7 @@ struct S16be {
     }
 };
 struct S24le {
-    static constexpr int bytes = 3;
+    static constexpr int kBytes = 3;
     static float read(const std::byte* p)
     {
         const std::uint32_t word = (std::uint32_t(p[0]) << 8) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[2]) << 24);
@@ -59,7 +59,7 @@ struct S24le {
     }
 };
 struct S24be {
-    static constexpr int bytes = 3;
+    static constexpr int kBytes = 3;
     static float read(const std::byte* p)
     {
         const std::uint32_t word = (std::uint32_t(p[2]) << 8) | (std::uint32_t(p[1]) << 16) | (std::uint32_t(p[0]) << 24);
@@ -67,30 +67,30 @@ struct S24be {
     }
 };
 struct S32le {
-    static constexpr int bytes = 4;
+    static constexpr int kBytes = 4;
     static float read(const std::byte* p) { return static_cast<float>(load<std::int32_t>(p)) * 0x1p-31F; }
 };
 struct S32be {
-    static constexpr int bytes = 4;
+    static constexpr int kBytes = 4;
     static float read(const std::byte* p)
     {
         return static_cast<float>(static_cast<std::int32_t>(__builtin_bswap32(load<std::uint32_t>(p)))) * 0x1p-31F;
     }
 };
 struct F32le {
-    static constexpr int bytes = 4;
+    static constexpr int kBytes = 4;
     static float read(const std::byte* p) { return finite(load<float>(p)); }
 };
 struct F32be {
-    static constexpr int bytes = 4;
+    static constexpr int kBytes = 4;
     static float read(const std::byte* p) { return finite(std::bit_cast<float>(__builtin_bswap32(load<std::uint32_t>(p)))); }
 };
 struct F64le {
-    static constexpr int bytes = 8;
+    static constexpr int kBytes = 8;
     static float read(const std::byte* p) { return finite(static_cast<float>(load<double>(p))); }
 };
 struct F64be {
-    static constexpr int bytes = 8;
+    static constexpr int kBytes = 8;
     static float read(const std::byte* p)
     {
         return finite(static_cast<float>(std::bit_cast<double>(__builtin_bswap64(load<std::uint64_t>(p)))));
@@ -126,21 +126,21 @@ constexpr std::array<float, 256> makeTable()
 }
 
 struct Alaw {
-    static constexpr int bytes = 1;
-    static constexpr std::array<float, 256> table = makeTable<fromAlaw>();
-    static float read(const std::byte* p) { return table[std::to_integer<std::size_t>(*p)]; }
+    static constexpr int kBytes = 1;
+    static constexpr std::array<float, 256> kTable = makeTable<fromAlaw>();
+    static float read(const std::byte* p) { return kTable[std::to_integer<std::size_t>(*p)]; }
 };
 struct Mulaw {
-    static constexpr int bytes = 1;
-    static constexpr std::array<float, 256> table = makeTable<fromMulaw>();
-    static float read(const std::byte* p) { return table[std::to_integer<std::size_t>(*p)]; }
+    static constexpr int kBytes = 1;
+    static constexpr std::array<float, 256> kTable = makeTable<fromMulaw>();
+    static float read(const std::byte* p) { return kTable[std::to_integer<std::size_t>(*p)]; }
 };
 
 template <typename Format, int Stride>
 void convertStrided(const std::byte* from, float* __restrict into, qint64 frames)
 {
     for (qint64 i = 0; i < frames; ++i)
-        into[i] = Format::read(from + i * (Format::bytes * Stride));
+        into[i] = Format::read(from + i * (Format::kBytes * Stride));
 }
 
 template <typename Format>
@@ -150,7 +150,7 @@ void convert(const std::byte* from, int stride, float* __restrict into, qint64 f
         return convertStrided<Format, 1>(from, into, frames);
     if (stride == 2)
         return convertStrided<Format, 2>(from, into, frames);
-    const qint64 step = qint64(Format::bytes) * stride;
+    const qint64 step = qint64(Format::kBytes) * stride;
     for (qint64 i = 0; i < frames; ++i)
         into[i] = Format::read(from + i * step);
 }
@@ -196,7 +196,7 @@ auto visitFormat(SampleFormat format, Visit visit)
 
 int bytesOf(SampleFormat format)
 {
-    return visitFormat(format, []<typename Format>() { return Format::bytes; });
+    return visitFormat(format, []<typename Format>() { return Format::kBytes; });
 }
 
 void toFloat(SampleFormat format, const std::byte* from, int stride, float* into, qint64 frames)

@@ -14,13 +14,32 @@ namespace tonequill {
 
 namespace {
 
+// Something else than a file (a pipe, a device) would block whoever reads it, and is
+// not ours to replace.
+bool isFileOrFree(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.isFile() || !info.exists();
+}
+
 QVariantMap readIni(const QString& path)
 {
+    if (!isFileOrFree(path))
+        return {};
     const QSettings ini(path, QSettings::IniFormat);
     QVariantMap values;
     for (const QString& key : ini.allKeys())
         values.insert(key, ini.value(key));
     return values;
+}
+
+// Whoever keeps the settings elsewhere and links to them wants them to stay there.
+QString behindLinks(QString path)
+{
+    constexpr int kMostLinks = 40; // as many as the kernel follows
+    for (int i = 0; i < kMostLinks && QFileInfo(path).isSymLink(); ++i)
+        path = QFileInfo(path).symLinkTarget();
+    return path;
 }
 
 } // namespace
@@ -30,7 +49,7 @@ QString Defaults::standardPath()
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/Tonequill/tonequill.ini"_s;
 }
 
-Defaults::Defaults(QString path) : m_path(std::move(path)), m_values(readIni(m_path))
+Defaults::Defaults(QString path) : m_path(behindLinks(std::move(path))), m_values(readIni(m_path))
 {}
 
 std::optional<bool> Defaults::boolean(const QString& key) const
@@ -90,6 +109,8 @@ void Defaults::set(const QString& key, const QVariant& value)
 // saved are no reason to stop anything, so a failure stays silent.
 bool Defaults::save() const
 {
+    if (!isFileOrFree(m_path))
+        return false;
     const QTemporaryDir scratch;
     const QString scratchPath = scratch.filePath(u"settings.ini"_s);
     {

@@ -8,6 +8,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <sys/socket.h>
+
 using namespace Qt::StringLiterals;
 
 namespace tonequill {
@@ -26,6 +28,13 @@ std::optional<QJsonObject> messageFrom(const QByteArray& bytes)
     return QJsonDocument::fromJson(bytes.first(end)).object();
 }
 
+// Whether the other side has closed its end: QLocalSocket tells only once everything is read.
+bool hasLeft(const QLocalSocket& socket)
+{
+    char next;
+    return ::recv(int(socket.socketDescriptor()), &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
 QByteArray lineOf(const QJsonObject& message)
 {
     return QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n';
@@ -33,13 +42,9 @@ QByteArray lineOf(const QJsonObject& message)
 
 } // namespace
 
-HandOver::HandOver(Handler handler) : m_handler(std::move(handler)), m_server(std::make_unique<QLocalServer>())
+HandOver::HandOver() : m_server(std::make_unique<QLocalServer>())
 {
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    connect(m_server.get(), &QLocalServer::newConnection, this, [this] {
-        while (QLocalSocket* socket = m_server->nextPendingConnection())
-            serve(socket);
-    });
 }
 
 HandOver::~HandOver() = default;
@@ -56,20 +61,37 @@ std::optional<QString> HandOver::listen(const QString& libraryFolder)
     return m_server->fullServerName();
 }
 
+void HandOver::serve(Handler handler)
+{
+    m_handler = std::move(handler);
+    connect(m_server.get(), &QLocalServer::newConnection, this, &HandOver::serveWaiting);
+    serveWaiting();
+}
+
+void HandOver::serveWaiting()
+{
+    while (QLocalSocket* socket = m_server->nextPendingConnection())
+        serve(socket);
+}
+
 void HandOver::serve(QLocalSocket* socket)
 {
     auto received = std::make_shared<QByteArray>();
     connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-    connect(socket, &QLocalSocket::readyRead, socket, [this, socket, received] {
+    const auto read = [this, socket, received] {
         *received += socket->readAll();
         if (received->size() > kLongestMessage)
             return socket->abort();
-        if (const auto message = messageFrom(*received)) {
-            received->clear();
+        const auto message = messageFrom(*received);
+        if (!message)
+            return;
+        received->clear();
+        if (!hasLeft(*socket)) // who gave up has told so, and may try again
             socket->write(lineOf(m_handler(*message)));
-            socket->disconnectFromServer();
-        }
-    });
+        socket->disconnectFromServer();
+    };
+    connect(socket, &QLocalSocket::readyRead, socket, read);
+    read();
     QTimer::singleShot(kPatienceMs, socket, [socket] { socket->abort(); });
 }
 

@@ -26,17 +26,22 @@ public:
     // What the owner does with a message, and what it answers.
     using Handler = std::function<QJsonObject(const QJsonObject& message)>;
 
-    explicit HandOver(Handler handler);
+    HandOver();
     ~HandOver() override;
 
-    // The address for LibraryLock::publish; none if it could not listen.
+    // The address for LibraryLock::publish; none if it could not listen. From now
+    // on messages wait here until somebody serves them.
     std::optional<QString> listen(const QString& libraryFolder);
+    // Carries out what came and what comes, unless its sender gave up meanwhile.
+    void serve(Handler handler);
 
     // Sends a message to an owner and waits for its answer, at most `timeoutMs`.
-    // None if nobody answers. Blocks; no event loop is needed.
+    // None if nobody answers in time: it is not carried out later either. Blocks;
+    // no event loop is needed.
     static std::optional<QJsonObject> send(const QString& address, const QJsonObject& message, int timeoutMs);
 
 private:
+    void serveWaiting();
     void serve(QLocalSocket* socket);
 
     Handler m_handler;

@@ -2,8 +2,10 @@
 
 #include "platform/files/Files.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 #include <cerrno>
 
@@ -37,6 +39,18 @@ bool LibraryLock::acquire()
         return errno != EWOULDBLOCK; // held by another, or a file system without locks
     m_file = std::move(file);
     publish({}); // what a killed owner published is no longer true
+    return true;
+}
+
+bool LibraryLock::acquireSoon(int patienceMs)
+{
+    constexpr unsigned long kPauseMs = 50;
+    const QDeadlineTimer deadline(patienceMs);
+    while (!acquire()) {
+        if (ownerAddress() || deadline.hasExpired())
+            return false;
+        QThread::msleep(kPauseMs);
+    }
     return true;
 }
 

@@ -21,6 +21,9 @@ public:
     // True if this program is the owner now. Where no lock file can be made (a
     // read-only disk), there is nobody to be in the way of, and it is true as well.
     bool acquire();
+    // The same, waiting for an owner that is only starting or soon done. False once
+    // the owner listens, or after `patienceMs`. Blocks.
+    bool acquireSoon(int patienceMs);
 
     // Tells other programs under which name the owner listens (HandOver).
     // REQUIRES: acquire() was true.

@@ -52,7 +52,7 @@ LibraryListModel::LibraryListModel(AppModel& app)
       m_incoming(app.incoming().files())
 {
     follow();
-    connect(&app.incoming(), &Incoming::changed, this, &LibraryListModel::takeIncoming);
+    followIncoming();
     connect(&app.selection(), &Selection::multiChanged, this, [this] {
         if (!m_session.sounds().isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
@@ -61,8 +61,6 @@ LibraryListModel::LibraryListModel(AppModel& app)
     connect(&app.names(), &NamesBeingFound::changed, this, [this](const QUuid& id) {
         tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
     });
-    m_progressTimer.setInterval(kProgressMs);
-    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
 void LibraryListModel::follow()
@@ -178,35 +176,33 @@ QString LibraryListModel::footNote() const
     return marked > 1 ? u"%1 marked"_s.arg(marked) : QString();
 }
 
-void LibraryListModel::takeIncoming()
+void LibraryListModel::followIncoming()
 {
-    const QList<IncomingFile>& now = m_app.incoming().files();
-    const auto isIn = [](const QList<IncomingFile>& files, const QUuid& id) {
-        return std::any_of(files.begin(), files.end(), [&id](const IncomingFile& file) { return file.id == id; });
-    };
-    for (qsizetype row = m_incoming.size() - 1; row >= 0; --row) {
-        if (isIn(now, m_incoming[row].id))
-            continue;
-        beginRemoveRows({}, int(row), int(row));
+    const Incoming& incoming = m_app.incoming();
+    connect(&incoming, &Incoming::added, this, [this, &incoming](int count) {
+        beginInsertRows({}, incomingCount(), incomingCount() + count - 1);
+        m_incoming += incoming.files().last(count);
+        endInsertRows();
+    });
+    connect(&incoming, &Incoming::removed, this, [this](int row) {
+        beginRemoveRows({}, row, row);
         m_incoming.removeAt(row);
         endRemoveRows();
-    }
-    // New ones are always appended.
-    if (now.size() > m_incoming.size()) {
-        beginInsertRows({}, incomingCount(), int(now.size()) - 1);
-        m_incoming = now;
-        endInsertRows();
-    }
-    if (!m_incoming.isEmpty())
-        lookAtProgress();
-    m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
-    Q_EMIT countChanged();
-    Q_EMIT currentRowChanged();
+    });
+    connect(&incoming, &Incoming::changed, this, [this] {
+        if (!m_incoming.isEmpty())
+            lookAtProgress(); // the first has its turn
+        m_incoming.isEmpty() ? m_progressTimer.stop() : m_progressTimer.start();
+        Q_EMIT countChanged();
+        Q_EMIT currentRowChanged();
+    });
+    m_progressTimer.setInterval(kProgressMs);
+    connect(&m_progressTimer, &QTimer::timeout, this, &LibraryListModel::lookAtProgress);
 }
 
 void LibraryListModel::lookAtProgress()
 {
-    Q_EMIT dataChanged(index(0), index(incomingCount() - 1), {SubtitleRole});
+    Q_EMIT dataChanged(index(0), index(0), {SubtitleRole}); // one file comes in at a time
 }
 
 int LibraryListModel::currentRow() const

@@ -106,7 +106,7 @@ private:
     QStringList creditsOf(int row) const;
     void follow(); // the session
     void tellChanged(int index, const QList<int>& roles = {});
-    void takeIncoming();
+    void followIncoming();
     void lookAtProgress();
 
     AppModel& m_app;

@@ -93,7 +93,10 @@ Panel {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        height: Metrics.buttonSmall + Metrics.hairline
+        // What is beside the count stands below it where there is no room.
+        readonly property bool hasNoteBelow: note.text !== "" && count.implicitWidth + note.implicitWidth + 3 * Metrics.spaceS > width
+
+        height: Metrics.buttonSmall + Metrics.hairline + (hasNoteBelow ? Metrics.caption.line : 0)
 
         Hairline {
             anchors.left: parent.left
@@ -103,7 +106,7 @@ Panel {
         Label {
             id: count
             x: Metrics.spaceS
-            y: Math.round((parent.height + Metrics.spaceS - height) / 2 + Metrics.hairline)
+            y: Math.round((Metrics.buttonSmall + Metrics.spaceS + Metrics.hairline - height) / 2 + Metrics.hairline)
             width: Math.min(implicitWidth, parent.width - 2 * x)
             type: Metrics.caption
             color: Theme.textSecondary
@@ -113,12 +116,10 @@ Panel {
             Accessible.name: text
         }
         Label {
+            id: note
             objectName: "footNote"
-            anchors.left: count.right
-            anchors.right: parent.right
-            anchors.margins: Metrics.spaceS
-            y: count.y
-            horizontalAlignment: Text.AlignRight
+            x: foot.hasNoteBelow ? count.x : parent.width - width - Metrics.spaceS
+            y: foot.hasNoteBelow ? count.y + count.height : count.y
             type: Metrics.captionStrong
             color: Theme.textSecondary
             text: panel.library.footNote

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "audio/analysis/FinePeaks.h"
 #include "ui/kit/ImageItem.h"
-#include "ui/wave/FinePeaks.h"
 
 #include <QColor>
 

@@ -1,5 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Tonequill.Kit
 
 // Every key of the window, and what it does.
@@ -36,10 +37,14 @@ Sheet {
             boundsBehavior: Flickable.StopAtBounds
             clip: true
 
+            T.ScrollBar.vertical: ScrollThumb {
+                isSteady: true
+            }
+
             Column {
                 id: page
                 width: scroller.width
-                spacing: Metrics.spaceM
+                spacing: Metrics.spaceS
 
                 Repeater {
                     model: sheet.groups
@@ -49,7 +54,7 @@ Sheet {
                         required property var modelData
 
                         width: page.width
-                        spacing: Metrics.spaceXs
+                        spacing: Metrics.focusGap
 
                         Label {
                             type: Metrics.label

@@ -1,5 +1,6 @@
 #include "understanding/naming/SmartNamer.h"
 
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "understanding/naming/ModelTexts.h"
 #include "understanding/naming/TagExpander.h"
@@ -40,7 +41,7 @@ QString promptFor(const SoundFacts& facts)
 {
     return QStringList{u"Current name: "_s + facts.name,
                        u"What the recognizer heard, most likely first: "_s + listed(facts.labels, u"unknown"_s),
-                       u"Length: "_s + QString::number(facts.duration, 'f', 1) + u" seconds"_s,
+                       u"Length: "_s + numberText::fixed(facts.duration, 1) + u" seconds"_s,
                        u"Traits: "_s + listed(facts.descriptors, u"none"_s),
                        u"Existing tags: "_s + listed(facts.existingTags, u"none"_s)}
         .join(u'\n');

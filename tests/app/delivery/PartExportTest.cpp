@@ -112,3 +112,39 @@ TEST(PartExport, EffectsAreRenderedAndNothingTemporaryStays)
     EXPECT_THROW(PartExport::exportWithEffects(source, 0, 1, effects, folder.filePath(u"no/folder/cut.wav"_s)), std::exception);
     EXPECT_EQ(temporaryFiles(), before);
 }
+
+TEST(PartExport, ARenderedCutEndsWithAFadeOfTenMilliseconds)
+{
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 1, 48000);
+    const QString path = folder.filePath(u"cut.wav"_s);
+    EffectSettings effects;
+    effects.gainDb = -6;
+    ASSERT_EQ(PartExport::exportWithEffects(source, 0, 1, effects, path).frames, 48'000);
+    const auto samples = samplesOf(path);
+    const auto loudest = [&](int fromEndMs, int lengthMs) {
+        float peak = 0;
+        for (std::size_t i = 48'000U - 48U * unsigned(fromEndMs), end = i + 48U * unsigned(lengthMs); i < end; ++i)
+            peak = std::max(peak, std::abs(samples[i]));
+        return peak;
+    };
+    EXPECT_GT(loudest(15, 5), 0.891 * 0.98); // an unrendered one would be half as loud there
+    EXPECT_LT(loudest(5, 5), 0.891 * 0.51);
+    EXPECT_GT(loudest(5, 5), 0.891 * 0.3);
+    EXPECT_LT(loudest(1, 1), 0.891 * 0.11);
+}
+
+TEST(PartExport, ARenderedCutHasEveryFrame)
+{
+    // A length whose seconds come back as one frame less.
+    qint64 frames = 48'000;
+    while (static_cast<qint64>(double(frames) / 48'000 * 48'000) == frames && frames < 96'000)
+        ++frames;
+    ASSERT_LT(frames, 96'000);
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"a.wav"_s), 3, 48'000);
+    EffectSettings effects;
+    effects.reverse = true;
+    const double end = (double(frames) + 0.5) / 48'000;
+    EXPECT_EQ(PartExport::exportWithEffects(source, 0, end, effects, folder.filePath(u"cut.wav"_s)).frames, frames);
+}

@@ -202,21 +202,29 @@ TEST_F(ImportFlowsTest, ASecondStartWaitsForAnOwnerThatIsStillStarting)
     LibraryLock owner(model.library().folder());
     ASSERT_TRUE(owner.acquire());
     const QString folderPath = model.library().folder();
+    HandOver server; // it listens, and serves nobody yet
+    owner.publish(server.listen(folderPath).value_or(QString()));
     const auto second = [folderPath] {
-        return HandedOver::sendToOwner(LibraryLock(folderPath), HandedOver::addMessage({u"/a.wav"_s}), 10000);
+        return HandedOver::sendToOwner(LibraryLock(folderPath), HandedOver::addMessage({u"/a.wav"_s}));
     };
-    auto sent = background(flows, workers.shown(), second); // nobody listens yet
+    auto sent = background(flows, workers.shown(), second);
     QThread::msleep(120);
     int received = 0;
-    HandOver server([&](const QJsonObject&) {
+    server.serve([&](const QJsonObject&) {
         ++received;
         return QJsonObject{{u"ok"_s, true}};
     });
-    owner.publish(server.listen(folderPath).value_or(QString()));
     EXPECT_TRUE(test::await(std::move(sent)));
     EXPECT_EQ(received, 1);
-    const auto nobody = [folderPath] { return HandedOver::sendToOwner(LibraryLock(folderPath + u"x"_s), {}, 200); };
+    const auto nobody = [folderPath] { return HandedOver::sendToOwner(LibraryLock(folderPath + u"x"_s), {}); };
     EXPECT_FALSE(test::awaitElsewhere(nobody));
+}
+
+TEST_F(ImportFlowsTest, APathThatIsTooLongForAFileIsNotTaken)
+{
+    HandedOver::carryOut(model, HandedOver::addMessage({u'/' + QString(15 << 20, u'a')}));
+    EXPECT_TRUE(model.incoming().files().isEmpty());
+    EXPECT_FALSE(model.isWorking());
 }
 
 TEST_F(ImportFlowsTest, WorkHandedOverIsCarriedOut)

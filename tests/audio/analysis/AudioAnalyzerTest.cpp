@@ -1,6 +1,7 @@
 #include "audio/analysis/AudioAnalyzer.h"
 
 #include "platform/media/AudioFile.h"
+#include "support/BadDisk.h"
 #include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
@@ -253,4 +254,25 @@ TEST(AudioAnalyzer, EndsSoonAfterItIsCancelled)
         const auto analyze = [&path](Progress& progress) { AudioAnalyzer::analyze(path, &progress); };
         EXPECT_LE(test::workAfterCancel(analyze), test::kSoon) << channels;
     }
+}
+
+TEST(AudioAnalyzer, PassesOnThatTheDiskFailed)
+{
+    const QString path = test::makeFile(u"bad.wav"_s, test::WavBytes{}.withSilence(1'000'000));
+    const test::BadDisk disk(path, 1'000'000);
+    try {
+        AudioAnalyzer::analyze(path);
+        FAIL() << "it can't be read";
+    } catch (const AudioFileError& error) {
+        EXPECT_EQ(error.kind(), AudioFileError::Kind::read);
+    }
+}
+
+TEST(AudioAnalyzer, TakesEveryFrameForAHopAtTheSlowestRate)
+{
+    const test::WavBytes wav = {.sampleRate = 80};
+    const AudioAnalysis analysis = AudioAnalyzer::analyze(test::makeFile(u"slow.wav"_s, wav.withSilence(160)));
+    EXPECT_EQ(analysis.rms.size(), 160U);
+    EXPECT_EQ(analysis.hopSeconds, 0.0125);
+    EXPECT_EQ(analysis.duration, 2);
 }

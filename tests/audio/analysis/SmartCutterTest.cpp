@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <functional>
+#include <limits>
 
 using namespace tonequill;
 
@@ -278,4 +279,95 @@ TEST(SmartCutter, TakesTheWorstShapesOfAnHour)
         EXPECT_FALSE(found.empty());
         EXPECT_LE(found.size(), 7U); // and the trimmed whole
     }
+}
+
+TEST(SmartCutter, BeginsAPartThirtyDecibelsBelowItsPeak)
+{
+    const auto startAfter = [](double quietDb) {
+        const auto list = SmartCutter::candidates(
+            envelope(levels(50, kSilence) + levels(5, quietDb) + levels(10, 0) + levels(50, kSilence)), 6);
+        return list.front().start;
+    };
+    EXPECT_NEAR(startAfter(-29.9), 0.48, 1e-9); // the quiet hops belong to it
+    EXPECT_NEAR(startAfter(-30.1), 0.53, 1e-9);
+}
+
+TEST(SmartCutter, TrimsTheWholeWhereItIsThirtyFiveDecibelsBelowThePeak)
+{
+    const auto startAfter = [](double quietDb) {
+        const auto list = SmartCutter::candidates(envelope(levels(100, kSilence) + levels(30, quietDb) + levels(10, 0) +
+                                                           levels(200, kSilence) + levels(10, 0) + levels(100, kSilence)),
+                                                  6);
+        const auto whole = std::find_if(list.begin(), list.end(), [](const CutCandidate& part) { return part.isWhole; });
+        return whole == list.end() ? -1.0 : whole->start;
+    };
+    EXPECT_NEAR(startAfter(-34.9), 0.98, 1e-9);
+    EXPECT_NEAR(startAfter(-35.1), 1.28, 1e-9);
+}
+
+TEST(SmartCutter, OffersNoWholeFromNineTenthsOn)
+{
+    const auto isOffered = [](int hops) {
+        const auto list = SmartCutter::candidates(
+            envelope(levels(20, kSilence) + levels(3, 0) + levels(397 - hops, kSilence) + levels(hops, 0) + levels(20, kSilence)),
+            6);
+        return std::any_of(list.begin(), list.end(), [](const CutCandidate& part) { return part.isWhole; });
+    };
+    EXPECT_TRUE(isOffered(361));  // 366 of 407 hops, 0.899 of them
+    EXPECT_FALSE(isOffered(362)); // 0.902
+}
+
+TEST(SmartCutter, TakesAPartOfFourHops)
+{
+    const auto list = SmartCutter::candidates(envelope({kSilence, kSilence, 0, kSilence}), 6);
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_NEAR(list[0].score, 2 * 0.04 + 3 + 0.25 * 40, 1e-4); // that of the fallback is 0
+}
+
+TEST(SmartCutter, PartsEventsAtADipOfExactlyTenDecibels)
+{
+    const float tenDown = amplitude(-10);
+    ASSERT_EQ(20 * std::log10(tenDown), -10.0F); // so that the test asks what it is to ask
+    AudioAnalysis a = envelope(levels(40, kSilence) + levels(20, 0) + levels(20, -10) + levels(20, 0) + levels(40, kSilence));
+    EXPECT_EQ(eventsIn(SmartCutter::candidates(a, 6)), 2);
+    std::replace(a.rms.begin(), a.rms.end(), tenDown, std::nextafter(tenDown, 1.0F));
+    EXPECT_EQ(eventsIn(SmartCutter::candidates(a, 6)), 1);
+}
+
+TEST(SmartCutter, CountsAPeakOfNothingAsAHundredDecibelsDown)
+{
+    const auto withPeaks = [](float peak) {
+        AudioAnalysis a =
+            envelope(levels(50, kSilence) + levels(10, 0) + levels(100, kSilence) + levels(10, 0) + levels(50, kSilence));
+        std::fill(a.peak.begin(), a.peak.end(), peak);
+        return SmartCutter::candidates(a, 6);
+    };
+    const auto whole = [](const std::vector<CutCandidate>& list) {
+        return *std::find_if(list.begin(), list.end(), [](const CutCandidate& part) { return part.isWhole; });
+    };
+    EXPECT_NEAR(withPeaks(0.000011F)[0].peakDb, -99.172, 1e-3);
+    EXPECT_EQ(withPeaks(0.00001F)[0].peakDb, -100);
+    EXPECT_EQ(withPeaks(0.000005F)[0].peakDb, -100);
+    EXPECT_EQ(withPeaks(0)[0].peakDb, -100);
+    EXPECT_NEAR(whole(withPeaks(0.000011F)).peakDb, -99.172, 1e-3);
+    EXPECT_NEAR(whole(withPeaks(0.000011F)).score, -105.172, 1e-3);
+    EXPECT_EQ(whole(withPeaks(0.000005F)).peakDb, -100);
+    EXPECT_NEAR(whole(withPeaks(0.000005F)).score, -106, 1e-4);
+    EXPECT_NEAR(whole(withPeaks(0)).score, -106, 1e-4);
+}
+
+TEST(SmartCutter, TakesAnRmsOfATenThousandthForSilence)
+{
+    AudioAnalysis a = envelope(levels(300, 0));
+    std::fill(a.rms.begin(), a.rms.end(), 0.0001F);
+    expectFallback(a);
+    a.rms[100] = std::nextafter(0.0001F, 1.0F);
+    EXPECT_NE(SmartCutter::candidates(a, 6)[0].score, 0);
+}
+
+TEST(SmartCutter, TakesTheLargestNumbersToAskFor)
+{
+    const AudioAnalysis a =
+        envelope(levels(50, kSilence) + levels(10, 0) + levels(100, kSilence) + levels(10, 0) + levels(50, kSilence));
+    EXPECT_EQ(SmartCutter::candidates(a, std::numeric_limits<int>::max()).size(), 3U);
 }

@@ -1,5 +1,6 @@
 #include "audio/analysis/WaveformPeaks.h"
 
+#include "support/BadDisk.h"
 #include "support/Cancelling.h"
 #include "support/MediaFactory.h"
 #include "support/WavBytes.h"
@@ -74,4 +75,24 @@ TEST(WaveformPeaks, EndsSoonAfterItIsCancelled)
     const QString path = test::makeFile(u"long.wav"_s, test::WavBytes{.channels = 2}.withSilence(20'000'000));
     const auto draw = [&path](Progress& progress) { WaveformPeaks::compute(path, 1'000, &progress); };
     EXPECT_LE(test::workAfterCancel(draw), test::kSoon);
+}
+
+TEST(WaveformPeaks, DrawsWhatWasReadBeforeTheDiskFailed)
+{
+    std::vector<float> samples(100'000, 0.25F);
+    samples[10] = 0.5F;
+    const QString path = floatWav(samples);
+    const test::BadDisk disk(path, 60'000 * sizeof(float)); // not all of the fourth block can be read
+    const std::vector<float> peaks = WaveformPeaks::compute(path, 4);
+    ASSERT_THAT(peaks, SizeIs(4));
+    EXPECT_EQ(peaks[0], 1.0F);
+    EXPECT_EQ(peaks[1], 0.5F);
+    EXPECT_EQ(peaks[3], 0.0F);
+}
+
+TEST(WaveformPeaks, DrawsNothingOfAFileWhoseStartCannotBeRead)
+{
+    const QString path = floatWav(std::vector<float>(100'000, 0.25F));
+    const test::BadDisk disk(path, 0);
+    EXPECT_THAT(WaveformPeaks::compute(path, 4), IsEmpty());
 }

@@ -234,3 +234,30 @@ TEST(EffectControls, SayTheirValues)
     EXPECT_EQ(EffectControls::amountText(0.404), u"40%"_s);
     EXPECT_EQ(EffectControls::amountText(1), u"100%"_s);
 }
+
+TEST(EffectSettings, RefuseWhatIsNoJsonByTheLetter)
+{
+    for (const char* json :
+         {R"({"speed":.5})", R"({"speed":1.})", R"({"speed":01})", R"({"speed":+1})", R"({"speed":NaN})", R"({"speed":1e999})",
+          R"({"gainDb":-1e999})", R"({"speed":1,})", R"({speed:1})", R"({'speed':1})", R"({"later":"\q"})", R"({"speed":1} 2)"})
+        EXPECT_FALSE(EffectSettings::fromJson(QByteArray(json))) << json;
+}
+
+TEST(EffectSettings, TellWhatCannotBeRendered)
+{
+    const auto isRenderable = [](const char* json) { return EffectSettings::fromJson(QByteArray(json))->isRenderable(); };
+    EXPECT_TRUE(isRenderable(R"({"fadeIn":0,"fadeOut":1e300,"speed":-1e300,"pitch":1e300,"echo":-1,"reverb":1e300})"));
+    EXPECT_TRUE(isRenderable(R"({"gainDb":-1e300})"));
+    EXPECT_TRUE(isRenderable(R"({"gainDb":100})"));
+    EXPECT_FALSE(isRenderable(R"({"gainDb":101})"));
+    EXPECT_FALSE(isRenderable(R"({"fadeIn":-0.001})"));
+    EXPECT_FALSE(isRenderable(R"({"fadeOut":-1})"));
+}
+
+TEST(EffectControls, RoundAsPrintfDoes)
+{
+    EXPECT_EQ(EffectControls::speedText(1.25), u"1.2×"_s);
+    EXPECT_EQ(EffectControls::gainText(2.5), u"+2 dB"_s);
+    EXPECT_EQ(EffectControls::pitchText(-0.5), u"-0 semitones"_s);
+    EXPECT_EQ(EffectControls::fadeText(0.125), u"0.12 s"_s);
+}

@@ -138,3 +138,38 @@ TEST(AudioFile, SaysCancelledWhateverItWouldHaveSaid)
     EXPECT_THROW(file.seek(10), Cancelled);
     EXPECT_THROW(AudioFile(test::scratchPath(u"nowhere.wav"_s), &progress), Cancelled);
 }
+
+TEST(AudioFile, KeepsWhatIsLouderThanFullScale)
+{
+    // A tone of almost twice full scale: what goes through 16 bits ends at 1.
+    const QStringList hot = {u"-f"_s, u"lavfi"_s, u"-i"_s, u"aevalsrc='1.8*sin(2*PI*440*t)':s=48000:d=1"_s};
+    const auto peakOf = [&hot](const QString& name, const QStringList& encoder) {
+        const AudioBuffer sound = test::readAll(test::makeMedia(name, hot + encoder));
+        const auto samples = sound.channel(0);
+        return std::max(*std::ranges::max_element(samples), -*std::ranges::min_element(samples));
+    };
+    EXPECT_NEAR(peakOf(u"hot.wav"_s, {u"-c:a"_s, u"pcm_f32le"_s}), 1.8, 0.001);
+    EXPECT_NEAR(peakOf(u"hot.wv"_s, {u"-sample_fmt"_s, u"fltp"_s}), 1.8, 0.001);
+    const QStringList rate = {u"-b:a"_s, u"128k"_s};
+    EXPECT_GT(peakOf(u"hot.opus"_s, rate + QStringList{u"-sample_fmt"_s, u"flt"_s}), 1.7);
+    EXPECT_GT(peakOf(u"hot.ogg"_s, {u"-c:a"_s, u"libvorbis"_s}), 1.7);
+    for (const QString& name : {u"hot.m4a"_s, u"hot.mp3"_s, u"hot.ac3"_s, u"hot.eac3"_s, u"hot.wma"_s})
+        EXPECT_GT(peakOf(name, rate), 1.7) << name.toStdString();
+    // This encoder takes 16 bits: the cut-off tops ring when they come back.
+    EXPECT_GT(peakOf(u"hot.mp2"_s, rate), 1.01);
+}
+
+TEST(AudioFile, ReadsTheSlowestRates)
+{
+    for (const int rate : {80, 4'000, 5'512, 7'350}) {
+        const test::WavBytes wav = {.sampleRate = std::uint32_t(rate)};
+        AudioFile file(test::makeFile(u"slow.wav"_s, wav.withSilence(std::size_t(2 * rate))));
+        EXPECT_EQ(file.sampleRate(), rate);
+        EXPECT_EQ(file.durationSeconds(), 2);
+    }
+    AudioFile aac(test::makeMedia(u"slow.m4a"_s, test::wandering(7'350, 1, 2)));
+    EXPECT_EQ(aac.sampleRate(), 7'350);
+    EXPECT_EQ(aac.length(), 14'700);
+    AudioFile flac(test::makeMedia(u"slow.flac"_s, test::wandering(4'000, 1, 2)));
+    EXPECT_EQ(flac.length(), 8'000);
+}

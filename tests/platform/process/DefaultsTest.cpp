@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 using namespace tonequill;
 using namespace Qt::StringLiterals;
 
@@ -52,6 +54,31 @@ TEST_F(DefaultsTest, EveryChangeIsOnTheDiskAtOnce)
     const Defaults empty(path);
     EXPECT_FALSE(empty.text(u"hard"_s));
     EXPECT_FALSE(empty.boolean(u"yes"_s));
+}
+
+TEST_F(DefaultsTest, APipeInTheirPlaceIsNeitherReadNorReplaced)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    ASSERT_EQ(::mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+    Defaults defaults(path); // would wait for a writer for ever
+    defaults.setBoolean(u"a"_s, true);
+    EXPECT_FALSE(defaults.isSaved());
+    EXPECT_EQ(defaults.boolean(u"a"_s), true);
+    EXPECT_FALSE(QFileInfo(path).isFile());
+    EXPECT_TRUE(QFileInfo::exists(path));
+}
+
+TEST_F(DefaultsTest, ALinkLeadsToThemAndStays)
+{
+    const QString target = folder.filePath(u"kept elsewhere.ini"_s);
+    QDir().mkpath(QFileInfo(path).path());
+    ASSERT_TRUE(QFile::link(u"../kept elsewhere.ini"_s, path));
+    Defaults(path).setText(u"a"_s, u"first"_s); // nothing was there yet
+    EXPECT_TRUE(QFileInfo(path).isSymLink());
+    EXPECT_EQ(Defaults(target).text(u"a"_s), u"first"_s);
+    Defaults(path).setText(u"a"_s, u"second"_s);
+    EXPECT_TRUE(QFileInfo(path).isSymLink());
+    EXPECT_EQ(Defaults(target).text(u"a"_s), u"second"_s);
 }
 
 TEST_F(DefaultsTest, OnlyTheOwnerMayReadThem)

@@ -7,8 +7,11 @@
 #include <QJsonArray>
 #include <QLocalSocket>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
+
+#include <thread>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -47,7 +50,8 @@ TEST(LibraryLock, HasOneOwner)
 TEST(HandOver, CarriesAMessageAndItsAnswer)
 {
     QJsonObject received;
-    HandOver server([&received](const QJsonObject& message) {
+    HandOver server;
+    server.serve([&received](const QJsonObject& message) {
         received = message;
         return QJsonObject{{u"ok"_s, true}};
     });
@@ -62,20 +66,77 @@ TEST(HandOver, CarriesAMessageAndItsAnswer)
     EXPECT_EQ(received.value(u"add"_s).toArray(), files);
 }
 
+TEST(LibraryLock, AnOwnerThatNeitherListensNorGoesIsWaitedFor)
+{
+    const QTemporaryDir folder;
+    const QString library = folder.filePath(u"Library"_s);
+    auto first = std::make_unique<LibraryLock>(library);
+    ASSERT_TRUE(first->acquire());
+    EXPECT_FALSE(LibraryLock(library).acquireSoon(100));
+    bool isOwner = false;
+    std::thread second([&] { isOwner = LibraryLock(library).acquireSoon(60000); });
+    QThread::msleep(120);
+    first.reset(); // a command that is done
+    second.join();
+    EXPECT_TRUE(isOwner);
+
+    LibraryLock listening(library);
+    ASSERT_TRUE(listening.acquire());
+    listening.publish(u"/run/x"_s);
+    EXPECT_FALSE(LibraryLock(library).acquireSoon(60000)) << "it can be asked";
+}
+
+TEST(HandOver, WhatComesBeforeAnybodyServesWaits)
+{
+    HandOver server;
+    const auto address = server.listen(u"/starting/Library"_s);
+    ASSERT_TRUE(address);
+    Workers workers;
+    FlowGroup flows;
+    const auto early = [address] { return HandOver::send(*address, {{u"add"_s, QJsonArray{}}}, 60000); };
+    auto answer = background(flows, workers.shown(), early);
+    QThread::msleep(120);
+    int received = 0;
+    server.serve([&received](const QJsonObject&) {
+        ++received;
+        return QJsonObject{{u"ok"_s, true}};
+    });
+    EXPECT_TRUE(test::await(std::move(answer)));
+    EXPECT_EQ(received, 1);
+}
+
+// It has told its user to try again: carried out late, it would be done twice.
+TEST(HandOver, WhoGaveUpIsNotServed)
+{
+    HandOver server;
+    const auto address = server.listen(u"/late/Library"_s);
+    ASSERT_TRUE(address);
+    EXPECT_FALSE(HandOver::send(*address, {{u"add"_s, QJsonArray{u"/a.wav"_s}}}, 50));
+    int received = 0;
+    server.serve([&received](const QJsonObject& message) {
+        received += message.contains(u"add"_s) ? 1 : 100;
+        return QJsonObject{{u"ok"_s, true}};
+    });
+    EXPECT_TRUE(sendTo(*address, {{u"name"_s, QJsonArray{}}})); // comes after it, and is served
+    EXPECT_EQ(received, 100);
+}
+
 TEST(HandOver, ASecondOwnerTakesTheAddressOfAKilledOne)
 {
     const auto answer = [](const QJsonObject&) { return QJsonObject{{u"ok"_s, true}}; };
-    HandOver first(answer);
+    HandOver first;
     const auto address = first.listen(u"/twice/Library"_s);
-    HandOver second(answer);
+    HandOver second;
     EXPECT_EQ(second.listen(u"/twice/Library"_s), address);
+    second.serve(answer);
     EXPECT_TRUE(sendTo(*address, {}));
 }
 
 TEST(HandOver, NobodyThereIsToldSoon)
 {
     EXPECT_FALSE(sendTo(u"/nowhere/tonequill-none"_s, {}, 300));
-    HandOver silent([](const QJsonObject&) -> QJsonObject { return {}; });
+    HandOver silent;
+    silent.serve([](const QJsonObject&) -> QJsonObject { return {}; });
     const auto address = silent.listen(u"/garbage/Library"_s);
     const auto work = [address] {
         QLocalSocket socket;

@@ -365,6 +365,11 @@ TestCase {
         compare(Fixture.spoken(note), "StaticText: 1 shown");
         keyClick(Qt.Key_Escape);
         compare(note.text, "3 marked");
+        window.width = 900; // there is no room beside the count
+        const count = label("6 sounds · saved on this Mac");
+        tryVerify(() => note.y >= count.y + count.height);
+        verify(!note.truncated && !count.truncated);
+        verify(count.mapToItem(list, 0, 0).y >= list.height);
     }
 
     function test_aFileThatIsNoSoundSaysSo() {

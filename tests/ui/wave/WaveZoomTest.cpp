@@ -178,3 +178,11 @@ TEST(WaveZoom, APartOutsideOfTheViewIsBroughtToItsMiddle)
     view.reveal(0.1, 0.2);
     EXPECT_EQ(view.scrollX, 0);
 }
+
+TEST(WaveZoom, ThePageTurnsThirtyPointsBeforeTheEdge)
+{
+    WaveZoom view = kTenSeconds;
+    view.zoomBy(10, 0); // 800 points are a second
+    EXPECT_FALSE(WaveZoom(view).follow(769.9 / 800));
+    EXPECT_TRUE(WaveZoom(view).follow(770.1 / 800));
+}

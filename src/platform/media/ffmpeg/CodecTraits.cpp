@@ -1,5 +1,7 @@
 #include "platform/media/ffmpeg/CodecTraits.h"
 
+#include "platform/media/ffmpeg/FlacFrames.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -45,30 +47,6 @@ int opusFrames(std::span<const uint8_t> packet)
     default:
         return 2 * frames;
     }
-}
-
-// Frames of a FLAC frame by its header (RFC 9639, section 9.1).
-int flacFrames(std::span<const uint8_t> packet)
-{
-    constexpr std::size_t kFixedBytes = 4;
-    if (packet.size() <= kFixedBytes + 1 || packet[0] != 0xFF || (packet[1] & 0xFE) != 0xF8)
-        return 0;
-    const int code = packet[2] >> 4;
-    if (code == 1)
-        return 192;
-    if (code >= 2 && code <= 5)
-        return 144 << code;
-    if (code >= 8)
-        return 1 << code;
-    if (code == 0)
-        return 0;
-    // The size stands behind the frame's number, which is coded like UTF-8.
-    std::size_t place = kFixedBytes + 1;
-    for (uint8_t bits = packet[kFixedBytes]; (bits & 0xC0) == 0xC0; bits = static_cast<uint8_t>(bits << 1))
-        ++place;
-    if (packet.size() < place + 2)
-        return 0;
-    return 1 + (code == 6 ? packet[place] : packet[place] << 8 | packet[place + 1]);
 }
 
 } // namespace
@@ -144,8 +122,10 @@ int PacketFrames::count(const AVPacket& packet)
         return m_packetUnit > 0 ? packet.size / m_packetUnit : 0;
     case CodecTraits::Frames::opus:
         return opusFrames(bytes);
-    case CodecTraits::Frames::flac:
-        return flacFrames(bytes);
+    case CodecTraits::Frames::flac: {
+        const auto header = flacHeader(bytes);
+        return header ? header->frames : 0;
+    }
     case CodecTraits::Frames::vorbis: {
         const int frames = m_vorbis ? av_vorbis_parse_frame(m_vorbis.get(), packet.data, packet.size) : 0;
         return isFirst ? 0 : std::max(frames, 0); // the first block has nothing to overlap with

@@ -7,17 +7,14 @@
 
 #include <algorithm>
 #include <bit>
-#include <chrono>
 
 namespace tonequill {
 
 namespace {
 
-// Reading all packets of the largest files would keep the user waiting.
-constexpr qint64 kMaxScannedBytes = 1024LL * 1024 * 1024;
-
-// Opening has been quick before.
-constexpr auto kRestartPatience = std::chrono::seconds(2);
+// A demuxer that reads a file more often than that to give its packets once is lost.
+constexpr qint64 kMostReadings = 4;
+constexpr qint64 kSpareBytes = 64LL * 1024 * 1024;
 
 // After a jump the first packets may be incomplete; so many are looked at.
 constexpr int kMaxUnknownPackets = 50;
@@ -50,13 +47,13 @@ ContainerPackets::ContainerPackets(std::unique_ptr<MediaInput> input, CodecTrait
       m_frames(rule, *m_input->firstAudio()->codecpar, firstFrames),
       m_found(ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc()))
 {
-    restart(m_input->deadline());
+    restart();
 }
 
-void ContainerPackets::restart(MediaInput::Moment deadline)
+void ContainerPackets::restart()
 {
     if (!m_input) // a demuxer that went back to the start may remember what came after
-        m_input = std::make_unique<MediaInput>(m_file, deadline);
+        m_input = std::make_unique<MediaInput>(m_file);
     const AVStream* stream = m_input->firstAudio();
     if (!stream)
         throw AudioFileError(AudioFileError::Kind::seek, m_file->path());
@@ -71,8 +68,6 @@ void ContainerPackets::restart(MediaInput::Moment deadline)
 
 bool ContainerPackets::nextOfTrack(AVPacket* packet)
 {
-    if (!m_isScanning)
-        m_input->renewDeadline();
     while (m_input->read(packet)) {
         if (packet->stream_index == m_track)
             return true;
@@ -125,31 +120,44 @@ bool ContainerPackets::next(AVPacket* packet, std::optional<PacketPlace>& where)
     return true;
 }
 
-void ContainerPackets::scan(MediaInput::Moment deadline)
+// Calls take(packet, place) for all of them from the first on, and is back at the
+// first then.
+template <typename Take>
+void ContainerPackets::takeAll(const Take& take)
 {
-    if (m_file->size() > kMaxScannedBytes)
-        return;
     if (m_next > 0) {
         m_input.reset();
-        restart(deadline);
+        restart();
     }
     const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
-    PacketTable table;
+    const qint64 most = m_input->bytesRead() + m_file->size() * kMostReadings + kSpareBytes;
     std::optional<PacketPlace> where;
-    bool isLate = false;
-    m_isScanning = true;
-    while (!isLate && next(packet.get(), where)) {
+    while (m_input->bytesRead() < most && next(packet.get(), where)) {
         m_file->requireWanted();
-        table.entries.push_back({*where, packet->size, packet->pos, packet->pts, printOf(*packet)});
+        take(*packet, where);
         av_packet_unref(packet.get());
-        isLate = table.entries.size() % 1024 == 0 && std::chrono::steady_clock::now() > deadline;
     }
-    m_isScanning = false;
-    isLate = isLate || std::chrono::steady_clock::now() > deadline; // the input stops then, too
     m_input.reset();
-    restart(std::chrono::steady_clock::now() + kRestartPatience);
-    if (!isLate)
-        m_table = std::move(table);
+    restart();
+}
+
+void ContainerPackets::findAll()
+{
+    if (m_table || m_rule == CodecTraits::Frames::unknown)
+        return;
+    PacketTable table;
+    takeAll([&table](const AVPacket& packet, const std::optional<PacketPlace>& where) {
+        table.entries.push_back({*where, packet.size, packet.pos, packet.pts, printOf(packet)});
+    });
+    m_table = std::move(table);
+}
+
+qint64 ContainerPackets::framesByDurations(int sampleRate)
+{
+    const AVRational unit = m_input->firstAudio()->time_base;
+    qint64 time = 0;
+    takeAll([&time](const AVPacket& packet, const std::optional<PacketPlace>&) { time += std::max<qint64>(packet.duration, 0); });
+    return av_rescale_q(time, unit, {1, sampleRate});
 }
 
 void ContainerPackets::goTo(qint64 packet)
@@ -165,7 +173,7 @@ void ContainerPackets::goTo(qint64 packet)
 void ContainerPackets::readUpTo(qint64 packet)
 {
     m_input.reset();
-    restart(std::chrono::steady_clock::now() + kRestartPatience);
+    restart();
     for (; m_next < packet && nextOfTrack(m_found.get()); ++m_next)
         av_packet_unref(m_found.get());
 }

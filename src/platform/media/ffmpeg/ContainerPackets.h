@@ -20,15 +20,19 @@ public:
     const PacketTable* table() const override { return m_table ? &*m_table : nullptr; }
     void goTo(qint64 packet) override;
 
-    // Reads all packets once, so that table() is there. Gives up, without one,
-    // where that would take too long: it is done by `deadline`. REQUIRES: the
-    // rule is not unknown.
-    void scan(MediaInput::Moment deadline);
+    // Reads the whole file once.
+    void findAll() override;
+
+    // Where no rule tells the frames of a packet: how many there are by what the
+    // demuxer says of each packet, which for a bare stream it reads in the packet.
+    qint64 framesByDurations(int sampleRate);
 
 private:
     bool nextOfTrack(AVPacket* packet);
+    template <typename Take>
+    void takeAll(const Take& take);
     std::optional<PacketPlace> place(const AVPacket& packet);
-    void restart(MediaInput::Moment deadline);
+    void restart();
     bool jump(qint64 packet);
     void readUpTo(qint64 packet);
 
@@ -38,7 +42,6 @@ private:
     int m_firstFrames;
     int m_track = 0;
     PacketFrames m_frames;
-    bool m_isScanning = false;
     qint64 m_start = 0;     // of the next packet, while there is no table
     qint64 m_skip = 0;      // frames still to be left out
     ffmpeg::Packet m_found; // read ahead by jump()

@@ -1,7 +1,9 @@
 #include "platform/media/ffmpeg/DecodedSource.h"
 
+#include "platform/media/ffmpeg/AdtsTable.h"
 #include "platform/media/ffmpeg/ContainerPackets.h"
 #include "platform/media/ffmpeg/DirectPackets.h"
+#include "platform/media/ffmpeg/FlacPackets.h"
 #include "platform/media/ffmpeg/IndexTable.h"
 #include "platform/media/ffmpeg/Mp3Table.h"
 #include "platform/media/ffmpeg/PacketTrim.h"
@@ -17,8 +19,9 @@ namespace {
 // So many packets may be damaged before the first good one.
 constexpr int kMaxPacketsToFirstFrame = 500;
 
-// How long a seek may take to find all packets.
-constexpr auto kScanPatience = std::chrono::seconds(4);
+// Reading all packets of the largest films would keep the user waiting: their
+// container's word counts, if it gives one.
+constexpr qint64 kMaxScannedBytes = 1024LL * 1024 * 1024;
 
 // No codec in use packs sound tighter than this (6 kbit/s at 48 kHz).
 constexpr qint64 kMaxFramesPerByte = 64;
@@ -36,25 +39,6 @@ bool readPacketOf(MediaInput& input, const AVStream& stream, AVPacket* packet)
         av_packet_unref(packet);
     }
     return false;
-}
-
-// Where the last frame of a FLAC file ends, by its own number. -1 if it cannot
-// be found near the place that the header gives.
-qint64 flacEnd(MediaInput& input, const AVStream& stream, int sampleRate)
-{
-    constexpr int kMaxPackets = 1'000;
-    const auto packet = ffmpeg::allocated<ffmpeg::Packet>(av_packet_alloc());
-    const qint64 target = std::max<qint64>(stream.duration - sampleRate, 0);
-    if (avformat_seek_file(input.context(), stream.index, std::numeric_limits<int64_t>::min(), target, target, 0) < 0)
-        return -1;
-    qint64 end = -1;
-    int count = 0;
-    for (; count < kMaxPackets && readPacketOf(input, stream, packet.get()); ++count) {
-        if (packet->pts != AV_NOPTS_VALUE)
-            end = av_rescale_q(packet->pts + packet->duration, stream.time_base, {1, sampleRate});
-        av_packet_unref(packet.get());
-    }
-    return count < kMaxPackets ? end : -1;
 }
 
 } // namespace
@@ -78,7 +62,13 @@ DecodedSource::DecodedSource(std::unique_ptr<MediaInput> input)
 
 DecodedSource::~DecodedSource() = default;
 
-// What the first decoded frame is like; headers are often wrong about it.
+bool DecodedSource::readToLearn(MediaInput& input, const AVStream& stream)
+{
+    return m_reader ? m_reader->next(m_packet.get(), m_place) : readPacketOf(input, stream, m_packet.get());
+}
+
+// What the first decoded frame is like; headers are often wrong about it. A file of
+// which none can be decoded is no sound, whatever its header promises.
 void DecodedSource::learn(MediaInput& input)
 {
     const AudioFileError unsupported(AudioFileError::Kind::unsupported, m_file->path());
@@ -87,9 +77,11 @@ void DecodedSource::learn(MediaInput& input)
         throw unsupported;
     if (avcodec_parameters_copy(m_track.get(), stream.codecpar) < 0)
         throw std::bad_alloc();
+    if (std::string_view(input.context()->iformat->name) == "flac")
+        m_reader = std::make_unique<FlacPackets>(m_file, FlacStream::of(*m_track), input.dataOffset());
     const std::unique_ptr<Decoder> decoder = makeDecoder(Decoder::Trimming::byCaller);
     int packets = 0;
-    for (; packets < kMaxPacketsToFirstFrame && readPacketOf(input, stream, m_packet.get()); ++packets) {
+    for (; packets < kMaxPacketsToFirstFrame && readToLearn(input, stream); ++packets) {
         if (packets == 0) {
             const std::optional<PacketTrim> trim = trimOf(*m_packet);
             m_firstOffset = m_packet->pos;
@@ -105,40 +97,60 @@ void DecodedSource::learn(MediaInput& input)
             return;
         }
     }
-    if (packets > 0)
-        throw unsupported;
     // A track without any sound in it.
     m_format = {static_cast<double>(m_track->sample_rate), m_track->ch_layout.nb_channels};
+    if (packets > 0 || declaredLength(input) > 0)
+        throw unsupported;
+}
+
+// The table of a file whose packets can be found without its demuxer.
+std::optional<PacketTable> DecodedSource::quickTable(MediaInput& input) const
+{
+    const std::string_view container = input.context()->iformat->name;
+    if (m_traits.frames != CodecTraits::Frames::constant)
+        return std::nullopt;
+    std::optional<PacketTable> table;
+    if (container == "mp3" && m_firstOffset >= 0)
+        table = mp3Table(*m_file, m_firstOffset);
+    else if (container == "aac" && m_firstOffset >= 0)
+        table = adtsTable(*m_file, m_firstOffset, m_firstFrames);
+    else
+        table = indexTable(input, *input.firstAudio(), {m_firstFrames, static_cast<int>(m_format.sampleRate), m_firstSkip});
+    if (table && table->entries.front().place.frames != m_firstFrames)
+        return std::nullopt;
+    return table;
 }
 
 void DecodedSource::chooseReader(MediaInput& input)
 {
-    const int sampleRate = static_cast<int>(m_format.sampleRate);
-    AVStream& stream = *input.firstAudio();
-    const std::string_view container = input.context()->iformat->name;
-    if (m_traits.frames == CodecTraits::Frames::constant) {
-        std::optional<PacketTable> table;
-        if (container == "mp3" && m_track->codec_id == AV_CODEC_ID_MP3 && m_firstOffset >= 0)
-            table = mp3Table(*m_file, m_firstOffset);
-        else
-            table = indexTable(input, stream, {m_firstFrames, sampleRate, m_firstSkip});
-        if (table && table->entries.front().place.frames == m_firstFrames) {
-            m_length = table->length();
-            m_reader = std::make_unique<DirectPackets>(m_file, std::move(*table));
+    if (auto table = quickTable(input)) {
+        m_length = table->length();
+        m_reader = std::make_unique<DirectPackets>(m_file, std::move(*table));
+        return;
+    }
+    if (auto* flac = dynamic_cast<FlacPackets*>(m_reader.get())) {
+        if (const auto end = flac->toldEnd()) {
+            m_length = *end;
             return;
         }
+    } else {
+        readByDemuxer(input);
     }
-    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file, input.deadline()), m_traits.frames,
-                                                     m_firstFrames);
-    m_container = reader.get();
+    findPackets();
+    if (m_reader->table())
+        m_length = m_reader->table()->length();
+}
+
+// As far as the container's word counts, m_length is that.
+void DecodedSource::readByDemuxer(const MediaInput& input)
+{
+    auto reader = std::make_unique<ContainerPackets>(std::make_unique<MediaInput>(m_file), m_traits.frames, m_firstFrames);
+    m_length = declaredLength(input);
+    m_isTold = m_length > 0 && !input.isBare();
+    // Of a bare stream it would be a guess from the size of the file.
+    if (m_traits.frames == CodecTraits::Frames::unknown && input.isBare())
+        m_length = reader->framesByDurations(static_cast<int>(m_format.sampleRate));
     m_reader = std::move(reader);
-    // FLAC numbers its frames, so that a look at the last one is enough.
-    const bool isNumbered = container == "flac" && stream.duration > 0;
-    m_length = isNumbered ? flacEnd(input, stream, sampleRate) : -1;
-    if (m_length < 0) {
-        findPackets(input.deadline());
-        m_length = m_reader->table() ? m_reader->table()->length() : declaredLength(input);
-    }
 }
 
 // ALAC's last packet may hold fewer frames than the others, which not every
@@ -183,10 +195,11 @@ std::unique_ptr<Decoder> DecodedSource::makeDecoder() const
 }
 
 // Has all packets counted; without them there is no other way than from the start.
-void DecodedSource::findPackets(MediaInput::Moment deadline)
+void DecodedSource::findPackets()
 {
-    if (m_container && !m_container->table() && m_traits.frames != CodecTraits::Frames::unknown) {
-        m_container->scan(deadline);
+    const bool isTooLarge = m_isTold && m_file->size() > kMaxScannedBytes;
+    if (!m_reader->table() && m_traits.frames != CodecTraits::Frames::unknown && !isTooLarge) {
+        m_reader->findAll();
         decodeFrom(0);
     }
     if (!m_reader->table())
@@ -221,7 +234,7 @@ void DecodedSource::seek(qint64 frame)
     if (isNear)
         return; // decoding on is as quick as starting anew
     if (m_traits.recovery != CodecTraits::Recovery::fromStart)
-        findPackets(std::chrono::steady_clock::now() + kScanPatience);
+        findPackets();
     qint64 from = 0;
     if (m_traits.recovery != CodecTraits::Recovery::fromStart && !m_reader->table()->entries.empty()) {
         const qint64 packet = m_reader->table()->packetAt(frame);

@@ -11,8 +11,6 @@
 
 namespace tonequill {
 
-class ContainerPackets;
-
 // A compressed sound track, decoded. Where a frame belongs is known from the
 // packets alone (PacketPlace), so that decoding may start anywhere: what is
 // damaged becomes silence and moves nothing behind it.
@@ -35,12 +33,15 @@ private:
     };
 
     void learn(MediaInput& input);
+    bool readToLearn(MediaInput& input, const AVStream& stream);
     void chooseReader(MediaInput& input);
+    std::optional<PacketTable> quickTable(MediaInput& input) const;
+    void readByDemuxer(const MediaInput& input);
     qint64 alacEnd();
     qint64 declaredLength(const MediaInput& input) const;
     std::unique_ptr<Decoder> makeDecoder(Decoder::Trimming trimming) const;
     std::unique_ptr<Decoder> makeDecoder() const;
-    void findPackets(MediaInput::Moment deadline);
+    void findPackets();
     void decodeFrom(qint64 packet);
     bool advance();
     bool takeFrame();
@@ -54,8 +55,8 @@ private:
     int m_firstFrames = 0;     // in the first packet
     qint64 m_firstSkip = 0;    // frames the container wants left out from it on
     qint64 m_firstOffset = -1; // of the first packet in the file
+    bool m_isTold = false;     // m_length is the container's word
     std::unique_ptr<PacketReader> m_reader;
-    ContainerPackets* m_container = nullptr; // m_reader, if it is one
     std::unique_ptr<Decoder> m_decoder;
     ffmpeg::Packet m_packet;
     std::optional<PacketPlace> m_place; // of m_packet

@@ -9,31 +9,53 @@ namespace tonequill {
 
 namespace {
 
-// Where FFmpeg has more than one decoder, the one whose output depends on
-// nothing but the packets: its own for Opus does not give the frames of a packet
-// with that packet after a change of mode, and the integer ones of MPEG layers I
-// and II carry the remainders of their rounding along.
-const AVCodec* decoderFor(AVCodecID codec)
+// How much of a sound a sample can hold: what is louder than full scale goes only
+// through floats.
+int widthOf(AVSampleFormat format)
 {
-    const char* name = nullptr;
-    switch (codec) {
-    case AV_CODEC_ID_OPUS:
-        name = "libopus";
-        break;
-    case AV_CODEC_ID_MP1:
-        name = "mp1float";
-        break;
-    case AV_CODEC_ID_MP2:
-        name = "mp2float";
-        break;
-    case AV_CODEC_ID_MP3:
-        name = "mp3float";
-        break;
+    switch (av_get_packed_sample_fmt(format)) {
+    case AV_SAMPLE_FMT_FLT:
+    case AV_SAMPLE_FMT_DBL:
+        return 3;
+    case AV_SAMPLE_FMT_S32:
+        return 2;
+    case AV_SAMPLE_FMT_NONE: // told with the first packet
+        return 2;
+    case AV_SAMPLE_FMT_S16:
+        return 1;
     default:
-        break;
+        return 0;
     }
-    const AVCodec* preferred = name ? avcodec_find_decoder_by_name(name) : nullptr;
-    return preferred ? preferred : avcodec_find_decoder(codec);
+}
+
+// The widest format that the decoder offers. Most offer one; some none, until they
+// have seen the sound.
+AVSampleFormat widestFormat(const AVCodec& codec)
+{
+    AVSampleFormat widest = AV_SAMPLE_FMT_NONE;
+    for (const AVSampleFormat* format = codec.sample_fmts; format && *format != AV_SAMPLE_FMT_NONE; ++format)
+        if (widest == AV_SAMPLE_FMT_NONE || widthOf(*format) > widthOf(widest))
+            widest = *format;
+    return widest;
+}
+
+// Where FFmpeg has more than one decoder, the one with the widest samples, of equal
+// ones its first choice. But its own for Opus does not give the frames of a packet
+// with that packet after a change of mode.
+const AVCodec* decoderFor(AVCodecID id)
+{
+    if (id == AV_CODEC_ID_OPUS)
+        if (const AVCodec* preferred = avcodec_find_decoder_by_name("libopus"))
+            return preferred;
+    const AVCodec* best = avcodec_find_decoder(id);
+    void* position = nullptr;
+    while (const AVCodec* codec = best ? av_codec_iterate(&position) : nullptr) {
+        const bool isUsual = (codec->capabilities & (AV_CODEC_CAP_EXPERIMENTAL | AV_CODEC_CAP_HARDWARE)) == 0;
+        if (codec->id == id && av_codec_is_decoder(codec) != 0 && isUsual &&
+            widthOf(widestFormat(*codec)) > widthOf(widestFormat(*best)))
+            best = codec;
+    }
+    return best;
 }
 
 std::optional<SampleFormat> sampleFormat(AVSampleFormat format)
@@ -65,7 +87,8 @@ Decoder::Decoder(const AVCodecParameters& track, AVRational timeBase, Trimming t
     if (avcodec_parameters_to_context(context.get(), &track) < 0)
         return;
     context->pkt_timebase = timeBase;
-    context->request_sample_fmt = AV_SAMPLE_FMT_FLTP;
+    const AVSampleFormat widest = widestFormat(*codec);
+    context->request_sample_fmt = widest == AV_SAMPLE_FMT_NONE ? AV_SAMPLE_FMT_FLTP : widest;
     context->thread_count = 1;
     if (trimming == Trimming::byCaller)
         context->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;

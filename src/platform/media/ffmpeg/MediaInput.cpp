@@ -17,7 +17,16 @@ namespace {
 constexpr int kIoBufferBytes = 64 * 1024;
 constexpr int kPaddedIoBufferBytes = kIoBufferBytes + AV_INPUT_BUFFER_PADDING_SIZE;
 
-constexpr auto kPatience = std::chrono::seconds(8);
+// What a demuxer may read to open a file: an index may be large.
+constexpr qint64 kOpeningBytes = 64LL * 1024 * 1024;
+
+// … and between two packets: of a bare stream some filling, of another file as much
+// as lies between two of its sounds, which is at most all of it.
+constexpr qint64 kBareBytes = 16LL * 1024 * 1024;
+constexpr qint64 kPacketBytes = 64LL * 1024 * 1024;
+
+// A step in a file counts as much as that.
+constexpr qint64 kStepBytes = 4096;
 
 // Containers of sound and video by libavformat's names. What is not here is
 // refused, above all what refers to other files (play lists, concatenation
@@ -25,6 +34,13 @@ constexpr auto kPatience = std::chrono::seconds(8);
 constexpr std::string_view kContainers =
     "|aac|ac3|aiff|amr|ape|asf|au|avi|caf|dsf|dts|eac3|flac|flv|iff|matroska,webm|mlp|mov,mp4,m4a,3gp,3g2,mj2|mp3|mpc|mpc8|"
     "mpeg|mpegts|mxf|ogg|rm|sox|tak|truehd|tta|voc|w64|wav|wv|";
+
+constexpr std::string_view kBareContainers = "|aac|ac3|amr|dts|eac3|mlp|mp3|truehd|";
+
+bool isAmong(std::string_view containers, const char* name)
+{
+    return containers.find('|' + std::string(name) + '|') != std::string_view::npos;
+}
 
 // A file without any name: libavformat is to look at the bytes alone.
 constexpr const char* kNoName = "";
@@ -61,7 +77,8 @@ struct MediaInput::Callbacks {
     static int read(void* opaque, uint8_t* into, int bytes)
     {
         auto* self = static_cast<MediaInput*>(opaque);
-        if (isLate(opaque))
+        self->m_read += kStepBytes;
+        if (isOver(opaque))
             return AVERROR_EXIT;
         const qint64 got = self->m_file->read(into, bytes, self->m_offset);
         if (got < 0)
@@ -69,6 +86,7 @@ struct MediaInput::Callbacks {
         if (got == 0)
             return AVERROR_EOF;
         self->m_offset += got;
+        self->m_read += got;
         return static_cast<int>(got);
     }
 
@@ -95,18 +113,18 @@ struct MediaInput::Callbacks {
         return offset;
     }
 
-    static int isLate(void* opaque)
+    static int isOver(void* opaque)
     {
         const auto* self = static_cast<MediaInput*>(opaque);
-        return self->m_file->isCancelled() || std::chrono::steady_clock::now() > self->m_deadline ? 1 : 0;
+        return self->m_file->isCancelled() || self->m_read > self->m_mostRead ? 1 : 0;
     }
 };
 
 MediaInput::MediaInput(const QString& path, const Progress* progress)
-    : MediaInput(std::make_shared<const RegularFile>(path, progress), std::chrono::steady_clock::now() + kPatience)
+    : MediaInput(std::make_shared<const RegularFile>(path, progress))
 {}
 
-MediaInput::MediaInput(std::shared_ptr<const RegularFile> file, Moment deadline) : m_file(std::move(file)), m_deadline(deadline)
+MediaInput::MediaInput(std::shared_ptr<const RegularFile> file) : m_file(std::move(file)), m_mostRead(kOpeningBytes)
 {
     ffmpeg::configure();
     try {
@@ -145,7 +163,7 @@ void MediaInput::open()
     const int score = av_probe_input_buffer2(m_io, &container, kNoName, nullptr, 0, 0);
     if (score < 0 || !container || (score <= kGuess && !beginsLike(*m_file, container->name)))
         throw unsupported;
-    if (kContainers.find('|' + std::string(container->name) + '|') == std::string_view::npos)
+    if (!isAmong(kContainers, container->name))
         throw unsupported;
 
     AVFormatContext* context = avformat_alloc_context();
@@ -153,7 +171,7 @@ void MediaInput::open()
         throw std::bad_alloc();
     context->pb = m_io;
     context->io_open = refuseToOpen;
-    context->interrupt_callback = {Callbacks::isLate, this};
+    context->interrupt_callback = {Callbacks::isOver, this};
     if (avformat_open_input(&context, kNoName, container, nullptr) < 0)
         throw unsupported; // which has freed the context
     m_context.reset(context);
@@ -191,13 +209,14 @@ void MediaInput::selectOnly(const AVStream* selected)
         stream->discard = stream == selected ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
 }
 
-void MediaInput::renewDeadline()
+bool MediaInput::isBare() const
 {
-    m_deadline = std::chrono::steady_clock::now() + kPatience;
+    return isAmong(kBareContainers, m_context->iformat->name);
 }
 
 bool MediaInput::read(AVPacket* packet)
 {
+    m_mostRead = m_read + (isBare() ? kBareBytes : m_file->size() + kPacketBytes);
     return av_read_frame(m_context.get(), packet) >= 0;
 }
 

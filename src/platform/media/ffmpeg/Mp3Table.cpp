@@ -1,5 +1,7 @@
 #include "platform/media/ffmpeg/Mp3Table.h"
 
+#include "platform/media/ffmpeg/FrameTable.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -12,84 +14,42 @@ namespace tonequill {
 
 namespace {
 
-constexpr qint64 kBlockBytes = 256 * 1024;
-constexpr int kHeaderBytes = 4;
-
 // Every decoder adds this many frames of its own to the encoder's delay.
 constexpr qint64 kDecoderDelay = 528 + 1;
 
-// A header of MPEG 1, 2 or 2.5, layer III (ISO/IEC 11172-3, 2.4.1.3).
-struct Header {
-    int bytes = 0;     // of the whole frame
-    int frames = 0;    // of sound in it
-    quint32 fixed = 0; // the bits that are the same in all frames of a file
-};
+// Kilobits a second by version (1, or 2 and 2.5), layer and the number in the header.
+constexpr std::array<std::array<std::array<int, 14>, 3>, 2> kKilobits = {{
+    {{{32, 64, 96, 128, 160, 192, 224, 256, 288, 320, 352, 384, 416, 448},
+      {32, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320, 384},
+      {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320}}},
+    {{{32, 48, 56, 64, 80, 96, 112, 128, 144, 160, 176, 192, 224, 256},
+      {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160},
+      {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160}}},
+}};
 
-std::optional<Header> parseHeader(quint32 word)
+// A header of MPEG 1, 2 or 2.5, layer I, II or III (ISO/IEC 11172-3, 2.4.1.3).
+std::optional<FrameHeader> readHeader(std::span<const uint8_t> bytes)
 {
     constexpr quint32 kSync = 0xFFE00000;
     constexpr quint32 kVersionLayerRate = 0xFFFE0C00;
-    constexpr std::array<int, 14> kKilobits1 = {32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
-    constexpr std::array<int, 14> kKilobits2 = {8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 144, 160};
     constexpr std::array<int, 3> kRates = {44'100, 48'000, 32'000};
-    const quint32 version = word >> 19 & 3; // 0 is 2.5, 2 is 2, 3 is 1
-    const quint32 layer = word >> 17 & 3;   // 1 is III
+    if (bytes.size() < sizeof(quint32))
+        return std::nullopt;
+    const quint32 word = qFromBigEndian<quint32>(bytes.data());
+    const quint32 version = word >> 19 & 3;     // 0 is 2.5, 2 is 2, 3 is 1
+    const quint32 layer = 4 - (word >> 17 & 3); // 4 is none
     const quint32 bitRate = word >> 12 & 15;
     const quint32 rate = word >> 10 & 3;
-    if ((word & kSync) != kSync || version == 1 || layer != 1 || bitRate == 0 || bitRate == 15 || rate == 3)
+    if ((word & kSync) != kSync || version == 1 || layer == 4 || bitRate == 0 || bitRate == 15 || rate == 3)
         return std::nullopt;
-    const int kilobits = (version == 3 ? kKilobits1 : kKilobits2)[bitRate - 1];
+    const int bitsPerSecond = kKilobits[version == 3 ? 0 : 1][layer - 1][bitRate - 1] * 1000;
     const int hertz = kRates[rate] >> (version == 3 ? 0 : version == 2 ? 1 : 2);
-    const int frames = version == 3 ? 1152 : 576;
+    const int frames = layer == 1 ? 384 : layer == 2 || version == 3 ? 1152 : 576;
     const int padding = static_cast<int>(word >> 9 & 1);
     const bool isMono = (word >> 6 & 3) == 3;
-    return Header{frames / 8 * kilobits * 1000 / hertz + padding, frames, (word & kVersionLayerRate) | (isMono ? 1U : 0U)};
-}
-
-// Reads a file front to back, a few bytes at a time.
-class Window {
-public:
-    explicit Window(const RegularFile& file) : m_file(file) {}
-
-    // The bytes at `offset`; fewer than asked for at the end of the file.
-    std::span<const uint8_t> at(qint64 offset, qint64 bytes)
-    {
-        if (offset < m_offset || offset + bytes > m_offset + static_cast<qint64>(m_block.size())) {
-            m_block.resize(kBlockBytes);
-            m_offset = offset;
-            m_block.resize(static_cast<std::size_t>(std::max<qint64>(0, m_file.read(m_block.data(), kBlockBytes, offset))));
-        }
-        const auto rest = std::span<const uint8_t>(m_block).subspan(static_cast<std::size_t>(offset - m_offset));
-        return rest.first(std::min(rest.size(), static_cast<std::size_t>(bytes)));
-    }
-
-private:
-    const RegularFile& m_file;
-    qint64 m_offset = 0;
-    std::vector<uint8_t> m_block;
-};
-
-bool startsWith(std::span<const uint8_t> bytes, std::string_view text)
-{
-    return bytes.size() >= text.size() && std::memcmp(bytes.data(), text.data(), text.size()) == 0;
-}
-
-// What may stand behind the last frame: tags, filling, or a frame that was cut off.
-bool isUsualEnd(Window& window, qint64 offset, qint64 fileBytes)
-{
-    constexpr qint64 kLook = 4096;
-    const auto rest = window.at(offset, kLook);
-    if (rest.empty() || startsWith(rest, "TAG") || startsWith(rest, "APETAGEX") || startsWith(rest, "LYRICSBEGIN") ||
-        startsWith(rest, "ID3"))
-        return true;
-    if (fileBytes - offset > kLook)
-        return false;
-    if (std::all_of(rest.begin(), rest.end(), [](uint8_t byte) { return byte == 0; }))
-        return true;
-    if (rest.size() < kHeaderBytes)
-        return true;
-    const std::optional<Header> header = parseHeader(qFromBigEndian<quint32>(rest.data()));
-    return header && header->bytes > static_cast<int>(rest.size());
+    const int unit = layer == 1 ? 4 : 1; // bytes
+    return FrameHeader{(frames / 8 / unit * bitsPerSecond / hertz + padding) * unit, frames,
+                       (word & kVersionLayerRate) | (isMono ? 1U : 0U)};
 }
 
 struct Gapless {
@@ -152,32 +112,12 @@ void trim(PacketTable& table, const Gapless& gapless)
 
 std::optional<PacketTable> mp3Table(const RegularFile& file, qint64 firstFrame)
 {
-    Window window(file);
-    PacketTable table;
-    qint64 offset = firstFrame;
-    qint64 start = 0;
-    quint32 fixed = 0;
-    while (true) {
-        file.requireWanted(); // an hour has more than 100,000 of them
-        const auto bytes = window.at(offset, kHeaderBytes);
-        const std::optional<Header> header =
-            bytes.size() == kHeaderBytes ? parseHeader(qFromBigEndian<quint32>(bytes.data())) : std::nullopt;
-        if (!header || offset + header->bytes > file.size())
-            break;
-        if (table.entries.empty()) {
-            fixed = header->fixed;
-            table.entries.reserve(static_cast<std::size_t>((file.size() - offset) / header->bytes) + 1);
-        }
-        if (header->fixed != fixed)
-            return std::nullopt;
-        table.entries.push_back({{start, header->frames, 0, 0}, header->bytes, offset, 0});
-        start += header->frames;
-        offset += header->bytes;
-    }
-    if (table.entries.empty() || !isUsualEnd(window, offset, file.size()))
+    ByteWindow window(file);
+    std::optional<PacketTable> table = frameTable(window, firstFrame, readHeader);
+    if (!table)
         return std::nullopt;
     if (const std::optional<Gapless> gapless = readGapless(file, firstFrame))
-        trim(table, *gapless);
+        trim(*table, *gapless);
     return table;
 }
 

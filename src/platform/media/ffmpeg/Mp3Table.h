@@ -7,12 +7,10 @@
 
 namespace tonequill {
 
-// All frames of an MP3 file, found by hopping from header to header, from the
-// first frame of sound at `firstFrame` (a byte offset) on. The encoder's delay
-// and padding are left out where the frame before it declares them.
-//
-// None where the file is not frame after frame to its end (or to the tags that
-// commonly stand there): then it takes a demuxer that looks for the next frame.
+// All frames of an MP3 file (or one of layer I or II) from the first frame of sound at `firstFrame` (a byte
+// offset) on. The encoder's delay and padding are left out where the frame before
+// it declares them. None where it is not one stream throughout, and for what has no
+// bit rate ("free format"). Throws Cancelled.
 std::optional<PacketTable> mp3Table(const RegularFile& file, qint64 firstFrame);
 
 } // namespace tonequill

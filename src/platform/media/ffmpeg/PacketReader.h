@@ -22,6 +22,11 @@ public:
     // All packets; null if they are not known.
     virtual const PacketTable* table() const = 0;
 
+    // Reads as far as it takes to know them all, so that table() is there. Nothing
+    // where no rule tells their lengths.
+    // The next packet is the first one then.
+    virtual void findAll() {}
+
     // The next packet is number `packet`. Throws AudioFileError (seek).
     // REQUIRES: packet == 0, or table() and packet <= its size.
     virtual void goTo(qint64 packet) = 0;

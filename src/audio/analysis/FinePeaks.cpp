@@ -1,4 +1,4 @@
-#include "ui/wave/FinePeaks.h"
+#include "audio/analysis/FinePeaks.h"
 
 #include "audio/analysis/MonoEnvelope.h"
 #include "platform/media/AudioFile.h"
