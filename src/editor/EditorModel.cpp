@@ -92,9 +92,10 @@ void EditorModel::load(std::optional<SoundItem> item, const QString& path)
     m_isListening = false;
     m_start = 0;
     m_end = duration();
-    for (const auto signal : {&EditorModel::itemChanged, &EditorModel::analysisChanged, &EditorModel::loadErrorChanged,
-                              &EditorModel::candidatesChanged, &EditorModel::rangeChanged, &EditorModel::heardChanged,
-                              &EditorModel::smartChanged, &EditorModel::effectsChanged, &EditorModel::cursorChanged})
+    for (const auto signal :
+         {&EditorModel::itemChanged, &EditorModel::analysisChanged, &EditorModel::loadErrorChanged,
+          &EditorModel::candidatesChanged, &EditorModel::rangeChanged, &EditorModel::heardChanged, &EditorModel::smartChanged,
+          &EditorModel::effectsChanged, &EditorModel::cursorChanged, &EditorModel::playbackChanged})
         Q_EMIT(this->*signal)();
     if (!hasSound)
         return;
@@ -129,8 +130,10 @@ QCoro::Task<> EditorModel::openPlayer(QString path, Ticket load)
     } catch (const std::exception&) {
         // Without a player there is nothing to hear; the analysis tells what is wrong with the file.
     }
-    if (load.isCurrent())
-        m_player = std::move(player);
+    if (!load.isCurrent())
+        co_return;
+    m_player = std::move(player);
+    Q_EMIT playbackChanged();
 }
 
 QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
@@ -235,6 +238,21 @@ void EditorModel::dragEnd(double seconds)
 {
     unmark();
     assignRange(m_start, std::max(std::clamp(seconds, 0.0, duration()), m_start + kMinLength));
+}
+
+void EditorModel::dragRange(double from, double to)
+{
+    unmark();
+    const double shortest = std::min(kMinLength, duration());
+    double start = std::clamp(std::min(from, to), 0.0, duration());
+    double end = std::clamp(std::max(from, to), 0.0, duration());
+    if (end - start < shortest) { // it grows to where the pointer goes, and back at the sound's ends
+        if (to < from)
+            start = end - shortest;
+        start = std::clamp(start, 0.0, duration() - shortest);
+        end = start + shortest;
+    }
+    assignRange(start, end);
 }
 
 void EditorModel::endDrag()

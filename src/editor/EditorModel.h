@@ -89,6 +89,8 @@ public:
     // A handle on its way; nothing is listened to before the drag ends.
     void dragStart(double seconds);
     void dragEnd(double seconds);
+    // A stretch that is swept over, from where the sweep began to where it is now.
+    void dragRange(double from, double to);
     void endDrag();
 
     // Finds out what the range sounds like, after a delay in seconds.
@@ -107,6 +109,8 @@ public:
     const EffectSettings& effects() const { return m_effects; }
     void setEffects(const EffectSettings& effects);
 
+    // Whether there is something to play with: soon after load(), long before the analysis.
+    bool hasPlayer() const { return m_player != nullptr; }
     // Plays the range, from the cursor if that lies in it.
     void play();
     void stop();
@@ -131,7 +135,7 @@ Q_SIGNALS:
     void heardChanged(); // and whether it listens
     void smartChanged();
     void effectsChanged();
-    void playbackChanged(); // isPlaying, isRendering, loop
+    void playbackChanged(); // hasPlayer, isPlaying, isRendering, loop
     void cursorChanged();
     void playheadChanged();
     void settled();

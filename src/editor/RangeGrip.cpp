@@ -27,21 +27,25 @@ void RangeGrip::press(double x, double startX, double endX, Range range)
     m_pressX = x;
     edge = range == Range::canBeTaken ? edgeAt(x, startX, endX) : Edge::none;
     isClick = edge == Edge::none;
+    isSweep = false;
+    m_maySweep = isClick && range == Range::canBeTaken;
     m_offset = edge == Edge::start ? x - startX : edge == Edge::end ? x - endX : 0;
 }
 
 void RangeGrip::move(double x, double clickReach)
 {
-    if (std::abs(x - m_pressX) >= clickReach)
-        isClick = false;
+    if (std::abs(x - m_pressX) < clickReach)
+        return;
+    isClick = false;
+    isSweep = m_maySweep;
 }
 
 bool RangeGrip::release()
 {
-    const bool held = edge != Edge::none;
+    const bool hasChanged = edge != Edge::none || isSweep;
     edge = Edge::none;
-    isClick = false;
-    return held;
+    isClick = isSweep = m_maySweep = false;
+    return hasChanged;
 }
 
 double RangeGrip::pillX(double startX, double endX, double viewWidth, double pillWidth)

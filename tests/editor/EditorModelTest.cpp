@@ -337,6 +337,41 @@ TEST_F(EditorModelTest, ADraggedHandleUnmarksAndListensOnlyWhenItIsLetGo)
     EXPECT_EQ(work.hearings.size(), 1U);
 }
 
+TEST_F(EditorModelTest, ASweepIsTheRangeFromItsEarlierToItsLaterEnd)
+{
+    openWithEvents();
+    work.hearings.clear();
+    editor.dragRange(6, 4);
+    EXPECT_TRUE(editor.marked().isEmpty());
+    EXPECT_EQ(editor.start(), 4);
+    EXPECT_EQ(editor.end(), 6);
+    editor.dragRange(6, 12);
+    EXPECT_EQ(editor.start(), 6);
+    EXPECT_EQ(editor.end(), 10);
+    editor.dragRange(6, -1);
+    EXPECT_EQ(editor.start(), 0);
+    EXPECT_EQ(editor.end(), 6);
+    clock.advance(10s);
+    EXPECT_TRUE(work.hearings.empty()) << "nothing is listened to on the way";
+}
+
+TEST_F(EditorModelTest, AShortSweepGrowsToWhereItGoes)
+{
+    openWithEvents();
+    editor.dragRange(6, 6.01);
+    EXPECT_DOUBLE_EQ(editor.start(), 6);
+    EXPECT_DOUBLE_EQ(editor.end(), 6.03);
+    editor.dragRange(6, 5.99);
+    EXPECT_DOUBLE_EQ(editor.start(), 5.97);
+    EXPECT_DOUBLE_EQ(editor.end(), 6);
+    editor.dragRange(10, 10);
+    EXPECT_DOUBLE_EQ(editor.start(), 9.97);
+    EXPECT_DOUBLE_EQ(editor.end(), 10);
+    editor.dragRange(0.01, 0);
+    EXPECT_DOUBLE_EQ(editor.start(), 0);
+    EXPECT_DOUBLE_EQ(editor.end(), 0.03);
+}
+
 // Listening
 
 TEST_F(EditorModelTest, TellsWhatTheRangeSoundsLike)

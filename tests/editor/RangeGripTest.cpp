@@ -47,11 +47,33 @@ TEST(RangeGrip, AClickIsAPressThatStaysWhereItIs)
     EXPECT_TRUE(grip.isClick);
     grip.move(209, 10);
     EXPECT_TRUE(grip.isClick);
+    EXPECT_FALSE(grip.isSweep);
+    EXPECT_FALSE(grip.release());
+}
+
+TEST(RangeGrip, APressThatLeavesItsPlaceSweeps)
+{
+    RangeGrip grip;
+    grip.press(200, 100, 300, Range::canBeTaken);
     grip.move(190, 10);
     EXPECT_FALSE(grip.isClick);
-    grip.move(200, 10); // and coming back makes it none again
+    EXPECT_TRUE(grip.isSweep);
+    EXPECT_EQ(grip.edge, Edge::none);
+    grip.move(200, 10); // and coming back makes it no click again
     EXPECT_FALSE(grip.isClick);
+    EXPECT_TRUE(grip.isSweep);
+    EXPECT_TRUE(grip.release());
+    EXPECT_FALSE(grip.isSweep);
     EXPECT_FALSE(grip.release());
+}
+
+TEST(RangeGrip, AnEdgeThatIsHeldIsNoSweep)
+{
+    RangeGrip grip;
+    grip.press(100, 100, 300, Range::canBeTaken);
+    grip.move(200, 10);
+    EXPECT_FALSE(grip.isSweep);
+    EXPECT_TRUE(grip.release());
 }
 
 TEST(RangeGrip, ARangeThatCannotBeTakenIsClickedOn)
@@ -61,6 +83,10 @@ TEST(RangeGrip, ARangeThatCannotBeTakenIsClickedOn)
     EXPECT_EQ(grip.edge, Edge::none);
     EXPECT_TRUE(grip.isClick);
     EXPECT_EQ(grip.edgeX(120), 120);
+    grip.move(120, 10);
+    EXPECT_FALSE(grip.isClick);
+    EXPECT_FALSE(grip.isSweep);
+    EXPECT_FALSE(grip.release());
 }
 
 TEST(RangeGrip, AnEndedClickIsForgotten)

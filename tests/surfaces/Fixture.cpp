@@ -2,8 +2,10 @@
 #include "app/library/ImportFlows.h"
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QDragEnterEvent>
+#include <QGuiApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QMetaEnum>
@@ -93,6 +95,40 @@ void Fixture::startEditing()
     m_openSound->view.reset();
     m_app = std::move(m_openSound->app);
     makeModel();
+}
+
+void Fixture::startLoading()
+{
+    stop();
+    m_openSound = std::make_unique<OpenSound>();
+    m_player = std::make_shared<FakeAudioPlayer>(10);
+    m_openSound->work.openings.back().answer(m_player);
+    Machine::settle();
+    m_openSound->view.reset();
+    m_app = std::move(m_openSound->app);
+    makeModel();
+}
+
+void Fixture::analyse()
+{
+    AudioAnalysis analysis;
+    analysis.duration = 10;
+    analysis.sampleRate = 48000;
+    analysis.hopSeconds = 0.01;
+    analysis.peak.assign(1000, 0.01f);
+    for (const std::size_t hit : {300U, 600U}) // two events in a quiet room
+        std::fill_n(analysis.peak.begin() + std::ptrdiff_t(hit), 60, 0.8f);
+    analysis.rms = analysis.peak;
+    m_openSound->work.analyses.back().answer(analysis);
+    Machine::settle();
+}
+
+void Fixture::label()
+{
+    std::vector<CutCandidate> parts = m_app->editor().candidates();
+    for (CutCandidate& part : parts)
+        part.label = u"Slam"_s;
+    m_openSound->work.labellings.back().answer(std::move(parts));
 }
 
 QString Fixture::editor() const
@@ -220,6 +256,14 @@ void Fixture::rename(int row, const QString& name)
     m_app->library().rename(m_app->library().items()[row], name);
 }
 
+void Fixture::license(int row, const QString& license, const QString& credit)
+{
+    m_app->library().update(SoundItem(m_app->library().items()[row]), [&](SoundItem& item) {
+        item.license = license;
+        item.credit = credit;
+    });
+}
+
 bool Fixture::dragOver(QQuickWindow* window, const QStringList& urls, double x, double y)
 {
     const std::unique_ptr<QMimeData> files(filesOf(urls));
@@ -278,6 +322,51 @@ QStringList Fixture::flaws(QQuickWindow* window)
             flaws << u"too small: "_s + what;
     }
     return flaws;
+}
+
+QStringList Fixture::stopsUnder(QQuickItem* item)
+{
+    const QRectF place = item->mapRectToScene(item->boundingRect());
+    QStringList under;
+    for (QQuickItem* stop : stopsOf(item->window())) {
+        if (stop->mapRectToScene(stop->boundingRect()).intersects(place))
+            under << spoken(stop);
+    }
+    return under;
+}
+
+QString Fixture::valueOf(QQuickItem* item)
+{
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
+    const QAccessibleValueInterface* value = face ? face->valueInterface() : nullptr;
+    return value ? u"%1 of %2 to %3"_s.arg(value->currentValue().toDouble())
+                       .arg(value->minimumValue().toDouble())
+                       .arg(value->maximumValue().toDouble())
+                 : QString();
+}
+
+bool Fixture::setValue(QQuickItem* item, double value)
+{
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
+    QAccessibleValueInterface* slider = face ? face->valueInterface() : nullptr;
+    if (slider)
+        slider->setCurrentValue(value);
+    return slider != nullptr;
+}
+
+bool Fixture::press(QQuickItem* item)
+{
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(item);
+    QAccessibleActionInterface* actions = face ? face->actionInterface() : nullptr;
+    if (!actions || !actions->actionNames().contains(QAccessibleActionInterface::pressAction()))
+        return false;
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    return true;
+}
+
+QString Fixture::clipboard()
+{
+    return QGuiApplication::clipboard()->text();
 }
 
 QString Fixture::spoken(QQuickItem* item)

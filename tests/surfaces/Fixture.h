@@ -40,6 +40,11 @@ public:
     // A new program whose one sound is open: ten seconds, with the parts "Slam"
     // (3 to 4 s, the best), 6 to 7.5 s, and the whole.
     Q_INVOKABLE void startEditing();
+    // The same before its analysis has come; a player is there.
+    Q_INVOKABLE void startLoading();
+    // Its analysis comes, and then what is heard in the parts.
+    Q_INVOKABLE void analyse();
+    Q_INVOKABLE void label();
     // Ends it; no window may show it any more.
     Q_INVOKABLE void stop();
 
@@ -74,6 +79,8 @@ public:
     Q_INVOKABLE QString sound(const QString& name) const;
     Q_INVOKABLE QString words(const QString& name) const;
     Q_INVOKABLE void rename(int row, const QString& name);
+    Q_INVOKABLE void license(int row, const QString& license, const QString& credit);
+    Q_INVOKABLE QStringList revealedFiles() const { return m_machine.apps.revealed; }
 
     // A drag over the window's point, and its end; true if the window takes it.
     Q_INVOKABLE static bool dragOver(QQuickWindow* window, const QStringList& urls, double x, double y);
@@ -87,8 +94,17 @@ public:
     Q_INVOKABLE static QStringList tabStops(QQuickWindow* window);
     // What is wrong with them: no name, or too small to hit.
     Q_INVOKABLE static QStringList flaws(QQuickWindow* window);
+    // Those that lie under an item.
+    Q_INVOKABLE static QStringList stopsUnder(QQuickItem* item);
     // What a screen reader says of an item.
     Q_INVOKABLE static QString spoken(QQuickItem* item);
+    // A slider's: "0 of -24 to 12".
+    Q_INVOKABLE static QString valueOf(QQuickItem* item);
+    // What a screen reader can do with it: false where it can't.
+    Q_INVOKABLE static bool setValue(QQuickItem* item, double value);
+    Q_INVOKABLE static bool press(QQuickItem* item);
+    // What another program would paste.
+    Q_INVOKABLE static QString clipboard();
 
 Q_SIGNALS:
     void modelChanged();

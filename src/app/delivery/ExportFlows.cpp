@@ -327,4 +327,9 @@ void showLibraryFolder(const AppModel& model)
     model.services().apps.showFolder(model.library().folder());
 }
 
+void showFile(const AppModel& model, const SoundItem& item)
+{
+    model.services().apps.reveal(model.library().path(item));
+}
+
 } // namespace tonequill

@@ -52,5 +52,7 @@ bool canSendToFinalCut(const AppModel& model);
 
 // The library's folder in the desktop's file manager.
 void showLibraryFolder(const AppModel& model);
+// A sound's own file there.
+void showFile(const AppModel& model, const SoundItem& item);
 
 } // namespace tonequill

@@ -1,15 +1,23 @@
 #include "app/model/LibrarySession.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tonequill {
+
+namespace {
+
+constexpr double kTypingPause = 1; // seconds; the next letter begins anew
+
+} // namespace
 
 LibrarySession::LibrarySession(const LibraryStore& library, Selection& selection, LanguageModel& languageModel, Clock& clock)
     : m_library(library),
       m_selection(selection),
       m_sounds(library.items()),
       m_related(languageModel, clock),
-      m_current(selection.id())
+      m_current(selection.id()),
+      m_clock(clock)
 {
     for (const SoundItem& item : m_sounds)
         m_ids << item.id;
@@ -95,8 +103,12 @@ int LibrarySession::indexOf(const QUuid& id) const
 
 void LibrarySession::setCurrent(std::optional<QUuid> id)
 {
+    // Between a deleted sound and the one that takes its place there is none.
+    const bool isWished = m_current && id;
     m_current = id;
     Q_EMIT currentChanged();
+    if (isWished)
+        Q_EMIT wentToCurrent();
 }
 
 void LibrarySession::click(int index, Qt::KeyboardModifiers modifiers)
@@ -115,6 +127,32 @@ void LibrarySession::moveTo(int index, Qt::KeyboardModifiers modifiers)
         return;
     // The arrows know of Shift alone: what Control adds is the mouse's.
     click(std::clamp(index, 0, int(m_sounds.size()) - 1), modifiers & Qt::ShiftModifier);
+}
+
+int LibrarySession::typed(const QString& text, int from) const
+{
+    const int count = int(m_sounds.size());
+    for (int i = 0; i < count; ++i) {
+        const int index = (from + i) % count;
+        if (m_sounds[index].name.startsWith(text, Qt::CaseInsensitive))
+            return index;
+    }
+    return -1;
+}
+
+void LibrarySession::type(const QString& letter)
+{
+    const double now = m_clock.secondsSince2001();
+    if (std::abs(now - m_typedAt) > kTypingPause)
+        m_typed.clear();
+    m_typedAt = now;
+    m_typed += letter;
+    const int here = std::max(current(), 0);
+    int found = typed(m_typed, m_typed == letter ? here + 1 : here);
+    if (found < 0 && m_typed == letter.repeated(m_typed.size() / letter.size()))
+        found = typed(letter, here + 1);
+    if (found >= 0)
+        moveTo(found, Qt::NoModifier);
 }
 
 void LibrarySession::enter()

@@ -38,6 +38,10 @@ public:
     // To the list from elsewhere: to the first sound, unless the open one is shown.
     void enter();
     void selectAll() { m_selection.selectAll(m_sounds); }
+    // A letter that is typed in the list: goes to the next sound whose name begins with
+    // what was typed in a row, which a second's pause ends. One letter again and again
+    // goes through the names that it begins.
+    void type(const QString& letter);
 
     // The marked ones among those that are shown.
     QList<SoundItem> selected() const;
@@ -55,6 +59,9 @@ Q_SIGNALS:
     void recordChanged(int index);
     void soundsChanged(); // and isRelated()
     void currentChanged();
+    // Somebody went to the current sound, which should be seen: no sound that only
+    // takes a deleted one's place.
+    void wentToCurrent();
 
 private:
     const SoundItem* at(int index) const;
@@ -62,6 +69,7 @@ private:
     void show(const QList<SoundItem>& sounds);
     void removeSound(int index);
     void setCurrent(std::optional<QUuid> id);
+    int typed(const QString& text, int from) const; // the first index from there that begins so; -1: none
 
     const LibraryStore& m_library;
     Selection& m_selection;
@@ -72,6 +80,9 @@ private:
     bool m_searchFoundNothing = false;
     RelatedWords m_related; // to a query that finds nothing
     std::optional<QUuid> m_current;
+    Clock& m_clock;
+    QString m_typed;
+    double m_typedAt = 0; // seconds since 2001
 };
 
 } // namespace tonequill

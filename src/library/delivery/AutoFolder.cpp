@@ -142,6 +142,7 @@ void AutoFolder::chooseFolder(const QString& folder)
     m_folderName = QFileInfo(FolderBookmark::originalPath(*bookmark)).fileName();
     m_manifest.clear();
     m_problem.clear();
+    m_stepCount = m_stepsDone = 0; // of a run that another folder was meant by
     m_defaults.setData(kBookmarkKey, *bookmark);
     m_defaults.setText(kNameKey, m_folderName);
     saveManifest();

@@ -2,14 +2,14 @@ import QtQuick
 import QtQuick.Templates as T
 import Tonequill.Kit
 
-// A plus that becomes a field for a tag: Enter and a click elsewhere add it,
-// Escape doesn't.
+// A plus that becomes a field for tags: a comma ends one and goes on, Enter and a
+// click elsewhere add the last, Escape doesn't.
 Item {
     id: control
 
     readonly property bool isTyping: field.activeFocus
 
-    signal added(tag: string)
+    signal added(tags: string) // with commas between them
     signal editingEnded
 
     implicitWidth: isTyping ? Metrics.meterWidth : Metrics.hitTarget
@@ -40,11 +40,18 @@ Item {
         font.family: Metrics.bodyFont.family
         font.pixelSize: Metrics.caption.px
         selectByMouse: true
-        maximumLength: 40
+        maximumLength: 200 // of several that are pasted
 
         Accessible.role: Accessible.EditableText
         Accessible.name: "New tag"
 
+        onTextEdited: {
+            const end = text.search(/[,،](?!.*[,،])/); // the last one; an Arabic keyboard has its own
+            if (end < 0)
+                return;
+            control.added(text.slice(0, end));
+            text = text.slice(end + 1);
+        }
         onEditingFinished: {
             control.added(text);
             clear();

@@ -2,14 +2,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Tonequill.Kit
 
-// A tag that a click on its cross, or the Delete key, takes away.
+// A tag that its cross takes away, or the Delete key while it has the keyboard. A
+// click on its word does nothing.
 T.Button {
     id: control
 
     signal removed
 
-    implicitWidth: Math.max(Metrics.hitTarget, label.implicitWidth + 2 * Metrics.spaceS)
+    implicitWidth: Math.max(Metrics.hitTarget, leftPadding + label.implicitWidth + cross.width)
     implicitHeight: Metrics.hitTarget
+    leftPadding: Metrics.spaceS
     topInset: (Metrics.hitTarget - Metrics.tag) / 2
     bottomInset: topInset
     focusPolicy: Qt.TabFocus
@@ -27,7 +29,7 @@ T.Button {
 
     background: Rectangle {
         radius: Metrics.radiusInner
-        color: control.hovered ? Theme.buttonHover : Theme.buttonFill
+        color: Theme.buttonFill
 
         FocusRing {
             visible: control.visualFocus
@@ -38,31 +40,51 @@ T.Button {
     contentItem: Item {
         Label {
             id: label
-            anchors.centerIn: parent
-            width: Math.min(implicitWidth, parent.width)
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.rightMargin: cross.width
+            anchors.verticalCenter: parent.verticalCenter
             type: Metrics.caption
             color: Theme.textSecondary
-            opacity: control.hovered ? 0 : 1
             text: control.text
         }
-        MouseArea {
-            anchors.fill: parent
-            onClicked: control.removed()
+    }
 
+    T.AbstractButton {
+        id: cross
+        objectName: "tagCross"
+        anchors.right: parent.right
+        width: Metrics.spaceXl
+        height: parent.height
+        focusPolicy: Qt.NoFocus // the Delete key is the tag's own
+        hoverEnabled: true
+        onClicked: control.removed()
+
+        Accessible.role: Accessible.Button
+        Accessible.name: "Remove “" + control.text + "”"
+
+        contentItem: Item {
+            Rectangle {
+                anchors.centerIn: parent
+                width: Metrics.iconSmall
+                height: Metrics.iconSmall
+                radius: width / 2
+                color: cross.down ? Theme.buttonPressed : cross.hovered ? Theme.buttonHover : "transparent"
+            }
             Icon {
-                visible: control.hovered
                 anchors.centerIn: parent
                 width: Metrics.spaceM
                 height: Metrics.spaceM
                 name: "close"
-                color: Theme.textPrimary
+                color: cross.hovered ? Theme.textPrimary : Theme.textSecondary
+                opacity: control.hovered || control.visualFocus ? 1 : Metrics.mutedRegion
             }
         }
-    }
 
-    Tip {
-        control: control
-        text: "Remove “" + control.text + "”"
-        keys: "Del"
+        Tip {
+            control: cross
+            text: cross.Accessible.name
+            keys: "Del"
+        }
     }
 }

@@ -75,7 +75,7 @@ Item {
             neutral: 0
             value: panel.effects.speed
             valueText: panel.effects.speedText
-            onMoved: panel.effects.speed = value
+            onMoved: value => panel.effects.speed = value
             onResetAsked: panel.effects.speed = 0
         }
         SpeedPresets {
@@ -95,7 +95,7 @@ Item {
             stepSize: 1
             value: panel.effects.gain
             valueText: panel.effects.gainText
-            onMoved: panel.effects.gain = value
+            onMoved: value => panel.effects.gain = value
             onResetAsked: panel.effects.gain = 0
         }
         ValueSlider {
@@ -109,7 +109,7 @@ Item {
             stepSize: 1
             value: panel.effects.pitch
             valueText: panel.effects.pitchText
-            onMoved: panel.effects.pitch = value
+            onMoved: value => panel.effects.pitch = value
             onResetAsked: panel.effects.pitch = 0
         }
     }
@@ -129,7 +129,7 @@ Item {
             stepSize: 0.01
             value: panel.effects.fadeIn
             valueText: panel.effects.fadeInText
-            onMoved: panel.effects.fadeIn = value
+            onMoved: value => panel.effects.fadeIn = value
             onResetAsked: panel.effects.fadeIn = 0
         }
         ValueSlider {
@@ -142,7 +142,7 @@ Item {
             stepSize: 0.01
             value: panel.effects.fadeOut
             valueText: panel.effects.fadeOutText
-            onMoved: panel.effects.fadeOut = value
+            onMoved: value => panel.effects.fadeOut = value
             onResetAsked: panel.effects.fadeOut = 0
         }
         ValueSlider {
@@ -155,7 +155,7 @@ Item {
             stepSize: 0.01
             value: panel.effects.echo
             valueText: panel.effects.echoText
-            onMoved: panel.effects.echo = value
+            onMoved: value => panel.effects.echo = value
             onResetAsked: panel.effects.echo = 0
         }
         ValueSlider {
@@ -168,7 +168,7 @@ Item {
             stepSize: 0.01
             value: panel.effects.reverb
             valueText: panel.effects.reverbText
-            onMoved: panel.effects.reverb = value
+            onMoved: value => panel.effects.reverb = value
             onResetAsked: panel.effects.reverb = 0
         }
     }

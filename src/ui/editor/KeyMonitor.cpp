@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QQuickWindow>
 
+using namespace Qt::StringLiterals;
+
 namespace tonequill {
 
 KeyMonitor::~KeyMonitor()
@@ -46,11 +48,36 @@ bool KeyMonitor::takeKey(const QKeyEvent& key)
     if (textField()) // Escape is the field's own: it knows what to put back
         return false;
     constexpr auto kHeld = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if (key.key() != Qt::Key_Space || (key.modifiers() & kHeld) || !m_sound->isOpen() || isInPopup())
+    if ((key.modifiers() & kHeld) || !m_sound->isOpen() || isInPopup())
         return false;
+    if (key.key() != Qt::Key_Space)
+        return takeLetter(key);
     if (!key.isAutoRepeat())
         m_sound->playback()->toggle();
     return true;
+}
+
+bool KeyMonitor::takeLetter(const QKeyEvent& key)
+{
+    if (m_list && m_window->activeFocusItem() == m_list)
+        return false;
+    PlaybackView& playback = *m_sound->playback();
+    const QString letter = key.text().toLower(); // brackets lie on other keys in other countries
+    if (letter == u"["_s)
+        playback.setStartHere();
+    else if (letter == u"]"_s)
+        playback.setEndHere();
+    else if (letter == u"l"_s && !key.isAutoRepeat())
+        playback.setLoop(!playback.loop());
+    else
+        return false;
+    return true;
+}
+
+void KeyMonitor::endEditing()
+{
+    if (textField())
+        Q_EMIT editingEnded();
 }
 
 QQuickItem* KeyMonitor::textField() const

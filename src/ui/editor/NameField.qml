@@ -80,11 +80,16 @@ T.TextField {
         text: control.text
     }
     Label {
+        id: shown
         visible: !control.activeFocus
         x: control.leftPadding
         width: parent.width - control.leftPadding - control.rightPadding
         height: parent.height
         type: Metrics.title
         text: control.sound.name
+    }
+    WholeText {
+        label: shown
+        isOver: control.hovered && !control.activeFocus
     }
 }

@@ -26,28 +26,15 @@ Item {
         color: Theme.textTertiary
         text: "⌘-click to pick several"
     }
-    Flickable {
+    SideScroller {
         id: scroller
         objectName: "chips"
-        // Room for the focus rings, which a clipped view would cut.
-        readonly property real room: Metrics.focusGap + Metrics.focus
-
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.margins: -room
         anchors.bottom: parent.bottom
         height: Metrics.chip + 2 * room
         contentWidth: row.width + 2 * room
-        contentHeight: height
-        boundsBehavior: Flickable.StopAtBounds
-        flickableDirection: Flickable.HorizontalFlick
-        clip: true
-
-        function show(chip) {
-            const left = chip.x;
-            const right = chip.x + chip.width + 2 * room;
-            contentX = Math.max(0, Math.min(left, Math.max(contentX, right - width + (right < contentWidth ? Metrics.spaceXl : 0))));
-        }
 
         Connections {
             target: section.sound
@@ -55,13 +42,15 @@ Item {
                 scroller.contentX = 0;
             }
         }
-        WheelHandler {
-            orientation: Qt.Vertical
-            target: scroller
-            property: "contentX"
+        ArrowGroup {
+            id: group
+            members: row
+            width: row.width
+            height: row.height
         }
         Row {
             id: row
+            parent: group
             x: scroller.room
             y: scroller.room
             spacing: Metrics.spaceS
@@ -73,18 +62,24 @@ Item {
                     id: chip
                     required property int index
                     required property string title
+                    required property string bareTitle
                     required property string length
                     required property bool marked
                     required property bool best
 
+                    // Room for what will be heard in it, so that nothing moves when that comes.
+                    reservedText: section.sound.parts.count > 1 ? bareTitle + " · Footsteps" : ""
+                    isStop: group.stop === chip || (!group.stop && index === 0)
                     iconName: best ? "sparkle" : ""
                     text: chip.title
                     detail: chip.length
                     isPicked: marked
                     onPicked: modifiers => section.sound.parts.choose(index, modifiers)
                     onActiveFocusChanged: {
-                        if (activeFocus)
-                            scroller.show(chip);
+                        if (!activeFocus)
+                            return;
+                        group.stop = chip;
+                        scroller.show(chip);
                     }
                 }
             }
@@ -95,22 +90,25 @@ Item {
                 text: "Whole file"
                 detail: section.sound.lengthText
                 onPicked: section.sound.playback.selectAll()
+                isStop: group.stop === whole || (!group.stop && section.sound.parts.count === 0)
                 onActiveFocusChanged: {
-                    if (activeFocus)
-                        scroller.show(whole);
+                    if (!activeFocus)
+                        return;
+                    group.stop = whole;
+                    scroller.show(whole);
                 }
             }
         }
     }
     EdgeFade {
-        visible: scroller.contentX + scroller.width < scroller.contentWidth - 1
+        visible: scroller.hasMoreRight
         ground: Theme.panelRight
         anchors.right: scroller.right
         anchors.verticalCenter: scroller.verticalCenter
         height: scroller.height
     }
     EdgeFade {
-        visible: scroller.contentX > 1
+        visible: scroller.hasMoreLeft
         ground: Theme.panelMiddle
         rotation: 180
         anchors.left: scroller.left

@@ -8,11 +8,16 @@ using namespace Qt::StringLiterals;
 
 namespace tonequill {
 
+QString PartChip::bareTitle(const CutCandidate& candidate, int index)
+{
+    if (candidate.isBest)
+        return u"Best match"_s;
+    return candidate.isWhole ? u"Whole sound"_s : u"Option %1"_s.arg(index + 1);
+}
+
 QString PartChip::title(const CutCandidate& candidate, int index)
 {
-    const QString title = candidate.isBest    ? u"Best match"_s
-                          : candidate.isWhole ? u"Whole sound"_s
-                                              : u"Option %1"_s.arg(index + 1);
+    const QString title = bareTitle(candidate, index);
     return candidate.label ? title + u" · "_s + *candidate.label : title;
 }
 
@@ -39,8 +44,8 @@ void PartsModel::follow()
 
 QHash<int, QByteArray> PartsModel::roleNames() const
 {
-    return {{TitleRole, "title"}, {LengthRole, "length"}, {MarkedRole, "marked"}, {BestRole, "best"},
-            {WholeRole, "whole"}, {StartRole, "start"},   {EndRole, "end"}};
+    return {{TitleRole, "title"}, {BareTitleRole, "bareTitle"}, {LengthRole, "length"}, {MarkedRole, "marked"},
+            {BestRole, "best"},   {WholeRole, "whole"},         {StartRole, "start"},   {EndRole, "end"}};
 }
 
 QVariant PartsModel::data(const QModelIndex& index, int role) const
@@ -51,6 +56,8 @@ QVariant PartsModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case TitleRole:
         return PartChip::title(part, index.row());
+    case BareTitleRole:
+        return PartChip::bareTitle(part, index.row());
     case LengthRole:
         return TimeText::length(part.end - part.start);
     case MarkedRole:

@@ -12,6 +12,7 @@ namespace PartChip {
 
 // "Best match · Slam": which proposal it is, `index` from 0, and what was heard.
 QString title(const CutCandidate& candidate, int index);
+QString bareTitle(const CutCandidate& candidate, int index); // without what was heard
 
 } // namespace PartChip
 
@@ -23,7 +24,16 @@ class PartsModel : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 
 public:
-    enum Role { TitleRole = Qt::DisplayRole, LengthRole = Qt::UserRole, MarkedRole, BestRole, WholeRole, StartRole, EndRole };
+    enum Role {
+        TitleRole = Qt::DisplayRole,
+        BareTitleRole = Qt::UserRole,
+        LengthRole,
+        MarkedRole,
+        BestRole,
+        WholeRole,
+        StartRole,
+        EndRole
+    };
     Q_ENUM(Role)
 
     explicit PartsModel(EditorModel& editor);

@@ -18,6 +18,8 @@ PlaybackView::PlaybackView(EditorModel& editor) : m_editor(editor)
     connect(&editor, &EditorModel::rangeChanged, this, &PlaybackView::rangeChanged);
     connect(&editor, &EditorModel::playbackChanged, this, &PlaybackView::follow);
     connect(&editor, &EditorModel::playheadChanged, this, &PlaybackView::measureLevel);
+    connect(&editor, &EditorModel::playheadChanged, this, &PlaybackView::placeChanged);
+    connect(&editor, &EditorModel::rangeChanged, this, &PlaybackView::placeChanged);
     m_look.setInterval(kLookMs);
     connect(&m_look, &QTimer::timeout, this, &PlaybackView::renderProgressChanged);
 }
@@ -35,6 +37,38 @@ QString PlaybackView::endText() const
 QString PlaybackView::lengthText() const
 {
     return TimeText::length(end() - start());
+}
+
+QString PlaybackView::placeText() const
+{
+    return TimeText::exactPlace(m_editor.playhead().value_or(start()));
+}
+
+std::optional<double> PlaybackView::here() const
+{
+    if (m_editor.analysisState() != EditorModel::AnalysisState::ready) // the best part will be the range
+        return {};
+    return m_editor.playhead() ? m_editor.playhead() : m_editor.cursor();
+}
+
+void PlaybackView::setStartHere()
+{
+    const auto place = here();
+    if (!place)
+        return;
+    const bool isBeyond = *place > end() - EditorModel::kMinLength;
+    m_editor.dragRange(*place, isBeyond ? m_editor.duration() : end());
+    m_editor.endDrag();
+}
+
+void PlaybackView::setEndHere()
+{
+    const auto place = here();
+    if (!place)
+        return;
+    const bool isBeyond = *place < start() + EditorModel::kMinLength;
+    m_editor.dragRange(*place, isBeyond ? 0 : start());
+    m_editor.endDrag();
 }
 
 void PlaybackView::toggle()

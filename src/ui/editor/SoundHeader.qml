@@ -12,6 +12,11 @@ Item {
 
     signal editingEnded
 
+    function rename() {
+        name.forceActiveFocus(Qt.ShortcutFocusReason);
+        name.selectAll();
+    }
+
     height: Metrics.button + Metrics.spaceXs + Metrics.tag
 
     readonly property real room: buttons.x - Metrics.spaceM // for the name and the one that is suggested
@@ -43,15 +48,18 @@ Item {
             enabled: header.sound.isReady
             isCompact: header.isNarrow
             text: "Drag"
-            tip: "Drag the marked part into another program"
+            tip: "Drag the marked part into another program. Return copies it, to be pasted there."
+            onCopied: header.actions.copyParts()
             onDragged: header.actions.dragParts(drag)
         }
         ActionButton {
             objectName: "saveButton"
-            enabled: header.sound.isReady && !header.actions.isWorking
+            enabled: header.actions.canSave
             isCompact: header.isNarrow
             iconName: "download"
-            text: "Save to Desktop"
+            text: header.actions.saveText
+            tip: header.actions.saveTip
+            keys: "Ctrl+S"
             onClicked: header.actions.saveToDesktop()
         }
         ActionButton {
@@ -66,14 +74,17 @@ Item {
         ActionButton {
             objectName: "addButton"
             kind: ActionButton.Accent
-            enabled: header.sound.isReady
+            enabled: header.actions.canAdd
             isLoading: header.actions.isAdding
             iconName: "plus"
-            text: "Add to Library"
+            text: header.actions.addText
+            tip: header.actions.addTip
+            keys: "Ctrl+Return"
             onClicked: header.actions.addToLibrary()
         }
     }
     TagRow {
+        z: -1 // what of it reaches under the buttons is theirs
         anchors.bottom: parent.bottom
         width: parent.width
         sound: header.sound

@@ -13,6 +13,10 @@ Item {
 
     signal editingEnded
 
+    function rename() {
+        header.rename();
+    }
+
     SoundHeader {
         id: header
         width: parent.width

@@ -6,6 +6,8 @@
 #include "base/TimeText.h"
 #include "library/records/License.h"
 
+#include <QRegularExpression>
+
 using namespace Qt::StringLiterals;
 
 namespace tonequill {
@@ -179,11 +181,17 @@ void SoundView::rename(const QString& name)
         m_app.library().rename(SoundItem(*item), trimmed, false);
 }
 
-void SoundView::addTag(const QString& tag)
+void SoundView::addTags(const QString& tags)
 {
-    const QString trimmed = tag.trimmed();
-    if (!trimmed.isEmpty() && !tags().contains(trimmed))
-        update([&trimmed](SoundItem& item) { item.tags << trimmed; });
+    static const QRegularExpression kComma(u"[,،]"_s); // the Latin one and the Arabic one
+    const QStringList had = this->tags();
+    QStringList fresh;
+    for (const QString& tag : tags.split(kComma)) {
+        if (const QString trimmed = tag.trimmed(); !trimmed.isEmpty() && !had.contains(trimmed))
+            fresh << trimmed;
+    }
+    if (!fresh.isEmpty())
+        update([&fresh](SoundItem& item) { item.addTags(fresh); });
 }
 
 void SoundView::removeTag(const QString& tag)

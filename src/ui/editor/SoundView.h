@@ -75,8 +75,9 @@ public:
 
     // Gives the sound a name of the user's own; blanks alone change nothing.
     Q_INVOKABLE void rename(const QString& name);
-    // A tag that it has already, or blanks, change nothing.
-    Q_INVOKABLE void addTag(const QString& tag);
+    // One tag, or several with commas between them. Those that it has already, and
+    // blanks, change nothing.
+    Q_INVOKABLE void addTags(const QString& tags);
     Q_INVOKABLE void removeTag(const QString& tag);
     // Asks for a name, and takes or forgets what is suggested.
     Q_INVOKABLE void suggestName();

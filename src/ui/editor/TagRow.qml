@@ -14,10 +14,14 @@ Item {
 
     NumberText {
         id: duration
+        objectName: "duration"
         anchors.verticalCenter: parent.verticalCenter
         type: Metrics.caption
         color: Theme.textSecondary
         text: row.sound.durationText
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: "Length " + text
     }
     Label {
         id: dot
@@ -28,22 +32,22 @@ Item {
         color: Theme.textSecondary
         text: "·"
     }
-    Flickable {
+    SideScroller {
         id: scroller
+        objectName: "tags"
         anchors.left: dot.right
-        anchors.leftMargin: Metrics.spaceS
+        anchors.leftMargin: Metrics.spaceS - room
         anchors.right: license.left
-        anchors.rightMargin: license.visible ? Metrics.spaceS : 0
+        anchors.rightMargin: license.visible ? Metrics.spaceS - room : -room
         // Taller than the row, so that the tags can be hit.
         anchors.verticalCenter: parent.verticalCenter
-        height: Metrics.hitTarget
-        contentWidth: words.width
-        contentHeight: height
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
+        height: Metrics.hitTarget + 2 * room
+        contentWidth: words.width + 2 * room
 
         Row {
             id: words
+            x: scroller.room
+            y: scroller.room
             spacing: Metrics.spaceS
 
             Repeater {
@@ -65,8 +69,17 @@ Item {
                 }
             }
             AddTag {
+                id: addTag
                 objectName: "addTag"
-                onAdded: tag => row.sound.addTag(tag)
+                onXChanged: showWhileTyping()
+                onIsTypingChanged: showWhileTyping()
+
+                function showWhileTyping() {
+                    if (isTyping)
+                        scroller.show(addTag);
+                }
+
+                onAdded: tags => row.sound.addTags(tags)
                 onEditingEnded: row.editingEnded()
             }
         }

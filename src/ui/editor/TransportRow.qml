@@ -10,6 +10,7 @@ Item {
     required property WaveStage stage
     required property bool isNarrow
     readonly property real meterWidth: isNarrow ? Metrics.hitTarget : Metrics.meterWidth
+    readonly property bool isHeard: sound.playback.isPlaying && !sound.playback.isRendering
 
     height: Metrics.play
 
@@ -33,7 +34,7 @@ Item {
         id: play
         objectName: "playButton"
         playback: transport.sound.playback
-        enabled: transport.sound.isReady
+        enabled: transport.sound.playback.canPlay
     }
     IconButton {
         id: loop
@@ -57,14 +58,17 @@ Item {
         Accessible.role: Accessible.StaticText
         Accessible.name: "From " + transport.sound.playback.startText + " to " + transport.sound.playback.endText
 
-        NumberText {
+        NumberText { // the time runs while it plays
+            objectName: "place"
             type: Metrics.body
-            color: Theme.textPrimary
-            text: transport.sound.playback.startText
+            color: transport.isHeard ? Theme.accentInk : Theme.textPrimary
+            text: transport.isHeard ? transport.sound.playback.placeText : transport.sound.playback.startText
         }
         Label {
+            width: Metrics.spaceS
+            horizontalAlignment: Text.AlignHCenter
             color: Theme.textTertiary
-            text: "–"
+            text: transport.isHeard ? "/" : "–"
         }
         NumberText {
             type: Metrics.body
@@ -92,17 +96,42 @@ Item {
         width: Math.min(implicitWidth, Math.max(0, right.x - x - Metrics.spaceS))
         type: Metrics.bodyStrong
         text: transport.sound.headline
+
+        HoverHandler {
+            id: overHeadline
+        }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: text === ""
+    }
+    WholeText {
+        label: headline
+        isOver: overHeadline.hovered
     }
     Label {
+        id: summary
         objectName: "summary"
-        visible: width > Metrics.spaceXl * 3 // a few letters tell nothing
         anchors.left: headline.right
         anchors.leftMargin: Metrics.spaceS
         anchors.right: right.left
         anchors.rightMargin: Metrics.spaceS
         anchors.verticalCenter: parent.verticalCenter
-        color: Theme.textSecondary
+        // A few letters tell nothing; it is read out all the same.
+        color: width > Metrics.spaceXl * 3 ? Theme.textSecondary : "transparent"
         text: transport.sound.summary
+
+        HoverHandler {
+            id: overSummary
+        }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: text === ""
+    }
+    WholeText {
+        label: summary
+        isOver: overSummary.hovered
     }
     Row {
         id: right
@@ -112,7 +141,7 @@ Item {
 
         LevelMeter {
             objectName: "levelMeter"
-            visible: transport.sound.playback.isPlaying && !transport.sound.playback.isRendering
+            visible: transport.isHeard
             anchors.verticalCenter: parent.verticalCenter
             width: transport.meterWidth
             level: transport.sound.playback.level

@@ -15,9 +15,17 @@ Column {
     Accessible.role: Accessible.Grouping
     Accessible.name: "Voice"
 
+    ArrowGroup {
+        id: group
+        members: grid
+        columns: grid.columns
+        width: parent.width
+        height: grid.height
+    }
     Grid {
         id: grid
-        width: parent.width
+        parent: group
+        width: control.width
         columns: 3
         spacing: Metrics.spaceXs
 
@@ -28,6 +36,7 @@ Column {
             model: control.voices
 
             Chip {
+                id: chip
                 required property int index
                 required property string label
                 required property string glyph
@@ -35,6 +44,11 @@ Column {
                 required property bool isCurrent
 
                 width: Math.round((grid.width - 2 * grid.spacing) * grid.shares[index % 3])
+                isStop: group.stop === chip || (!group.stop && isCurrent)
+                onActiveFocusChanged: {
+                    if (activeFocus)
+                        group.stop = chip;
+                }
                 isCompact: control.isCompact
                 isLeftAligned: true
                 iconName: glyph

@@ -19,6 +19,15 @@ constexpr double kWheelPixels = 0.5;     // of a wheel's eighths of a degree: 60
 constexpr double kDragScroll = 0.25;     // of the way that a handle is dragged beyond the view
 constexpr double kWheelZoom = 1.0 / 480; // a notch of the wheel zooms by 2^(1/4)
 
+constexpr double kFingerReach = 3; // times a mouse's: two fingers first part for a pinch
+
+// How far a press may stray before it is no click any more.
+double clickReach(const QMouseEvent& event)
+{
+    const double reach = QGuiApplication::styleHints()->startDragDistance();
+    return event.deviceType() == QInputDevice::DeviceType::TouchScreen ? reach * kFingerReach : reach;
+}
+
 double sidewaysOf(const QWheelEvent& wheel)
 {
     const QPointF pixels = wheel.pixelDelta();
@@ -160,8 +169,13 @@ void WaveStage::pinch(double scale, double x)
     if (scale <= 0)
         return;
     const double factor = scale / m_pinched;
-    m_pinched = scale;
+    const double before = zoom();
     change([factor, x](WaveZoom& view) { view.zoomBy(factor, view.scrollX + x); });
+    // A step that is too small for the zoom is kept for the next one; what goes
+    // beyond the zoom's ends is forgotten, so that the way back starts at once.
+    const bool isAtEnd = factor < 1 ? before <= 1 : before >= WaveZoom::kLargest;
+    if (zoom() != before || isAtEnd)
+        m_pinched = scale;
 }
 
 void WaveStage::showRange()
@@ -224,13 +238,14 @@ void WaveStage::mousePressEvent(QMouseEvent* event)
 {
     const double x = event->position().x();
     hover(x);
+    m_pressSeconds = m_view.secondsAt(x);
     m_grip.press(x, startX(), endX(), m_sound->isReady() ? RangeGrip::Range::canBeTaken : RangeGrip::Range::cannot);
 }
 
 void WaveStage::mouseMoveEvent(QMouseEvent* event)
 {
     const double x = event->position().x();
-    m_grip.move(x, QGuiApplication::styleHints()->startDragDistance());
+    m_grip.move(x, clickReach(*event));
     const double beyond = x - std::clamp(x, 0.0, width());
     if (isDragging() && beyond != 0) // the wave comes along, the faster the farther
         change([beyond](WaveZoom& view) { view.scrollTo(view.scrollX + beyond * kDragScroll); });
@@ -239,6 +254,8 @@ void WaveStage::mouseMoveEvent(QMouseEvent* event)
         editor().dragStart(seconds);
     else if (m_grip.edge == RangeGrip::Edge::end)
         editor().dragEnd(seconds);
+    else if (m_grip.isSweep)
+        editor().dragRange(m_pressSeconds, seconds);
     hover(x);
 }
 

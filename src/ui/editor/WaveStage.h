@@ -102,12 +102,13 @@ private:
     void showRange();
     void followPlayhead();
     void hover(double x);
-    bool isDragging() const { return m_grip.edge != RangeGrip::Edge::none; }
+    bool isDragging() const { return m_grip.edge != RangeGrip::Edge::none || m_grip.isSweep; }
     void endGrip();
 
     SoundView* m_sound = nullptr;
     WaveZoom m_view;
-    double m_pinched = 1;
+    double m_pinched = 1; // the scale that the zoom has followed
+    double m_pressSeconds = 0;
     bool m_isHovered = false;
     double m_hoverX = 0;
     RangeGrip::Edge m_hoveredEdge = RangeGrip::Edge::none;

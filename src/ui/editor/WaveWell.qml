@@ -109,7 +109,7 @@ Card {
                         z: marked ? 1 : 0 // parts may overlap
                         visible: !whole || marked
                         x: start * stage.pixelsPerSecond - stage.scrollX
-                        y: stage.height - height - Metrics.ribbon
+                        y: stage.height - height - (scrollBar.visible ? scrollBar.height : Metrics.ribbon)
                         width: Math.max(radius, (end - start) * stage.pixelsPerSecond)
                         height: Metrics.ribbon
                         radius: height / 2
@@ -125,12 +125,6 @@ Card {
                 color: Theme.cursor
                 opacity: Metrics.mutedRegion
             }
-            HoverTime {
-                visible: stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
-                x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
-                y: Metrics.spaceXs
-                text: stage.hoverText
-            }
             Rectangle {
                 visible: stage.cursorX >= 0
                 x: Math.round(stage.cursorX)
@@ -143,6 +137,8 @@ Card {
                 objectName: "startHandle"
                 name: "Start"
                 valueText: well.sound.playback.startText
+                seconds: well.sound.playback.start
+                duration: well.sound.duration
                 at: Math.round(stage.startX)
                 onMoved: by => well.sound.playback.moveStart(by)
             }
@@ -150,6 +146,8 @@ Card {
                 objectName: "endHandle"
                 name: "End"
                 valueText: well.sound.playback.endText
+                seconds: well.sound.playback.end
+                duration: well.sound.duration
                 at: Math.round(stage.endX)
                 onMoved: by => well.sound.playback.moveEnd(by)
             }
@@ -171,16 +169,25 @@ Card {
                     text: well.sound.playback.lengthText
                 }
             }
-            Rectangle {
-                visible: stage.hasPlayhead
-                x: Math.round(stage.playheadX) - width / 2
-                width: Metrics.strokePlayhead
-                height: parent.height
-                color: Theme.playhead
-            }
+        }
+        Rectangle { // it runs before there is a wave, too
+            visible: stage.hasPlayhead
+            x: Math.round(stage.playheadX) - width / 2
+            width: Metrics.strokePlayhead
+            height: parent.height
+            color: Theme.playhead
+        }
+        HoverTime { // over every line, so that none runs through its digits
+            visible: well.sound.isReady && stage.isHovered && stage.hoveredGrip === WaveStage.NoGrip
+            x: Math.max(Metrics.spaceXs, Math.min(parent.width - width - Metrics.spaceXs, Math.round(stage.hoverX - width / 2)))
+            y: Metrics.spaceXs
+            text: stage.hoverText
         }
         ScrollThumb {
+            id: scrollBar
+            objectName: "waveScrollBar"
             visible: stage.isScrollable
+            isSteady: true
             orientation: Qt.Horizontal
             anchors.left: parent.left
             anchors.right: parent.right

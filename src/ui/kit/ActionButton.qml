@@ -123,7 +123,7 @@ T.Button {
 
     Tip {
         control: control
-        text: control.isOn ? "" : control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        text: control.isOn ? "" : control.tip !== "" ? control.tip : control.isCompact || control.keys !== "" ? control.text : ""
         keys: control.keys
     }
 }

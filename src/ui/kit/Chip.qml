@@ -12,6 +12,8 @@ T.AbstractButton {
     property bool isPicked: false
     property bool isCompact: false // the icon only; the words become the tip
     property bool isLeftAligned: false
+    property string reservedText: "" // the text's room is this one's, and doesn't change with the text
+    property bool isStop: true // of the Tab key, in an ArrowGroup
 
     property int held: Qt.NoModifier // while it was pressed
 
@@ -20,9 +22,13 @@ T.AbstractButton {
     implicitWidth: isCompact ? Metrics.chip : row.implicitWidth + leftPadding + rightPadding
     implicitHeight: Metrics.chip
     horizontalPadding: Metrics.spaceS
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: isStop || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
     hoverEnabled: true
     onClicked: picked(held)
+    Keys.onSpacePressed: event => { // Space alone is the window's
+        if (!event.isAutoRepeat)
+            picked(event.modifiers);
+    }
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)
             picked(event.modifiers);
@@ -59,7 +65,8 @@ T.AbstractButton {
         Row {
             id: row
             anchors.verticalCenter: parent.verticalCenter
-            anchors.horizontalCenter: control.isLeftAligned && !control.isCompact ? undefined : parent.horizontalCenter
+            // No anchor that comes and goes: one that is let go leaves the row where it was.
+            x: control.isLeftAligned && !control.isCompact ? 0 : Math.round((parent.width - width) / 2)
             spacing: control.isLeftAligned ? Metrics.spaceXs : Metrics.spaceS
 
             Icon {
@@ -72,7 +79,9 @@ T.AbstractButton {
                 opacity: control.enabled ? 1 : Metrics.disabledGraphic
             }
             Label {
+                id: words
                 visible: !control.isCompact
+                width: control.reservedText === "" ? implicitWidth : Math.ceil(reserved.implicitWidth)
                 anchors.verticalCenter: parent.verticalCenter
                 type: Metrics.bodyStrong
                 color: !control.enabled ? Theme.textDisabled : control.isPicked ? Theme.accentSoftText : Theme.textPrimary
@@ -88,6 +97,12 @@ T.AbstractButton {
         }
     }
 
+    Label {
+        id: reserved
+        visible: false
+        type: Metrics.bodyStrong
+        text: control.reservedText
+    }
     TapHandler { // a button's own click doesn't tell
         onPressedChanged: {
             if (pressed)
@@ -96,6 +111,6 @@ T.AbstractButton {
     }
     Tip {
         control: control
-        text: control.tip !== "" ? control.tip : control.isCompact ? control.text : ""
+        text: control.tip !== "" ? control.tip : control.isCompact || words.truncated ? control.text : ""
     }
 }

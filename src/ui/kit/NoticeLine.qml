@@ -8,6 +8,7 @@ Item {
 
     required property string text
     required property bool isError
+    property real maximumWidth: Metrics.noticeWidth
     property bool isBusy: false // it tells what goes on, not what has been done
 
     property string shownText: ""
@@ -30,7 +31,7 @@ Item {
 
     readonly property real words: measure.implicitWidth + icon.width + 2 * Metrics.spaceL + Metrics.spaceS
 
-    width: Math.ceil(Math.min(words, Metrics.noticeWidth))
+    width: Math.ceil(Math.min(words, maximumWidth))
     height: label.implicitHeight + 2 * Metrics.noticePadding
     opacity: isShown ? 1 : 0
     visible: opacity > 0

@@ -26,7 +26,7 @@ T.Popup {
     onClosed: {
         const now = button.Window.activeFocusItem; // a press elsewhere has given the keys away already
         if (!now || now === button.Window.contentItem)
-            button.forceActiveFocus(byKeys ? Qt.TabFocusReason : Qt.PopupFocusReason);
+            button.forceActiveFocus(byKeys ? Qt.ShortcutFocusReason : Qt.PopupFocusReason); // no Tab: its tip isn't asked for
     }
 
     background: Rectangle {

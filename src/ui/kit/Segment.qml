@@ -9,17 +9,22 @@ T.TabButton {
     property string iconName: ""
     property string keys: ""
     property real inset: 0 // of the switch
+    property bool isStop: true // of the Tab key
 
     implicitWidth: row.implicitWidth + leftPadding + rightPadding
     height: parent ? parent.height : Metrics.buttonSmall
     topInset: Metrics.focusGap + inset // the whole height of the switch can be hit
     bottomInset: topInset
     horizontalPadding: Metrics.spaceM
-    focusPolicy: Qt.StrongFocus
+    focusPolicy: isStop || activeFocus ? Qt.StrongFocus : Qt.ClickFocus
     hoverEnabled: true
 
     Accessible.name: text
     Accessible.selected: checked
+    Accessible.onPressAction: {
+        control.toggle();
+        control.clicked();
+    }
 
     background: Rectangle {
         radius: Metrics.radiusInner

@@ -1,7 +1,8 @@
 import QtQuick
 import Tonequill.Kit
 
-// One of a few, side by side. Its children are Segments; the arrows move between them.
+// One of a few, side by side. Its children are Segments, which the Tab key passes in
+// one step; the arrows move between them.
 Item {
     id: control
 
@@ -13,18 +14,31 @@ Item {
 
     readonly property real inset: isSmall ? (Metrics.hitTarget - Metrics.buttonSmall) / 2 : 0
 
+    readonly property var members: {
+        const found = [];
+        for (let i = 0; i < row.children.length; ++i) {
+            if (row.children[i] as Segment)
+                found.push(row.children[i]);
+        }
+        return found;
+    }
+    readonly property Segment chosen: members.find(each => each.checked) ?? null
+
+    // Where the Tab key comes: to the one that is chosen, or to the first.
+    onMembersChanged: {
+        for (const each of members)
+            each.isStop = Qt.binding(() => each === (control.chosen ?? control.members[0]));
+    }
+
     // Chooses the neighbour of the one that is chosen and gives it the keyboard.
     function step(by: int) {
-        for (let i = 0; i < row.children.length; ++i) {
-            const next = row.children[i + by] as Segment;
-            const each = row.children[i] as Segment;
-            if (!each || !each.checked || !next)
-                continue;
-            next.forceActiveFocus(Qt.TabFocusReason);
-            next.toggle();
-            next.clicked();
+        const from = chosen ?? members.find(each => each.activeFocus);
+        const next = members[members.indexOf(from) + by];
+        if (!from || !next)
             return;
-        }
+        next.forceActiveFocus(Qt.TabFocusReason);
+        next.toggle();
+        next.clicked();
     }
 
     Keys.onLeftPressed: step(-1)

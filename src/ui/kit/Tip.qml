@@ -4,7 +4,9 @@ import QtQml.Models
 import QtQuick.Templates as T
 import Tonequill.Kit
 
-// The help text of a control, with its key. It is made when the pointer rests.
+// The help text of a control, with its key. It is made when the pointer rests on the
+// control or the Tab key has come there, and goes when the control is used, until
+// then comes again.
 Instantiator {
     id: tip
 
@@ -13,10 +15,29 @@ Instantiator {
     property string keys: ""
     property bool isWanted: {
         const button = control as T.Control;
-        return button !== null && (button.hovered || button.visualFocus);
+        if (button === null)
+            return false;
+        const isByKeys = button.focusReason === Qt.TabFocusReason || button.focusReason === Qt.BacktabFocusReason;
+        return button.hovered || (button.visualFocus && isByKeys);
+    }
+    property bool isUsed: false // since it was wanted
+
+    readonly property Connections use: Connections {
+        target: tip.control as T.AbstractButton
+        ignoreUnknownSignals: true
+        function onPressedChanged() {
+            tip.isUsed = true;
+        }
+        function onClicked() {
+            tip.isUsed = true;
+        }
     }
 
-    active: text !== "" && isWanted
+    active: text !== "" && isWanted && !isUsed && control.visible
+    onIsWantedChanged: {
+        if (!isWanted)
+            isUsed = false;
+    }
 
     delegate: T.ToolTip {
         id: popup

@@ -13,14 +13,14 @@ Item {
     property alias from: slider.from
     property alias to: slider.to
     property alias stepSize: slider.stepSize
-    property alias value: slider.value
+    property real value: from // as it is; what is wanted comes with moved()
     property real nameWidth: Metrics.spaceL * 4
     property real valueWidth: Metrics.spaceL * 5
 
     readonly property bool isChanged: Math.abs(value - neutral) > 1e-9
     readonly property real neutralPosition: (neutral - from) / (to - from)
 
-    signal moved
+    signal moved(value: real)
     signal resetAsked // by a double click
 
     implicitWidth: Metrics.popoverWidth
@@ -39,10 +39,20 @@ Item {
         anchors.right: number.left
         anchors.margins: -thumb.width / 2 // the thumb's middle reaches the track's ends
         height: parent.height
+        // What a screen reader asks a slider for, and sets.
+        readonly property real minimumValue: from
+        readonly property real maximumValue: to
+        readonly property real page: 10 // steps, or tenths of what has no steps
+
+        value: control.value
+        onValueChanged: {
+            if (value !== control.value && control.value >= from && control.value <= to)
+                control.moved(value);
+        }
+        wheelEnabled: true
         snapMode: stepSize > 0 ? T.Slider.SnapAlways : T.Slider.NoSnap
         focusPolicy: Qt.StrongFocus
         hoverEnabled: true
-        onMoved: control.moved()
         onPressedChanged: {
             if (!pressed && isSecond && position === pressedAt)
                 afterwards.start();
@@ -54,10 +64,23 @@ Item {
         property bool isSecond: false
         property real pressedAt: 0
 
+        function goTo(place: real) {
+            value = Math.max(from, Math.min(to, place));
+            value = Qt.binding(() => control.value);
+        }
+
         Keys.onPressed: event => {
-            event.accepted = event.key === Qt.Key_Delete || event.key === Qt.Key_Backspace;
-            if (event.accepted)
-                control.resetAsked();
+            const by = stepSize > 0 ? stepSize * page : (to - from) / page;
+            event.accepted = true;
+            switch (event.key) {
+            case Qt.Key_Delete:
+            case Qt.Key_Backspace: return control.resetAsked();
+            case Qt.Key_Home: return goTo(from);
+            case Qt.Key_End: return goTo(to);
+            case Qt.Key_PageUp: return goTo(value + by);
+            case Qt.Key_PageDown: return goTo(value - by);
+            }
+            event.accepted = false;
         }
         Timer {
             id: again // runs while a second press makes a double click
@@ -71,6 +94,8 @@ Item {
 
         Accessible.role: Accessible.Slider
         Accessible.name: control.name + ", " + control.valueText
+        Accessible.onIncreaseAction: slider.goTo(slider.value + (slider.stepSize > 0 ? slider.stepSize : (slider.to - slider.from) / slider.page))
+        Accessible.onDecreaseAction: slider.goTo(slider.value - (slider.stepSize > 0 ? slider.stepSize : (slider.to - slider.from) / slider.page))
 
         background: Rectangle {
             x: thumb.width / 2

@@ -71,6 +71,7 @@ Popover {
                     color: panel.folder.hasFolder ? Theme.accentInk : Theme.textSecondary
                 }
                 Label {
+                    id: folderLabel
                     anchors.left: folderIcon.right
                     anchors.leftMargin: Metrics.spaceS
                     anchors.right: chooser.left
@@ -79,6 +80,14 @@ Popover {
                     type: Metrics.bodyStrong
                     color: panel.folder.hasFolder ? Theme.textPrimary : Theme.textSecondary
                     text: panel.folder.folderText
+
+                    HoverHandler {
+                        id: overFolder
+                    }
+                }
+                WholeText {
+                    label: folderLabel
+                    isOver: overFolder.hovered
                 }
                 ActionButton {
                     id: chooser

@@ -83,7 +83,4 @@ Item {
             }
         }
     }
-    DropTarget {
-        files: surface.files
-    }
 }

@@ -11,11 +11,18 @@ KeyboardItem {
     required property LibraryListModel model
 
     signal rowDragged(row: int)
+    signal renameWanted // of the open sound
 
     function step(row, event) {
         hasVisualFocus = true;
         model.moveTo(row, event.modifiers);
         event.accepted = true;
+    }
+
+    // What finds a name: anything that one can type, but for the control characters.
+    function isLetter(event): bool {
+        return event.text.trim() !== "" && event.text >= " " && event.text !== "\u007f"
+            && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier));
     }
 
     function openMenu(row: int, x: real, y: real) {
@@ -62,10 +69,17 @@ KeyboardItem {
                 openMenuOfCurrent();
             return;
         case Qt.Key_A:
-            event.accepted = (event.modifiers & Qt.ControlModifier) !== 0;
-            if (event.accepted)
+            if (event.modifiers & Qt.ControlModifier) {
                 model.selectAll();
-            return;
+                event.accepted = true;
+                return;
+            }
+            break;
+        }
+        event.accepted = isLetter(event);
+        if (event.accepted) {
+            hasVisualFocus = true;
+            model.type(event.text);
         }
     }
 
@@ -73,27 +87,33 @@ KeyboardItem {
         id: list
         anchors.fill: parent
         model: control.model
-        currentIndex: control.model.currentRow
+        currentIndex: -1 // it would scroll there by itself
         keyNavigationEnabled: false
         highlightFollowsCurrentItem: false
         boundsBehavior: Flickable.StopAtBounds
         reuseItems: true
         clip: true
         cacheBuffer: Metrics.row * 8
-        onCurrentIndexChanged: {
-            if (currentIndex >= 0)
-                positionViewAtIndex(currentIndex, ListView.Contain);
+        // The view follows whoever goes somewhere; when rows come or go it stays.
+        Component.onCompleted: Qt.callLater(showCurrent)
+
+        function showCurrent() {
+            if (control.model.currentRow >= 0)
+                positionViewAtIndex(control.model.currentRow, ListView.Contain);
         }
 
         T.ScrollBar.vertical: ScrollThumb {}
 
         Connections {
             target: control.model
+            function onRowWanted(row: int) {
+                list.positionViewAtIndex(row, ListView.Contain);
+            }
             function onQueryChanged() {
                 if (control.model.query !== "")
                     list.positionViewAtBeginning(); // the best first
-                else if (list.currentIndex >= 0)
-                    list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+                else
+                    list.showCurrent();
             }
         }
 
@@ -166,6 +186,36 @@ KeyboardItem {
             iconName: "sparkle"
             text: menu.visible ? control.model.smartNameLabel(menu.row) : ""
             onTriggered: control.model.smartNameFrom(menu.row)
+        }
+        PopupMenuItem {
+            objectName: "renameItem"
+            iconName: "edit"
+            text: "Rename"
+            keys: "F2"
+            onTriggered: {
+                control.model.click(menu.row, Qt.NoModifier);
+                menu.focusBefore = null; // the name field gets the keyboard
+                control.renameWanted();
+            }
+        }
+        PopupMenuItem {
+            objectName: "saveItem"
+            iconName: "download"
+            text: menu.visible ? control.model.saveLabel(menu.row) : ""
+            onTriggered: control.model.saveFrom(menu.row)
+        }
+        PopupMenuItem {
+            objectName: "showItem"
+            iconName: "folder"
+            text: "Show in Finder"
+            onTriggered: control.model.showFileOf(menu.row)
+        }
+        PopupMenuItem {
+            objectName: "creditItem"
+            enabled: menu.visible && control.model.hasCredit(menu.row)
+            iconName: "credit"
+            text: menu.visible ? control.model.copyCreditLabel(menu.row) : ""
+            onTriggered: control.model.copyCreditFrom(menu.row)
         }
         PopupMenuItem {
             iconName: "trash"

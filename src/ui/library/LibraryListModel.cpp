@@ -1,5 +1,6 @@
 #include "ui/library/LibraryListModel.h"
 
+#include "app/delivery/ExportFlows.h"
 #include "app/library/ImportFlows.h"
 #include "app/smart/SmartActions.h"
 #include "base/Background.h"
@@ -7,6 +8,8 @@
 #include "base/TimeText.h"
 #include "library/records/License.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -54,6 +57,7 @@ LibraryListModel::LibraryListModel(AppModel& app)
     connect(&app.selection(), &Selection::multiChanged, this, [this] {
         if (!m_session.sounds().isEmpty())
             Q_EMIT dataChanged(index(incomingCount()), index(rowCount() - 1), {IsSelectedRole});
+        Q_EMIT footNoteChanged();
     });
     connect(&app.names(), &NamesBeingFound::changed, this, [this](const QUuid& id) {
         tellChanged(m_session.indexOf(id), {SubtitleRole, IsBeingNamedRole});
@@ -71,7 +75,12 @@ void LibraryListModel::follow()
     connect(&m_session, &LibrarySession::recordChanged, this, [this](int index) { tellChanged(index); });
     connect(&m_session, &LibrarySession::soundsChanged, this, &LibraryListModel::countChanged);
     connect(&m_session, &LibrarySession::currentChanged, this, &LibraryListModel::currentRowChanged);
+    connect(&m_session, &LibrarySession::wentToCurrent, this, [this] {
+        if (currentRow() >= 0)
+            Q_EMIT rowWanted(currentRow());
+    });
     connect(&m_session, &LibrarySession::queryChanged, this, &LibraryListModel::queryChanged);
+    connect(&m_session, &LibrarySession::soundsChanged, this, &LibraryListModel::footNoteChanged);
 }
 
 void LibraryListModel::tellChanged(int index, const QList<int>& roles)
@@ -160,6 +169,14 @@ QString LibraryListModel::nothingFound() const
     return query().isEmpty() || rowCount() > 0 ? QString() : u"No Results for “%1”"_s.arg(query());
 }
 
+QString LibraryListModel::footNote() const
+{
+    if (!query().trimmed().isEmpty())
+        return u"%1 shown"_s.arg(m_session.sounds().size());
+    const qsizetype marked = m_app.multi().size();
+    return marked > 1 ? u"%1 marked"_s.arg(marked) : QString();
+}
+
 void LibraryListModel::followIncoming()
 {
     const Incoming& incoming = m_app.incoming();
@@ -225,6 +242,55 @@ void LibraryListModel::smartNameFrom(int row)
 {
     if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
         startFlow(smartRename(m_app, meant));
+}
+
+QString LibraryListModel::saveLabel(int row) const
+{
+    const qsizetype count = meantBy(row).size();
+    return count > 1 ? u"Save %1 Sounds"_s.arg(count) : u"Save to Desktop"_s;
+}
+
+void LibraryListModel::saveFrom(int row)
+{
+    if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
+        startFlow(saveToDesktop(m_app, meant));
+}
+
+void LibraryListModel::showFileOf(int row) const
+{
+    const qsizetype index = indexOf(row);
+    if (index >= 0 && index < m_session.sounds().size())
+        showFile(m_app, m_session.sounds()[index]);
+}
+
+QStringList LibraryListModel::creditsOf(int row) const
+{
+    QStringList credits;
+    for (const SoundItem& sound : meantBy(row)) {
+        if (License::needsCredit(sound.license))
+            credits << sound.creditLine();
+    }
+    credits.removeDuplicates();
+    return credits;
+}
+
+bool LibraryListModel::hasCredit(int row) const
+{
+    return !creditsOf(row).isEmpty();
+}
+
+QString LibraryListModel::copyCreditLabel(int row) const
+{
+    return creditsOf(row).size() > 1 ? u"Copy Credits"_s : u"Copy Credit"_s;
+}
+
+void LibraryListModel::copyCreditFrom(int row)
+{
+    const QStringList credits = creditsOf(row);
+    if (credits.isEmpty())
+        return;
+    QGuiApplication::clipboard()->setText(credits.join(u'\n'));
+    m_app.say(credits.size() == 1 ? u"Copied the credit."_s : u"Copied %1 credits."_s.arg(credits.size()));
 }
 
 void LibraryListModel::deleteFrom(int row)

@@ -32,6 +32,8 @@ class LibraryListModel : public QAbstractListModel {
     Q_PROPERTY(QString relatedHeading READ relatedHeading NOTIFY countChanged FINAL)
     // What stands in the list's place where there is no row; empty while there are rows.
     Q_PROPERTY(QString nothingFound READ nothingFound NOTIFY countChanged FINAL)
+    // Beside the count: how many of several are marked, or what a search shows; else empty.
+    Q_PROPERTY(QString footNote READ footNote NOTIFY footNoteChanged FINAL)
     // The row that the keys move; -1 for none.
     Q_PROPERTY(int currentRow READ currentRow NOTIFY currentRowChanged FINAL)
 
@@ -63,6 +65,7 @@ public:
     // is then what contains them.
     QString relatedHeading() const;
     QString nothingFound() const;
+    QString footNote() const;
 
     // A click on a row, with what was held. Nothing for a file that comes in.
     Q_INVOKABLE void click(int row, int modifiers);
@@ -71,12 +74,20 @@ public:
     // To the list from elsewhere: to the first sound, unless the open one is shown.
     Q_INVOKABLE void enter() { m_session.enter(); }
     Q_INVOKABLE void selectAll() { m_session.selectAll(); }
+    Q_INVOKABLE void type(const QString& letter) { m_session.type(letter); }
     Q_INVOKABLE void deleteSelected();
     // The row's menu: all that are selected if the row is one of several, else it alone.
     Q_INVOKABLE QString deleteLabel(int row) const;
     Q_INVOKABLE void deleteFrom(int row);
     Q_INVOKABLE QString smartNameLabel(int row) const;
     Q_INVOKABLE void smartNameFrom(int row);
+    Q_INVOKABLE QString saveLabel(int row) const;
+    Q_INVOKABLE void saveFrom(int row);
+    // The row's own file, in the desktop's file manager.
+    Q_INVOKABLE void showFileOf(int row) const;
+    Q_INVOKABLE bool hasCredit(int row) const;
+    Q_INVOKABLE QString copyCreditLabel(int row) const;
+    Q_INVOKABLE void copyCreditFrom(int row);
 
     // The sounds that an action on a row means.
     QList<SoundItem> meantBy(int row) const { return m_session.meantBy(indexOf(row)); }
@@ -85,11 +96,14 @@ Q_SIGNALS:
     void countChanged();
     void currentRowChanged();
     void queryChanged();
+    void footNoteChanged();
+    void rowWanted(int row); // it should be in view
 
 private:
     int incomingCount() const { return int(m_incoming.size()); }
     int indexOf(int row) const { return row - incomingCount(); } // in the session
     QVariant incomingData(qsizetype row, int role) const;
+    QStringList creditsOf(int row) const;
     void follow(); // the session
     void tellChanged(int index, const QList<int>& roles = {});
     void followIncoming();

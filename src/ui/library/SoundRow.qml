@@ -48,6 +48,11 @@ ListRow {
         type: Metrics.bodyStrong
         text: row.name
     }
+    WholeText {
+        objectName: "wholeName"
+        label: nameLabel
+        isOver: row.isHovered
+    }
     Label {
         id: subtitleLabel
         anchors.left: nameLabel.left

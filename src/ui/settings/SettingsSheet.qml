@@ -9,6 +9,7 @@ Sheet {
     id: sheet
 
     required property SettingsView settings
+    property real noticeHeight: 0 // what a notice at the foot takes; it covers no row
 
     title: "Settings"
     implicitWidth: Metrics.settingsWidth
@@ -53,6 +54,7 @@ Sheet {
         SettingsPage {
             id: page
             anchors.fill: parent
+            anchors.bottomMargin: sheet.noticeHeight
             settings: sheet.settings
         }
         IconButton {

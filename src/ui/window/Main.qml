@@ -12,6 +12,7 @@ Window {
     required property WindowModel model
     readonly property bool isNarrow: width < Metrics.narrowBelow
     property bool showsSettings: false
+    property bool showsKeys: false
 
     title: "Tonequill"
     width: Metrics.windowWidth
@@ -51,6 +52,10 @@ Window {
         onActivated: window.showsSettings = true
     }
     Shortcut {
+        sequence: "F1"
+        onActivated: window.showsKeys = true
+    }
+    Shortcut {
         sequence: "Ctrl+Q"
         context: Qt.ApplicationShortcut // a sheet that is open keeps the others off
         onActivated: Qt.quit()
@@ -84,6 +89,7 @@ Window {
                 focus: true
                 model: window.model
                 isNarrow: window.isNarrow
+                showsNotice: !window.showsSettings // the sheet has its own
 
                 Connections {
                     target: toolbar
@@ -124,21 +130,36 @@ Window {
             }
         }
     }
-    WindowNotice {
-        objectName: "noticeLine"
-        model: window.model
-        isWanted: !window.showsSettings // the sheet has its own
+    OnDemand {
+        isWanted: window.model.section !== WindowModel.Library // which has its own place for it
+
+        WindowNotice {
+            objectName: "noticeLine"
+            model: window.model
+            isWanted: !window.showsSettings
+        }
+    }
+    Instantiator {
+        active: window.showsKeys
+
+        delegate: KeysSheet {
+            parent: window.contentItem
+            Component.onCompleted: open()
+            onClosed: window.showsKeys = false
+        }
     }
     Instantiator {
         active: window.showsSettings
 
         delegate: SettingsSheet {
+            noticeHeight: sheetNotice.isShown ? sheetNotice.height + sheetNotice.anchors.bottomMargin : 0
             parent: window.contentItem
             settings: window.model.settings
             Component.onCompleted: open()
             onClosed: window.showsSettings = false
 
             WindowNotice {
+                id: sheetNotice
                 objectName: "sheetNotice"
                 model: window.model
             }

@@ -7,8 +7,8 @@ NoticeLine {
     required property WindowModel model
     property bool isWanted: true
 
-    anchors.horizontalCenter: parent.horizontalCenter
-    anchors.bottom: parent.bottom
+    anchors.horizontalCenter: parent ? parent.horizontalCenter : undefined
+    anchors.bottom: parent ? parent.bottom : undefined
     anchors.bottomMargin: Metrics.spaceXl
     isBusy: model.noticeText === ""
     isError: model.noticeIsError

@@ -317,3 +317,41 @@ TEST_F(LibrarySessionTest, NobodyIsAskedWhereTheSearchFindsSomething)
     clock.advance(std::chrono::milliseconds(5000));
     EXPECT_EQ(languageModel.questions, 0);
 }
+
+TEST_F(LibrarySessionTest, LettersFindTheNextNameThatBeginsWithThem)
+{
+    open({u"Door"_s, u"Dog"_s, u"cat"_s, u"Dolphin"_s});
+    const auto type = [this](const QString& letters) {
+        for (const QChar letter : letters)
+            session->type(letter);
+        return session->current();
+    };
+    EXPECT_EQ(type(u"d"_s), 1) << "the next one, not the one that it is at";
+    EXPECT_EQ(type(u"ol"_s), 3) << "the letters go on";
+    clock.advance(std::chrono::milliseconds(1100));
+    EXPECT_EQ(type(u"C"_s), 2) << "after a pause they begin anew, in either case";
+    EXPECT_EQ(selection->id(), session->sounds()[2].id);
+    clock.advance(std::chrono::milliseconds(1100));
+    EXPECT_EQ(type(u"d"_s), 3);
+    EXPECT_EQ(type(u"d"_s), 0) << "one letter again and again goes round";
+    EXPECT_EQ(type(u"d"_s), 1);
+    clock.advance(std::chrono::milliseconds(1100));
+    EXPECT_EQ(type(u"x"_s), 1) << "no name begins so";
+}
+
+TEST_F(LibrarySessionTest, TellsWhereSomebodyWentButNotWhatTakesADeletedSoundsPlace)
+{
+    openLetters();
+    const QSignalSpy went(session.get(), &LibrarySession::wentToCurrent);
+    session->click(3, kPlain);
+    EXPECT_GT(went.count(), 0);
+    const auto before = went.count();
+    const SoundItem gone = session->sounds()[3];
+    selection->letGo({gone.id});
+    library->deleteItems({gone});
+    selection->openNewest();
+    EXPECT_EQ(session->current(), 0);
+    EXPECT_EQ(went.count(), before);
+    session->moveTo(1, kPlain);
+    EXPECT_GT(went.count(), before);
+}

@@ -23,7 +23,7 @@ Item {
             Segment { id: system; text: "System"; checked: true }
             Segment { id: light; text: "Light" }
         }
-        ValueSlider { id: slider; name: "Volume"; from: -12; to: 12; neutral: 0; value: 0; valueText: "+" + value + " dB" }
+        ValueSlider { id: slider; name: "Volume"; from: -12; to: 12; neutral: 0; value: 0; valueText: "+" + value + " dB"; onMoved: to => value = to }
         ToggleSwitch { id: toggle; text: "Reverse" }
         InputField { id: field; name: "Client" }
         SearchField { id: search; name: "Search sounds" }

@@ -127,16 +127,102 @@ TestCase {
         tryCompare(line, "opacity", 1);
         verify(label("Added “Door Slam” to your library."));
         verify(Look.find(line, item => item.name === "check"));
-        compare(line.y + line.height, window.height - 24);
-        fuzzyCompare(line.x + line.width / 2, window.width / 2, 1);
+        const list = findChild(window.contentItem, "libraryList");
+        fuzzyCompare(line.mapToItem(list, line.width / 2, 0).x, list.width / 2, 1);
         Fixture.advance(3499);
         compare(line.isShown, true);
         Fixture.advance(1);
         tryCompare(line, "visible", false);
     }
 
+    function test_aNoticeCoversNoControl_data() {
+        return [{ tag: "small window", width: 900, height: 600 }, { tag: "wide window", width: 1180, height: 740 }];
+    }
+    function test_aNoticeCoversNoControl(data) {
+        open(60);
+        window.width = data.width;
+        window.height = data.height;
+        const list = findChild(window.contentItem, "libraryList");
+        tryVerify(() => list.mapToItem(null, 0, list.height).y > data.height - 80 && list.mapToItem(null, 0, list.height).y < data.height);
+        const tall = list.height;
+        Fixture.say("holiday is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V.", true);
+        const line = findChild(window.contentItem, "noticeLine");
+        tryCompare(line, "opacity", 1);
+        tryVerify(() => list.height < tall);
+        compare(Fixture.stopsUnder(line).join("; "), "");
+        verify(line.mapToItem(list, 0, 0).y >= list.height);
+        verify(Fixture.stopsUnder(list).length > 0, "the question is one");
+        Fixture.advance(7000);
+        tryCompare(list, "height", tall);
+    }
+
+    function test_f1ShowsEveryKey() {
+        open(1);
+        keyClick(Qt.Key_F1);
+        tryVerify(() => label("Keys"));
+        for (const words of ["Play or stop", "Start or end at the playhead or the cursor", "Ctrl+Return", "Quit"])
+            verify(label(words), words);
+        const close = Look.find(window.contentItem, item => item.objectName === "closeKeys");
+        compare(Fixture.flaws(window).join("; "), "");
+        verify(close.mapToItem(null, 0, 0).y < label("Everywhere").mapToItem(null, 0, 0).y);
+        mouseClick(close);
+        tryVerify(() => !label("Play or stop"));
+    }
+
+    // What stands over the window and is no sheet.
+    function tips(text) {
+        return Look.all(window.contentItem, item => item.text === text && item.visible && item.toString().startsWith("Label"));
+    }
+
+    function test_aTipGoesWithItsUseAndNoPanelLeavesOneBehind() {
+        open(1);
+        const settings = findChild(window.contentItem, "settingsButton");
+        mouseMove(settings, 10, 10);
+        tryVerify(() => tips("Ctrl+,").length === 1);
+        mouseClick(settings, 10, 10);
+        tryVerify(() => tips("Ctrl+,").length === 0);
+        const close = () => Look.find(window.contentItem, item => item.objectName === "closeButton");
+        tryVerify(() => close());
+        wait(Metrics.motionPanel);
+        mouseMove(close(), 10, 10);
+        tryVerify(() => tips("Esc").length === 1);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !close());
+        compare(tips("Esc").length, 0);
+        const folder = findChild(window.contentItem, "autoFolderButton");
+        mouseMove(window.contentItem, 5, 300);
+        folder.forceActiveFocus(Qt.TabFocusReason);
+        tryVerify(() => tips(folder.tip).length === 1);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => tips(folder.tip).length === 0);
+        tryVerify(() => Look.find(window.contentItem, item => item.objectName === "autoFolderChooser"));
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => folder.activeFocus);
+        verify(folder.visualFocus);
+        wait(Metrics.tooltipDelay + 200); // nothing tells when a tip would have come
+        compare(tips(folder.tip).length, 0);
+    }
+
+    function test_aTabCanBePressedByAScreenReader() {
+        open(1);
+        verify(Fixture.press(findChild(window.contentItem, "studioSegment")));
+        compare(window.model.section, WindowModel.Studio);
+    }
+
+    function test_anotherSectionHasItsNoticeAtTheWindowsFoot() {
+        open(1);
+        window.model.section = WindowModel.Studio;
+        Fixture.say("Added “Door Slam” to your library.", false);
+        tryVerify(() => findChild(window.contentItem, "noticeLine").opacity === 1);
+        const line = findChild(window.contentItem, "noticeLine");
+        compare(line.y + line.height, window.height - 24);
+        fuzzyCompare(line.x + line.width / 2, window.width / 2, 1);
+    }
+
     function test_anErrorStaysLongerAndWearsAWarning() {
         open(1);
+        window.model.section = WindowModel.Studio;
+        wait(0); // the library's goes
         const line = findChild(window.contentItem, "noticeLine");
         Fixture.say("holiday is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V.", true);
         tryCompare(line, "opacity", 1);

@@ -58,6 +58,93 @@ TEST_F(PlaybackViewTest, OneButtonPlaysAndStops)
     EXPECT_FALSE(player->playing);
 }
 
+TEST_F(PlaybackViewTest, ItCanPlayAsSoonAsThePlayerIsThereAndTheTimeRuns)
+{
+    test::OpenSound early;
+    PlaybackView now(early.editor());
+    EXPECT_FALSE(now.canPlay());
+    int told = 0;
+    QObject::connect(&now, &PlaybackView::playingChanged, &now, [&told] { ++told; });
+    early.work.openings.back().answer(player);
+    early.settle();
+    EXPECT_GT(told, 0);
+    EXPECT_TRUE(now.canPlay());
+    EXPECT_EQ(early.editor().analysisState(), EditorModel::AnalysisState::loading);
+    now.toggle();
+    EXPECT_TRUE(now.isPlaying());
+    EXPECT_EQ(now.placeText(), u"0:00.000"_s);
+    int moved = 0;
+    QObject::connect(&now, &PlaybackView::placeChanged, &now, [&moved] { ++moved; });
+    player->time = 2.5;
+    early.clock.advance(17ms);
+    EXPECT_EQ(now.placeText(), u"0:02.500"_s);
+    EXPECT_GT(moved, 0);
+    now.toggle();
+    EXPECT_EQ(now.placeText(), u"0:00.000"_s);
+}
+
+TEST_F(PlaybackViewTest, AnotherSoundHasNoPlayerYet)
+{
+    EXPECT_TRUE(view.canPlay());
+    open.editor().load(open.item(), u"/elsewhere.wav"_s);
+    EXPECT_FALSE(view.canPlay());
+}
+
+TEST_F(PlaybackViewTest, AnEdgeIsPutWhereTheCursorIs)
+{
+    view.setStartHere();
+    EXPECT_EQ(view.start(), 3) << "there is no cursor";
+    open.editor().seek(3.5);
+    view.setStartHere();
+    EXPECT_EQ(view.start(), 3.5);
+    EXPECT_EQ(view.end(), 4);
+    EXPECT_TRUE(open.editor().marked().isEmpty());
+    open.editor().seek(3.75);
+    view.setEndHere();
+    EXPECT_EQ(view.start(), 3.5);
+    EXPECT_EQ(view.end(), 3.75);
+    const auto heard = open.work.hearings.size();
+    open.clock.advance(400ms);
+    EXPECT_EQ(open.work.hearings.size(), heard + 1) << "what it sounds like is found out";
+}
+
+TEST_F(PlaybackViewTest, AnEdgePutBeyondTheOtherGoesOnToTheSoundsEnd)
+{
+    open.editor().seek(8);
+    view.setStartHere();
+    EXPECT_EQ(view.start(), 8);
+    EXPECT_EQ(view.end(), 10);
+    open.editor().seek(2);
+    view.setEndHere();
+    EXPECT_EQ(view.start(), 0);
+    EXPECT_EQ(view.end(), 2);
+}
+
+TEST_F(PlaybackViewTest, ThePlayheadGoesBeforeTheCursor)
+{
+    open.editor().seek(3.2);
+    view.toggle();
+    player->time = 3.6;
+    open.clock.advance(17ms);
+    view.setStartHere();
+    EXPECT_EQ(view.start(), 3.6);
+    player->time = 3.8;
+    open.clock.advance(17ms);
+    view.setEndHere();
+    EXPECT_EQ(view.end(), 3.8);
+    open.clock.advance(17ms);
+    EXPECT_FALSE(view.isPlaying()) << "that is where the range ends now";
+}
+
+TEST_F(PlaybackViewTest, BeforeTheBestPartIsKnownNoEdgeIsPut)
+{
+    test::OpenSound early;
+    PlaybackView now(early.editor());
+    early.editor().seek(5);
+    now.setStartHere();
+    EXPECT_EQ(now.start(), 0);
+}
+
 TEST_F(PlaybackViewTest, ShowsTheLoudestChannelWhileItPlays)
 {
     player->power = {-30, -12};

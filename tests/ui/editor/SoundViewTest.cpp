@@ -123,9 +123,9 @@ TEST(SoundViewEdits, BlanksAndTheSameNameChangeNothing)
 TEST(SoundViewEdits, TagsComeAndGo)
 {
     test::OpenSound open;
-    open.view->addTag(u" wood "_s);
-    open.view->addTag(u"wood"_s);
-    open.view->addTag(u" "_s);
+    open.view->addTags(u" wood "_s);
+    open.view->addTags(u"wood"_s);
+    open.view->addTags(u" , "_s);
     EXPECT_EQ(open.item().tags.join(u' '), u"door slam wood"_s);
     open.view->removeTag(u"door"_s);
     EXPECT_EQ(open.view->tags().join(u' '), u"slam wood"_s);

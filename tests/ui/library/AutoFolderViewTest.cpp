@@ -102,6 +102,26 @@ TEST_F(AutoFolderViewTest, TellsHowFarTheCopyingIs)
     EXPECT_EQ(view.progress(), 0);
 }
 
+TEST_F(AutoFolderViewTest, AnotherFolderIsToldAtOnceAndNothingOfTheRunBefore)
+{
+    const QString other = base.filePath(u"Movies/Other"_s);
+    QDir().mkpath(other);
+    autoFolder.chooseFolder(folder);
+    view.setOn(true);
+    QStringList seen;
+    const auto look = [&] {
+        if (view.folderText() == u"Other"_s)
+            seen << told();
+        else if (!view.copyingText().isEmpty())
+            autoFolder.chooseFolder(other);
+    };
+    QObject::connect(&view, &AutoFolderView::changed, &view, look, Qt::DirectConnection);
+    EXPECT_EQ(sync({u"Dog"_s, u"Cat"_s, u"Rain"_s}), 0);
+    seen.removeDuplicates();
+    EXPECT_EQ(seen.join(u' '), u"||0 sounds in the folder"_s);
+    EXPECT_TRUE(view.isOn());
+}
+
 TEST_F(AutoFolderViewTest, ARunWithNothingToCopyShowsNone)
 {
     autoFolder.chooseFolder(folder);

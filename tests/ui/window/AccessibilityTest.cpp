@@ -47,8 +47,32 @@ protected:
         settle();
     }
 
-    // What comes in on demand or with a transition is there then.
-    static void settle() { QTest::qWait(300); }
+    // Waits for what comes in on demand or with a transition: until two pictures of the
+    // window are the same, and every popup is all there or gone.
+    void settle()
+    {
+        QImage before;
+        const auto rests = [this, &before] {
+            const QImage now = window->grabWindow();
+            const bool isStill = now == before;
+            before = now;
+            const QList<QObject*> over = popups();
+            return isStill && std::all_of(over.begin(), over.end(), [](const QObject* popup) {
+                       return popup->property("opened") == popup->property("visible");
+                   });
+        };
+        EXPECT_TRUE(QTest::qWaitFor(rests, 10000)) << "the window doesn't come to rest";
+    }
+
+    QList<QObject*> popups() const
+    {
+        QList<QObject*> found;
+        for (const QQuickItem* one : itemsUnder(window->contentItem())) {
+            if (one->inherits("QQuickPopupItem") && one->parent() && one->parent()->inherits("QQuickPopup"))
+                found << one->parent();
+        }
+        return found;
+    }
 
     static QList<QQuickItem*> itemsUnder(QQuickItem* item)
     {
