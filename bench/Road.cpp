@@ -8,6 +8,7 @@
 #include "app/model/AppModel.h"
 #include "app/smart/NamingFlows.h"
 #include "base/Background.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/NoAudioOutput.h"
@@ -56,7 +57,7 @@ void measure(const QString& label, int seconds, const QString& ending, const QSt
     BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model({defaults, time, workers, work, apps, languageModel},
+    AppModel model({defaults, time, workers, work, apps, languageModel, SoundIndex::shared()},
                    std::make_unique<LibraryStore>(time, workers, folder.filePath(u"Library"_s)));
     double shown = 0;
     double heard = 0;

@@ -2,12 +2,13 @@
 _tonequill_cli() {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]-}
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "add list search show delete credits name analyze peaks listen parts export render save fcpxml sync mix --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "add list search find show delete credits name analyze peaks listen parts export render save fcpxml sync mix --help --version" -- "$word")
     elif [[ $word == -* ]]; then
         local options="--help --json"
         case $command in
         add) options+=" --all-parts --max --effects --keep-source --raw --library" ;;
         list | search | show | delete | credits) options+=" --library" ;;
+        find) options+=" --limit --max-seconds --plan" ;;
         name) options+=" --all --library" ;;
         sync) options+=" --folder" ;;
         save | fcpxml) options+=" --to --library" ;;

@@ -2,6 +2,7 @@
 
 #include "cli/Command.h"
 #include "cli/Terminal.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QCoreApplication>
 
@@ -17,7 +18,8 @@ QString helpText()
         const QString call = QString::fromUtf8(command.name) + u' ' + QString::fromUtf8(command.arguments);
         text += u"  %1 %2\n"_s.arg(call, -16).arg(QString::fromUtf8(command.summary));
     }
-    text += u"\nEach has --help; all but delete's and add's changes leave the library alone.\n"
+    text += u"\nEach has --help. add, delete and name change the library, and sync the Auto Folder and its settings; the "
+            "others leave both alone.\n"
             "Exit status: 0 done, 1 failed, 2 wrong use, 3 another program is writing to the library."_s;
     return text;
 }
@@ -30,6 +32,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(u"tonequill-cli"_s);
     QCoreApplication::setApplicationVersion(u"" TONEQUILL_VERSION ""_s);
 
+    ScratchFile::sweepStrays();
     const QStringList arguments = QCoreApplication::arguments().sliced(1);
     const QString word = arguments.value(0);
     if (word == u"--version") {

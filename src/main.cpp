@@ -4,12 +4,15 @@
 #include "app/handover/HandedOver.h"
 #include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
+#include "app/online/CatalogueFlows.h"
 #include "app/smart/NamingFlows.h"
 #include "audio/effects/EffectRenderer.h"
 #include "base/Background.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "library/delivery/DragStaging.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/desktop/SystemAppearance.h"
+#include "platform/files/ScratchFile.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/SdlAudioOutput.h"
 #include "platform/process/ExitDeadline.h"
@@ -81,17 +84,19 @@ int runWindow(LibraryLock& lock, const QStringList& files)
     auto library = std::make_unique<LibraryStore>(clock, workers);
     library->sweepUnfinished();
     EffectRenderer::sweepStrays();
+    ScratchFile::sweepStrays();
     DragStaging::clean(); // here alone: the terminal may be used while the window's files are on their way
     const SoundClassifier classifier(ClassifierChoice::from(defaults, ClassifierChoice::IfBroken::useBuiltIn));
     SdlAudioOutput output;
     BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel languageModel(LocalLanguageModel::Settings::from(defaults));
-    AppModel model({defaults, clock, workers, work, apps, languageModel}, std::move(library));
+    AppModel model({defaults, clock, workers, work, apps, languageModel, SoundIndex::shared()}, std::move(library));
     MainWindow window(model, defaults);
     QObject::connect(&system, &SystemAppearance::changed, &window.themes(), &ThemeStore::setSystemIsDark);
     followTheEar(model);
     watchAutoFolder(model);
+    startFlow(loadCatalogue(model));
 
     server.serve([&](const QJsonObject& message) {
         const QJsonObject answer = HandedOver::carryOut(model, message);

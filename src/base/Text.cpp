@@ -2,6 +2,8 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
+
 namespace tonequill::text {
 
 namespace {
@@ -11,6 +13,14 @@ char32_t firstCodePoint(QStringView text)
     if (text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate())
         return QChar::surrogateToUcs4(text[0], text[1]);
     return text[0].unicode();
+}
+
+// Marks, embeddings, overrides and isolates of the bidirectional algorithm.
+bool changesDirection(QChar c)
+{
+    const char16_t code = c.unicode();
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
 }
 
 // Calls visit(character) for each grapheme cluster until it returns false.
@@ -58,12 +68,13 @@ QList<QStringView> characters(QStringView text)
     return result;
 }
 
-QStringList words(QStringView text)
+QStringList words(QStringView text, QChar joint)
 {
     QStringList result;
     bool isInWord = false;
     forEachCharacter(text, [&](QStringView character) {
-        const bool belongs = QChar::isLetterOrNumber(firstCodePoint(character));
+        const bool isJoint = !joint.isNull() && character.size() == 1 && character[0] == joint;
+        const bool belongs = isJoint || QChar::isLetterOrNumber(firstCodePoint(character));
         if (belongs && !isInWord)
             result << QString();
         if (belongs)
@@ -109,9 +120,39 @@ QString firstBytes(QStringView text, qsizetype bytes)
     return text.first(length).toString();
 }
 
+QString withoutControls(const QString& text)
+{
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    if (std::none_of(text.begin(), text.end(), isControl))
+        return text;
+    QString result = text;
+    std::replace_if(result.begin(), result.end(), isControl, QChar(u' '));
+    return result;
+}
+
+QString shownPart(const QString& text)
+{
+    constexpr qsizetype kMost = 32'768;
+    if (text.size() <= kMost)
+        return text;
+    return text.first(text[kMost - 1].isHighSurrogate() ? kMost - 1 : kMost);
+}
+
 QString lowercase(QStringView text)
 {
     return text.toString().toLower();
+}
+
+QString plainLine(QStringView text)
+{
+    QString line = text.toString();
+    line.removeIf(changesDirection);
+    for (QChar& c : line) {
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+            c.category() == QChar::Separator_Paragraph)
+            c = QChar::ReplacementCharacter;
+    }
+    return line;
 }
 
 QString trimmed(QStringView text)

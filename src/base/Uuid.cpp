@@ -8,8 +8,8 @@ std::optional<QUuid> uuidFromText(QStringView text)
     if (text.size() != kCanonicalLength)
         return std::nullopt; // QUuid would take braces and other shapes, too
     const QUuid id = QUuid::fromString(text);
-    if (id.isNull())
-        return std::nullopt;
+    if (id.isNull() && text != u"00000000-0000-0000-0000-000000000000")
+        return std::nullopt; // what is no identity reads as null, too
     return id;
 }
 

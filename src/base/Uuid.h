@@ -13,8 +13,8 @@ inline QString uuidText(const QUuid& id)
     return id.toString(QUuid::WithoutBraces).toUpper();
 }
 
-// Reads a canonical identity in either case; none for anything else, the null
-// identity included.
+// Reads a canonical identity in either case, the null one included; none for
+// anything else.
 std::optional<QUuid> uuidFromText(QStringView text);
 
 } // namespace tonequill

@@ -42,6 +42,7 @@ public:
     {
         m_added.beginArray();
         m_failed.beginArray();
+        m_uncut.beginArray();
     }
 
     void tellAdded(const SoundItem& item)
@@ -50,20 +51,21 @@ public:
         if (!m_isJson)
             terminal::print(terminal::harmless(u"Added “%1”, %2"_s.arg(item.name, terminal::lengthText(item.duration))));
     }
-    void tellFailed(const QString& file, const QString& sentence)
+    void tellFailed(const FailedFile& failed) { tell(m_failed, failed.path, failed.cause, failed.cause); }
+    // It is in the library, as it was: adding it again would make a second one of it.
+    void tellUncut(const QString& file, const QString& sentence)
     {
-        m_hasFailures = true;
-        m_failed.beginObject().key("file").text(file).key("error").text(sentence).endObject();
-        if (!m_isJson)
-            terminal::complain(sentence);
+        tell(m_uncut, file, sentence, u"“%1” came in whole. %2"_s.arg(QFileInfo(file).fileName(), sentence));
     }
     int finish(const LibraryStore& library)
     {
         m_added.endArray();
         m_failed.endArray();
+        m_uncut.endArray();
         if (m_isJson) {
             JsonWriter json;
             json.beginObject().key("added").json(m_added.bytes()).key("failed").json(m_failed.bytes());
+            json.key("uncut").json(m_uncut.bytes());
             terminal::printJson(json.key("library").text(library.folder()).endObject().bytes());
         } else {
             terminal::print(u"The library is in %1"_s.arg(library.folder()));
@@ -76,10 +78,19 @@ public:
     }
 
 private:
+    void tell(JsonWriter& list, const QString& file, const QString& error, const QString& line)
+    {
+        m_hasFailures = true;
+        list.beginObject().key("file").text(file).key("error").text(error).endObject();
+        if (!m_isJson)
+            terminal::complain(line);
+    }
+
     bool m_isJson;
     bool m_hasFailures = false;
     JsonWriter m_added;
     JsonWriter m_failed;
+    JsonWriter m_uncut;
 };
 
 QList<QUuid> idsOf(const QList<SoundItem>& items)
@@ -115,14 +126,16 @@ private:
             imported = co_await flow;
         }
         if (!imported.failed.isEmpty())
-            co_return m_report.tellFailed(file, imported.failed.first().sentence);
+            co_return m_report.tellFailed(imported.failed.first());
         QList<QUuid> added = imported.added;
         if (!m_road.isRaw) {
             co_await settle();
             choose();
             const AddOutcome cut = co_await addToLibrary(m_model, m_road.source);
-            if (cut.end == FlowEnd::failed)
-                co_return m_report.tellFailed(file, cut.sentence);
+            if (cut.end == FlowEnd::failed) {
+                m_report.tellUncut(file, cut.sentence);
+                added = idsOf(cut.added) + added;
+            }
             co_await settle(); // what is heard in the cut may name it
             if (cut.end == FlowEnd::done)
                 added = idsOf(cut.added);
@@ -162,8 +175,8 @@ private:
 
 int handFiles(const Options& options, const QStringList& files)
 {
-    if (!handToOwner(options.libraryFolder(), {{u"add"_s, QJsonArray::fromStringList(files)}}))
-        return kLibraryBusy;
+    if (const auto failure = handToOwner(options.libraryFolder(), {{u"add"_s, QJsonArray::fromStringList(files)}}))
+        return *failure;
     if (options.json())
         terminal::printJson(JsonWriter().beginObject().key("handedOver").list(files).endObject().bytes());
     else
@@ -194,8 +207,10 @@ int add(const QStringList& arguments)
         "add", "FILE…",
         "Takes sounds, and the sound of videos, into the library: finds the best part of each, listens to it, names it, and "
         "adds it as a clean cut in place of the file. While the window is open, the files are handed to it as they are.\n"
-        "JSON: {\"added\": [records], \"failed\": [{\"file\", \"error\"}], \"library\": folder}, or {\"handedOver\": [files]}.\n"
-        "Exit status: 0 all added, 1 some could not be, 2 wrong use, 3 the library is busy.");
+        "What came in and then could not be cut is added whole, and told.\n"
+        "JSON: {\"added\": [records], \"failed\": [{\"file\", \"error\"}], \"uncut\": [{\"file\", \"error\"}], \"library\": "
+        "folder}, or {\"handedOver\": [files]}.\n"
+        "Exit status: 0 all added, 1 some could not be, or not cut, 2 wrong use, 3 the library is busy.");
     options.addFlag(u"all-parts"_s, u"Add every part that is found."_s);
     options.addValue(u"max"_s, u"Add at most so many parts, the best ones."_s, u"number"_s);
     options.addValue(u"effects"_s, u"Effects on the parts, such as '{\"voice\": \"robot\", \"echo\": 0.3}'."_s, u"json"_s,

@@ -28,6 +28,7 @@ std::span<const Command> commands();
 int add(const QStringList& arguments);
 int list(const QStringList& arguments);
 int search(const QStringList& arguments);
+int find(const QStringList& arguments);
 int show(const QStringList& arguments);
 int deleteSounds(const QStringList& arguments);
 int credits(const QStringList& arguments);

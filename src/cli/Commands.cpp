@@ -10,6 +10,7 @@ std::span<const Command> commands()
         Command{"add", "FILE…", "Add the best part of sounds and videos to the library.", add},
         Command{"list", "", "List the library, newest first.", list},
         Command{"search", "WORD…", "Find sounds of the library, in any language.", search},
+        Command{"find", "WORD…", "Find free sounds in the offline catalogue, in any language.", find},
         Command{"show", "SOUND", "Tell everything about one sound.", show},
         Command{"delete", "SOUND…", "Remove sounds from the library, for good.", deleteSounds},
         Command{"credits", "[SOUND…]", "Print the credit lines of sounds, ready to paste.", credits},

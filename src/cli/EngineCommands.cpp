@@ -11,7 +11,7 @@
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "platform/files/ScratchFile.h"
-#include "platform/media/AudioFile.h"
+#include "platform/media/NamedFailures.h"
 
 #include <QFileInfo>
 
@@ -78,6 +78,14 @@ std::optional<PieceArgument> pieceFrom(const QString& word)
     return piece;
 }
 
+// What was made in a temporary file, whose name says nothing, as a finished file.
+ExportResult exportAll(const ScratchFile& made, const QString& output, ExportPreset preset)
+{
+    return failingAs(QFileInfo(output).fileName(), [&] {
+        return AudioExporter::exportRange({made.path(), 0, kToTheEnd, preset, 0, 0}, output);
+    });
+}
+
 // Runs the work and turns what it throws into a sentence and an exit code.
 template <typename Work>
 int reporting(Work work)
@@ -139,10 +147,10 @@ int parts(const QStringList& arguments)
 
 int exportPart(const QStringList& arguments)
 {
-    Options options(
-        "export", "FILE OUTPUT",
-        "Writes a range of a sound as a finished file: 48 kHz, at most two channels. An existing OUTPUT is replaced.\n"
-        "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
+    Options options("export", "FILE OUTPUT",
+                    "Writes a range of a sound as a finished file: 48 kHz, at most two channels. An existing OUTPUT is replaced "
+                    "once the new one is complete.\n"
+                    "JSON: {\"file\", \"frames\", \"sampleRate\", \"channels\"}.");
     options.addJson();
     options.addRange();
     addPreset(options, idOf(ExportPreset::anyEditor));
@@ -193,8 +201,9 @@ int render(const QStringList& arguments)
     return reporting([&] {
         const auto progress = std::make_shared<Progress>();
         const terminal::ProgressLine line(QFileInfo(source).fileName(), progress);
-        const ScratchFile rendered(EffectRenderer::render(source, range->start, range->end, *effects, progress.get()));
-        return tellWritten(options, output, AudioExporter::exportRange({rendered.path(), 0, kToTheEnd, *preset, 0, 0}, output));
+        const AudioBuffer sound = EffectRenderer::renderBuffer(source, range->start, range->end, *effects, progress.get());
+        const ScratchFile rendered(failingAs(QFileInfo(output).fileName(), [&] { return EffectRenderer::writeTemp(sound); }));
+        return tellWritten(options, output, exportAll(rendered, output, *preset));
     });
 }
 
@@ -233,8 +242,8 @@ int mix(const QStringList& arguments)
         const auto sum = Mixer::mix(pieces);
         if (!sum)
             throw RenderError::memory();
-        const ScratchFile mixed(EffectRenderer::writeTemp(*sum));
-        return tellWritten(options, output, AudioExporter::exportRange({mixed.path(), 0, kToTheEnd, *preset, 0, 0}, output));
+        const ScratchFile mixed(failingAs(QFileInfo(output).fileName(), [&] { return EffectRenderer::writeTemp(*sum); }));
+        return tellWritten(options, output, exportAll(mixed, output, *preset));
     });
 }
 

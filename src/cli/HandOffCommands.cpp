@@ -3,12 +3,12 @@
 #include "app/delivery/PartExport.h"
 #include "app/model/Settings.h"
 #include "base/JsonWriter.h"
+#include "base/Uuid.h"
 #include "cli/Command.h"
 #include "cli/LibraryAccess.h"
 #include "cli/Options.h"
 #include "cli/Terminal.h"
 #include "library/delivery/FinalCut.h"
-#include "library/records/FileNames.h"
 #include "platform/files/Files.h"
 
 #include <QDir>
@@ -22,40 +22,51 @@ namespace tonequill::cli {
 
 namespace {
 
+struct Failed {
+    SoundItem item;
+    QString error;
+};
+
 struct Written {
     QString document; // empty for none
     QList<FinalCut::Clip> clips;
+    QList<Failed> failed;
 };
 
-// Makes a finished file of each sound. Throws what the export throws.
-Written writeSounds(const LibraryStore& store, const QList<SoundItem>& items, const QString& folder)
+// Makes a finished file of each sound, and tells of each at once unless that is JSON.
+Written writeSounds(const LibraryStore& store, const QList<SoundItem>& items, const QString& folder, bool isJson)
 {
     Written written;
     for (const SoundItem& item : items) {
-        const QString path = Files::uniqueFreePath(folder, FileNames::safe(item.name), u"wav"_s);
-        const ExportResult result = PartExport::exportWithEffects(store.path(item), 0, item.duration, {}, path);
-        written.clips << FinalCut::Clip::make(item.name, path, result.frames, result.sampleRate, result.channels);
+        try {
+            const auto [path, result] = PartExport::exportInto(folder, item.name, store.path(item), 0, item.duration, {});
+            written.clips << FinalCut::Clip::make(item.name, path, result.frames, result.sampleRate, result.channels);
+            if (!isJson)
+                terminal::print(terminal::harmless(path));
+        } catch (const std::exception& error) {
+            written.failed.append({item, messageOf(error)});
+            if (!isJson)
+                terminal::complain(messageOf(error));
+        }
     }
     return written;
 }
 
-void tell(const Options& options, const Written& written)
+void tellJson(const Written& written)
 {
-    QStringList files;
+    JsonWriter json;
+    json.beginObject().key("files").beginArray();
     for (const FinalCut::Clip& clip : written.clips)
-        files << clip.file;
-    if (options.json()) {
-        JsonWriter json;
-        json.beginObject().key("files").list(files);
-        if (!written.document.isEmpty())
-            json.key("document").text(written.document);
-        terminal::printJson(json.endObject().bytes());
-        return;
+        json.text(clip.file);
+    json.endArray().key("failed").beginArray();
+    for (const Failed& failed : written.failed) {
+        json.beginObject().key("id").text(uuidText(failed.item.id)).key("name").text(failed.item.name);
+        json.key("error").text(failed.error).endObject();
     }
-    for (const QString& file : std::as_const(files))
-        terminal::print(terminal::harmless(file));
+    json.endArray();
     if (!written.document.isEmpty())
-        terminal::print(terminal::harmless(written.document));
+        json.key("document").text(written.document);
+    terminal::printJson(json.endObject().bytes());
 }
 
 enum class Document { none, fcpxml };
@@ -78,16 +89,21 @@ int handOff(Options& options, const QStringList& arguments, const QString& stand
         terminal::complain(terminal::harmless(u"There is no folder %1"_s.arg(folder)));
         return kFailed;
     }
-    try {
-        Written written = writeSounds(store, *items, folder);
-        if (document == Document::fcpxml)
+    Written written = writeSounds(store, *items, folder, options.json());
+    int end = written.failed.isEmpty() ? kDone : kFailed;
+    if (document == Document::fcpxml && end == kDone) {
+        try {
             written.document = FinalCut::write(written.clips, folder, u"Tonequill"_s, clock);
-        tell(options, written);
-        return kDone;
-    } catch (const std::exception& error) {
-        terminal::complain(messageOf(error));
-        return kFailed;
+            if (!options.json())
+                terminal::print(terminal::harmless(written.document));
+        } catch (const FileError& error) {
+            terminal::complain(error.message());
+            end = kFailed;
+        }
     }
+    if (options.json())
+        tellJson(written);
+    return end;
 }
 
 } // namespace
@@ -95,8 +111,9 @@ int handOff(Options& options, const QStringList& arguments, const QString& stand
 int save(const QStringList& arguments)
 {
     Options options("save", "SOUND…",
-                    "Writes sounds of the library as finished WAV files, under their names and never over another file.\n"
-                    "JSON: {\"files\": [paths]}.");
+                    "Writes sounds of the library as finished WAV files, under their names and never over another file. One "
+                    "line for each: its path, or why it could not be written.\n"
+                    "JSON: {\"files\": [paths], \"failed\": [{\"id\", \"name\", \"error\"}]}.");
     return handOff(options, arguments, Settings::saveFolder(Defaults()), Document::none);
 }
 
@@ -104,7 +121,8 @@ int fcpxml(const QStringList& arguments)
 {
     Options options("fcpxml", "SOUND…",
                     "Writes sounds of the library as finished WAV files, and an FCPXML document with an event that lists them, "
-                    "for an editor that imports one.\nJSON: {\"files\": [paths], \"document\": path}.");
+                    "for an editor that imports one. There is no document if a sound could not be written.\n"
+                    "JSON: {\"files\": [paths], \"failed\": [{\"id\", \"name\", \"error\"}], \"document\": path}.");
     return handOff(options, arguments, QDir::currentPath(), Document::fcpxml);
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/handover/HandedOver.h"
 #include "base/Uuid.h"
+#include "cli/Command.h"
 #include "cli/Terminal.h"
 
 using namespace Qt::StringLiterals;
@@ -19,12 +20,17 @@ std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder)
     return own;
 }
 
-bool handToOwner(const QString& folder, const QJsonObject& message)
+std::optional<int> handToOwner(const QString& folder, const QJsonObject& message)
 {
-    if (HandedOver::sendToOwner(LibraryLock(folder), message))
-        return true;
+    const auto answer = HandedOver::answerOfOwner(LibraryLock(folder), message);
+    if (answer && answer->value(u"ok"_s).toBool())
+        return std::nullopt;
+    if (answer && answer->contains(u"error"_s)) {
+        terminal::complain(answer->value(u"error"_s).toString());
+        return kFailed;
+    }
     terminal::complain(u"Another program is changing the library. Try again when it has finished."_s);
-    return false;
+    return kLibraryBusy;
 }
 
 std::optional<SoundItem> soundMeant(const QList<SoundItem>& items, const QString& word)

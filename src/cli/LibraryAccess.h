@@ -26,9 +26,9 @@ struct OwnLibrary {
 // than ten seconds to start or to finish.
 std::unique_ptr<OwnLibrary> ownLibrary(const QString& folder);
 
-// Gives a change to the program that owns the library. Says on stderr what went
-// wrong and is false if it doesn't take it.
-bool handToOwner(const QString& folder, const QJsonObject& message);
+// Gives a change to the program that owns the library. None if it was taken; else
+// says on stderr what went wrong, and returns the exit code to end with.
+std::optional<int> handToOwner(const QString& folder, const QJsonObject& message);
 
 // The sound that a word of the command line means: its identity, the beginning
 // of one (8 characters and more), or its name in any case. None, and a sentence

@@ -63,6 +63,16 @@ void printField(const QString& label, const QString& value)
         terminal::print(terminal::harmless(u"%1 %2"_s.arg(label, -12).arg(value)));
 }
 
+int tellDeleted(const QList<SoundItem>& items, bool isJson)
+{
+    if (isJson)
+        terminal::printJson(JsonWriter().beginObject().key("deleted").json(recordsJson(items)).endObject().bytes());
+    else
+        for (const SoundItem& item : items)
+            terminal::print(terminal::harmless(u"Deleted “%1”"_s.arg(item.name)));
+    return kDone;
+}
+
 } // namespace
 
 int list(const QStringList& arguments)
@@ -138,33 +148,30 @@ int deleteSounds(const QStringList& arguments)
     if (const auto end = options.parse(arguments, 1, kAnyNumber))
         return *end;
 
-    const auto own = ownLibrary(options.libraryFolder());
-    SystemClock clock;
+    if (const auto own = ownLibrary(options.libraryFolder())) {
+        const auto doomed = soundsMeant(own->store->items(), options.positional());
+        if (!doomed)
+            return kFailed;
+        own->store->deleteItems(*doomed);
+        if (!own->store->isSaved()) {
+            terminal::complain(u"Nothing was deleted: the disk may be full or read-only."_s);
+            return kFailed;
+        }
+        return tellDeleted(*doomed, options.json());
+    }
     // The owner has the newest state in memory, and on the disk as well.
+    SystemClock clock;
     Workers workers;
     const LibraryStore reader(clock, workers, options.libraryFolder());
     const auto doomed = soundsMeant(reader.items(), options.positional());
     if (!doomed)
         return kFailed;
-    if (own) {
-        own->store->deleteItems(*doomed);
-        if (!own->store->isSaved()) {
-            terminal::complain(u"The library could not be written: the disk may be full or read-only."_s);
-            return kFailed;
-        }
-    } else {
-        QJsonArray ids;
-        for (const SoundItem& item : *doomed)
-            ids << uuidText(item.id);
-        if (!handToOwner(options.libraryFolder(), {{u"delete"_s, ids}}))
-            return kLibraryBusy;
-    }
-    if (options.json())
-        terminal::printJson(JsonWriter().beginObject().key("deleted").json(recordsJson(*doomed)).endObject().bytes());
-    else
-        for (const SoundItem& item : *doomed)
-            terminal::print(terminal::harmless(u"Deleted “%1”"_s.arg(item.name)));
-    return kDone;
+    QJsonArray ids;
+    for (const SoundItem& item : *doomed)
+        ids << uuidText(item.id);
+    if (const auto failure = handToOwner(options.libraryFolder(), {{u"delete"_s, ids}}))
+        return *failure;
+    return tellDeleted(*doomed, options.json());
 }
 
 int credits(const QStringList& arguments)

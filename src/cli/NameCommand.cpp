@@ -123,8 +123,8 @@ int handToWindow(const Options& options, const QList<SoundItem>& items)
     QStringList ids;
     for (const SoundItem& item : items)
         ids << uuidText(item.id);
-    if (!handToOwner(options.libraryFolder(), {{u"name"_s, QJsonArray::fromStringList(ids)}}))
-        return kLibraryBusy;
+    if (const auto failure = handToOwner(options.libraryFolder(), {{u"name"_s, QJsonArray::fromStringList(ids)}}))
+        return *failure;
     if (options.json())
         terminal::printJson(JsonWriter().beginObject().key("handedOver").list(ids).endObject().bytes());
     else
@@ -157,8 +157,11 @@ int name(const QStringList& arguments)
     const auto own = ownLibrary(options.libraryFolder());
     SystemClock clock;
     Workers workers;
-    const LibraryStore reader(clock, workers, options.libraryFolder());
-    const auto meant = isAll ? std::optional(reader.items()) : soundsMeant(reader.items(), options.positional());
+    std::optional<LibraryStore> reader;
+    if (!own)
+        reader.emplace(clock, workers, options.libraryFolder());
+    const LibraryStore& store = own ? *own->store : *reader;
+    const auto meant = isAll ? std::optional(store.items()) : soundsMeant(store.items(), options.positional());
     if (!meant)
         return kFailed;
     Wish wish = wishFor(*meant);
@@ -168,7 +171,7 @@ int name(const QStringList& arguments)
         return own ? nameHere(*own, wish, options.json()) : handToWindow(options, wish.toName);
     if (isAll && !options.json())
         terminal::print(u"No sound has a name that says nothing."_s);
-    return report(reader, wish, options.json());
+    return report(store, wish, options.json());
 }
 
 } // namespace tonequill::cli

@@ -55,6 +55,10 @@ int sync(const QStringList& arguments)
         if (!folder.isAt(chosen)) // it would get every sound once more
             folder.chooseFolder(chosen);
         folder.setEnabled(true);
+        if (!defaults.saveAgain()) { // it would be forgotten, and get every sound once more
+            terminal::complain(u"The settings could not be saved: the disk may be full or read-only."_s);
+            return kFailed;
+        }
     }
     if (!folder.hasFolder() || !folder.enabled()) {
         terminal::complain(u"The Auto Folder is off. Choose one with --folder."_s);

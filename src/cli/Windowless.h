@@ -3,6 +3,7 @@
 #include "app/model/AppModel.h"
 #include "app/smart/NamingFlows.h"
 #include "cli/LibraryAccess.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/NoAudioOutput.h"
@@ -20,7 +21,8 @@ public:
     Windowless(OwnLibrary& own, Ear ear)
         : m_work(opened(m_classifier, ear), m_output, own.workers),
           m_languageModel(LocalLanguageModel::Settings::from(m_defaults)),
-          m_model({m_defaults, own.clock, own.workers, m_work, m_apps, m_languageModel}, std::move(own.store))
+          m_model({m_defaults, own.clock, own.workers, m_work, m_apps, m_languageModel, SoundIndex::shared()},
+                  std::move(own.store))
     {
         followTheEar(m_model);
     }

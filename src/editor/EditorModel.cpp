@@ -1,6 +1,7 @@
 #include "editor/EditorModel.h"
 
 #include "base/Background.h"
+#include "platform/media/AudioFile.h"
 #include "understanding/naming/SoundNamer.h"
 
 #include <algorithm>
@@ -139,6 +140,8 @@ QCoro::Task<> EditorModel::analyse(QString path, Ticket load)
     std::optional<QString> loadError;
     try {
         analysis = co_await m_flows.until(m_work.analyze(path, m_analysing));
+    } catch (const AudioFileError& error) { // of a file whose name no user knows
+        loadError = error.named(load.isCurrent() ? m_item->name : QString()).message();
     } catch (const std::exception& error) {
         loadError = messageOf(error);
     }

@@ -67,3 +67,30 @@ TEST(Text, SurvivesBrokenSurrogates)
     EXPECT_GE(text::characterCount(broken), 1);
     EXPECT_LE(text::firstCharacters(broken, 1).size(), 2);
 }
+
+TEST(Text, ControlCharactersBecomeBlanks)
+{
+    EXPECT_EQ(text::withoutControls(u"a\nb\tc\x1b\u0085d"_s + QChar(u'\0')), u"a b c  d "_s);
+    EXPECT_EQ(text::withoutControls(u"باب – 👍 \u200D"_s), u"باب – 👍 \u200D"_s); // joiners are none
+}
+
+TEST(Text, OfAHostileTextOnlyTheBeginningIsShown)
+{
+    EXPECT_EQ(text::shownPart(u"Door"_s), u"Door"_s);
+    EXPECT_EQ(text::shownPart(QString(32'768, u'x')).size(), 32'768);
+    EXPECT_EQ(text::shownPart(QString(20 << 20, u'x')).size(), 32'768);
+    EXPECT_EQ(text::shownPart(QString(32'767, u'x') + u"👍👍"_s), QString(32'767, u'x')); // no half of a pair
+}
+
+TEST(Text, AJointStaysInItsWord)
+{
+    EXPECT_EQ(text::words(u"level-up, 8-bit!", u'-'), (QStringList{u"level-up"_s, u"8-bit"_s}));
+    EXPECT_EQ(text::words(u"level-up"), (QStringList{u"level"_s, u"up"_s}));
+}
+
+TEST(Text, APlainLineBreaksNoRow)
+{
+    EXPECT_EQ(text::plainLine(u"a\nb\tc\x1b[31m\u0085\u2028d"), u"a\uFFFDb\uFFFDc\uFFFD[31m\uFFFD\uFFFDd"_s);
+    EXPECT_EQ(text::plainLine(u"\u202Eabc\u202C \u2066x\u2069\u200F\u061C"), u"abc x"_s);
+    EXPECT_EQ(text::plainLine(u"باب “Door”"), u"باب “Door”"_s);
+}

@@ -16,7 +16,14 @@ TEST(Uuid, IsWrittenInCanonicalUpperCase)
 TEST(Uuid, RefusesEveryOtherShape)
 {
     for (const QString& text : {u""_s, u"{0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8f9}"_s, u"0a1b2c3d4e5f60718293a4b5c6d7e8f9"_s,
-                                u"0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8fz"_s, u"00000000-0000-0000-0000-000000000000"_s,
+                                u"0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8fz"_s, u"00000000-0000-0000-0000-00000000000g"_s,
                                 u"0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8f"_s})
         EXPECT_FALSE(uuidFromText(text)) << text.toStdString();
+}
+
+TEST(Uuid, TheOneOfZerosIsAnIdentityAsWell)
+{
+    const auto id = uuidFromText(u"00000000-0000-0000-0000-000000000000");
+    ASSERT_TRUE(id);
+    EXPECT_EQ(*id, QUuid());
 }

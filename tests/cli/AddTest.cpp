@@ -153,3 +153,66 @@ TEST_F(AddTest, ADocumentListsTheSounds)
     EXPECT_TRUE(document.contains(u"name=\"Door &amp; Gate\" start=\"0s\" duration=\"48000/48000s\""_s));
     EXPECT_TRUE(document.contains(u"/out/Door%20&amp;%20Gate.wav\""_s)) << document.toStdString();
 }
+
+// What goes wrong
+
+TEST_F(AddTest, WhatCannotBeReadIsToldWithItsCause)
+{
+    QDir(cli.home.path()).mkdir(u"folder.wav"_s);
+    const auto result = cli.run({u"add"_s, u"folder.wav"_s, u"missing.wav"_s});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.error, u"“folder.wav” couldn't be read because it is a folder.\n"
+                            "“missing.wav” couldn't be read because it isn't there any more.\n"_s);
+}
+
+TEST_F(AddTest, WhatComesInAndCannotBeCutIsAddedWholeAndTold)
+{
+    // At 8 kHz it comes in; its cut of 24 bits at 48 kHz finds the disk full.
+    test::writeTone(cli.at(u"Door.wav"_s), 4);
+    const auto plain = cli.runOnFullDisk({u"add"_s, u"Door.wav"_s}, 200);
+    EXPECT_EQ(plain.exitCode, 1);
+    EXPECT_TRUE(plain.out.startsWith("Added “Door”, 4.0 s\n")) << plain.out.toStdString();
+    EXPECT_TRUE(plain.error.startsWith(u"“Door.wav” came in whole. “Door” couldn't be saved: "_s)) << plain.error.toStdString();
+    ASSERT_EQ(library().size(), 1);
+    EXPECT_EQ(library()[0][u"origin"].toString(), u"imported"_s);
+
+    const QJsonObject json = cli.runOnFullDisk({u"add"_s, u"--json"_s, u"Door.wav"_s}, 200).json().object();
+    EXPECT_EQ(json[u"added"].toArray().size(), 1);
+    EXPECT_TRUE(json[u"failed"].toArray().isEmpty()); // a retry would make a second one of it
+    EXPECT_EQ(json[u"uncut"][0][u"file"].toString(), cli.at(u"Door.wav"_s));
+    EXPECT_TRUE(json[u"uncut"][0][u"error"].toString().startsWith(u"“Door” couldn't be saved: "_s));
+}
+
+TEST_F(AddTest, EachSoundThatIsSavedHasItsLine)
+{
+    for (const QString& name : {u"One.wav"_s, u"Two.wav"_s, u"Three.wav"_s})
+        test::writeTone(cli.at(name), name == u"Two.wav" ? 4 : 0.1);
+    ASSERT_EQ(cli.run({u"add"_s, u"--raw"_s, u"One.wav"_s, u"Two.wav"_s, u"Three.wav"_s}).exitCode, 0);
+    QDir(cli.home.path()).mkdir(u"out"_s);
+    const QStringList words{u"One"_s, u"Two"_s, u"Three"_s, u"--to"_s, u"out"_s};
+    const auto saved = cli.runOnFullDisk(QStringList{u"save"_s} + words, 200);
+    EXPECT_EQ(saved.exitCode, 1);
+    EXPECT_EQ(QString::fromUtf8(saved.out), cli.at(u"out/One.wav"_s) + u'\n' + cli.at(u"out/Three.wav"_s) + u'\n');
+    EXPECT_TRUE(saved.error.startsWith(u"“Two” couldn't be saved: "_s)) << saved.error.toStdString();
+    const QStringList made = QDir(cli.at(u"out"_s)).entryList(QDir::Files | QDir::Hidden);
+    EXPECT_EQ(made, (QStringList{u"One.wav"_s, u"Three.wav"_s}));
+
+    const QJsonObject json = cli.runOnFullDisk(QStringList{u"fcpxml"_s, u"--json"_s} + words, 200).json().object();
+    EXPECT_EQ(json[u"files"].toArray().size(), 2);
+    EXPECT_EQ(json[u"failed"][0][u"name"].toString(), u"Two"_s);
+    EXPECT_FALSE(json.contains(u"document"_s));
+}
+
+TEST_F(AddTest, ANameWithAZeroInItSavesToNoOtherFile)
+{
+    test::writeTone(cli.at(u"Door.wav"_s));
+    ASSERT_EQ(cli.run({u"add"_s, u"--raw"_s, u"Door.wav"_s}).exitCode, 0);
+    const QString index = cli.library() + u"/index.json"_s;
+    test::writeBytes(index, test::bytesOfFile(index).replace("\"Door\"", "\"notes.txt\\u0000x\""));
+    QDir(cli.home.path()).mkdir(u"out"_s);
+    test::writeBytes(cli.at(u"out/notes.txt"_s), "mine");
+    const auto saved = cli.run({u"save"_s, u"notes.txt x"_s, u"--to"_s, u"out"_s});
+    EXPECT_EQ(saved.exitCode, 0) << saved.error.toStdString();
+    EXPECT_EQ(QString::fromUtf8(saved.out), cli.at(u"out/notes.txt x.wav"_s) + u'\n');
+    EXPECT_EQ(test::bytesOfFile(cli.at(u"out/notes.txt"_s)), "mine");
+}

@@ -43,6 +43,22 @@ public:
                 QString::fromUtf8(process.readAllStandardError())};
     }
 
+    // The same where no file grows beyond so many blocks of 512 bytes: on a full disk.
+    Result runOnFullDisk(const QStringList& arguments, int blocks) const
+    {
+        QProcess process;
+        prepare(process,
+                QStringList{QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f %1; exec \"$0\" \"$@\"").arg(blocks),
+                            QStringLiteral(TONEQUILL_CLI)} +
+                    arguments);
+        process.setProgram(QStringLiteral("sh"));
+        process.start();
+        if (!process.waitForFinished(60000))
+            process.kill();
+        return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
     QString library() const { return home.filePath(QStringLiteral("data/Tonequill/Library")); }
     QString at(const QString& name) const { return home.filePath(name); }
 

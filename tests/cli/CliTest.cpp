@@ -229,7 +229,7 @@ TEST_F(CliTest, ABusyLibraryIsToldOrTheWorkIsHandedOver)
     ASSERT_EQ(cli.run({u"add"_s, u"Door.wav"_s}).exitCode, 0);
     LibraryLock owner(cli.library());
     ASSERT_TRUE(owner.acquire());
-    owner.publish(u"/where/nobody/listens"_s);
+    owner.publish(u"/where/nobody/tonequill-0123456789abcdef"_s);
     const auto busy = cli.run({u"add"_s, u"Door.wav"_s});
     EXPECT_EQ(busy.exitCode, 3);
     EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);
@@ -296,4 +296,54 @@ TEST_F(CliTest, NumbersBeyondMeasureAreTaken)
     EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@0*1e38"_s}).exitCode, 2);
     EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@nan"_s}).exitCode, 2);
     EXPECT_EQ(cli.run({u"mix"_s, u"o.wav"_s, u"tone.wav@0*nan"_s}).exitCode, 2);
+}
+
+TEST_F(CliTest, OnAFullDiskNothingIsDeleted)
+{
+    test::writeTone(cli.at(u"Door.wav"_s));
+    test::writeTone(cli.at(u"Gate.wav"_s));
+    cli.run({u"add"_s, u"--raw"_s, u"Door.wav"_s, u"Gate.wav"_s});
+    const QStringList before = QDir(cli.library()).entryList(QDir::Files | QDir::Hidden);
+    const auto refused = cli.runOnFullDisk({u"delete"_s, u"Door"_s}, 0);
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_EQ(refused.error, u"Nothing was deleted: the disk may be full or read-only.\n"_s);
+    EXPECT_TRUE(refused.out.isEmpty());
+    EXPECT_EQ(QDir(cli.library()).entryList(QDir::Files | QDir::Hidden), before);
+    EXPECT_EQ(cli.run({u"list"_s, u"--json"_s}).json().array().size(), 2);
+    EXPECT_EQ(cli.run({u"delete"_s, u"Door"_s}).exitCode, 0);
+}
+
+TEST_F(CliTest, AnExportThatFailsLeavesTheOlderFile)
+{
+    test::writeTone(cli.at(u"tone.wav"_s), 2, 48000);
+    test::writeBytes(cli.at(u"out.wav"_s), "old");
+    for (const QStringList& arguments : {QStringList{u"export"_s, u"tone.wav"_s, u"out.wav"_s},
+                                         {u"render"_s, u"tone.wav"_s, u"out.wav"_s},
+                                         {u"mix"_s, u"out.wav"_s, u"tone.wav@0"_s}}) {
+        const auto result = cli.runOnFullDisk(arguments, 100);
+        EXPECT_EQ(result.exitCode, 1);
+        const bool isNamed = result.error.startsWith(u"“out.wav” couldn't be saved: "_s);
+        EXPECT_TRUE(isNamed) << result.error.toStdString();
+        QFile old(cli.at(u"out.wav"_s));
+        ASSERT_TRUE(old.open(QIODevice::ReadOnly));
+        EXPECT_EQ(old.readAll(), "old");
+    }
+}
+
+TEST_F(CliTest, WhatAKilledProgramLeftIsSweptAtTheNextStart)
+{
+    const QString temporary = cli.at(u"tmp"_s);
+    const QString notes = temporary + u"/tonequill-scratch-0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9"_s;
+    ASSERT_TRUE(QDir().mkpath(notes));
+    QFile::setPermissions(notes, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    test::writeBytes(temporary + u"/left.wav"_s, "half");
+    ASSERT_TRUE(QFile::link(temporary + u"/left.wav"_s, notes + u"/1"_s));
+    QProcess process;
+    cli.prepare(process, {u"--version"_s});
+    auto environment = process.processEnvironment();
+    environment.insert(u"TMPDIR"_s, temporary);
+    process.setProcessEnvironment(environment);
+    process.start();
+    ASSERT_TRUE(process.waitForFinished(20000));
+    EXPECT_TRUE(QDir(temporary).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).isEmpty());
 }

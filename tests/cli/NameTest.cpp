@@ -162,7 +162,7 @@ TEST_F(NameTest, AnOpenWindowNamesThemItself)
 {
     LibraryLock owner(folder.path());
     ASSERT_TRUE(owner.acquire());
-    owner.publish(u"/where/nobody/listens"_s);
+    owner.publish(u"/where/nobody/tonequill-0123456789abcdef"_s);
     const auto busy = run({u"name"_s, u"--all"_s});
     EXPECT_EQ(busy.exitCode, 3);
     EXPECT_EQ(busy.error, u"Another program is changing the library. Try again when it has finished.\n"_s);

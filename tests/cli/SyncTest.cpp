@@ -62,3 +62,16 @@ TEST_F(SyncTest, TheOwnerOfTheLibraryKeepsTheFolderItself)
     EXPECT_EQ(cli.run({u"sync"_s, u"--folder"_s, u"Movies"_s, u"--library"_s, cli.at(u"other"_s)}).exitCode, 2);
     EXPECT_TRUE(files().isEmpty());
 }
+
+TEST_F(SyncTest, AFolderThatCannotBeRememberedGetsNothing)
+{
+    cli.run({u"add"_s, u"--raw"_s, u"Door.wav"_s});
+    for (int i = 0; i < 2; ++i) {
+        const auto full = cli.runOnFullDisk({u"sync"_s, u"--folder"_s, u"Movies"_s}, 0);
+        EXPECT_EQ(full.exitCode, 1);
+        EXPECT_EQ(full.error, u"The settings could not be saved: the disk may be full or read-only.\n"_s);
+        EXPECT_TRUE(files().isEmpty());
+    }
+    EXPECT_EQ(cli.run({u"sync"_s, u"--folder"_s, u"Movies"_s}).exitCode, 0);
+    EXPECT_EQ(files(), QStringList{u"Door.wav"_s});
+}

@@ -100,12 +100,46 @@ TEST_F(EditorModelTest, SaysWhyASoundCannotBeOpened)
     EXPECT_EQ(editor.analysisState(), State::idle);
     EXPECT_EQ(editor.item(), sound);
     ASSERT_TRUE(editor.loadError());
-    EXPECT_TRUE(editor.loadError()->contains(u"gone.wav"_s)) << editor.loadError()->toStdString();
+    EXPECT_EQ(*editor.loadError(), u"“Gone” couldn't be opened."_s); // as the user knows it
     EXPECT_EQ(editor.duration(), 3);
     editor.play(); // without a player nothing happens, and nothing is said
     EXPECT_FALSE(editor.isPlaying());
     editor.load(item(u"Door"_s), u"/sounds/door.wav"_s);
     EXPECT_FALSE(editor.loadError());
+}
+
+TEST_F(EditorModelTest, AnotherSoundStartsWithNothingOfTheOneBefore)
+{
+    openWithEvents();
+    work.labellings.back().answer(editor.candidates());
+    work.hearings.back().answer({{u"door"_s, 0.9}});
+    settle();
+    editor.choose(candidateAt(1), EditorModel::Extend::yes);
+    editor.seek(2);
+    editor.setThinking(true);
+    editor.setSmartSuggestion(EditorModel::SmartSuggestion{u"Slam"_s, {u"wood"_s}});
+    EffectSettings effects;
+    effects.speed = 2;
+    editor.setEffects(effects);
+    editor.play();
+    ASSERT_TRUE(editor.isPlaying() && editor.heard() && editor.marked().size() == 2);
+
+    const SoundItem next = item(u"Gate"_s, 4);
+    editor.load(next, u"/sounds/gate.wav"_s);
+    EXPECT_FALSE(editor.isPlaying());
+    EXPECT_TRUE(editor.effects().isNeutral());
+    EXPECT_EQ(editor.item(), next);
+    EXPECT_EQ(editor.analysisState(), State::loading);
+    EXPECT_TRUE(editor.candidates().empty());
+    EXPECT_TRUE(editor.marked().isEmpty());
+    EXPECT_FALSE(editor.cursor());
+    EXPECT_FALSE(editor.smartSuggestion());
+    EXPECT_FALSE(editor.heard());
+    EXPECT_FALSE(editor.loadError());
+    EXPECT_FALSE(editor.isThinking());
+    EXPECT_FALSE(editor.isListening());
+    EXPECT_EQ(editor.start(), 0);
+    EXPECT_EQ(editor.end(), 4);
 }
 
 TEST_F(EditorModelTest, DropsTheAnswersOfAnEarlierSound)

@@ -46,9 +46,9 @@ QCoro::Task<> change(LibraryStore& store, QString what, QString source, std::mt1
     } else {
         const SoundItem item = any();
         tell(u"delete "_s + uuidText(item.id));
-        store.deleteItems({item});
-        co_await store.saved();
-        tell(u"done"_s);
+        auto deleting = store.deleteItems({item});
+        const bool isDone = co_await std::move(deleting);
+        tell(isDone ? u"done"_s : u"failed because the disk is full"_s);
     }
 }
 

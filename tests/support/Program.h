@@ -2,6 +2,7 @@
 
 #include "app/model/AppModel.h"
 #include "app/smart/NamingFlows.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "fakes/FakeClock.h"
 #include "fakes/FakeEditorWork.h"
 #include "fakes/FakeLanguageModel.h"
@@ -22,10 +23,11 @@ public:
     FakeEditorWork work;
     FakeOtherApps apps;
     FakeLanguageModel languageModel;
+    SoundIndex soundIndex;
     Defaults defaults{settingsFolder.filePath(QStringLiteral("tonequill.ini"))};
 
     Services services() { return services(work); }
-    Services services(EditorWork& editorWork) { return {defaults, clock, workers, editorWork, apps, languageModel}; }
+    Services services(EditorWork& editorWork) { return {defaults, clock, workers, editorWork, apps, languageModel, soundIndex}; }
 
     std::unique_ptr<LibraryStore> library(const QString& folder)
     {

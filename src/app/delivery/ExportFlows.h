@@ -24,8 +24,9 @@ enum class FlowEnd {
 
 struct AddOutcome {
     FlowEnd end = FlowEnd::nothingToDo;
-    QList<SoundItem> added; // in the order of their parts
+    QList<SoundItem> added; // in the order of their parts, as far as they are still there
     QString sentence;       // of the failure
+    QStringList uncut;      // the names of the parts that it kept from being made
 };
 
 struct FilesOutcome {
@@ -34,8 +35,9 @@ struct FilesOutcome {
     QString sentence;  // of the failure
 };
 
-// Makes library sounds of the editor's parts. A raw import is replaced by them; a
-// sound that was itself cut stays.
+// Makes library sounds of the editor's parts. A raw import is replaced by them, with what
+// was changed in it meanwhile; a sound that was itself cut stays, and so does the import
+// when a part fails.
 enum class TheSource { isReplaced, stays };
 QCoro::Task<AddOutcome> addToLibrary(AppModel& model, TheSource theSource = TheSource::isReplaced);
 

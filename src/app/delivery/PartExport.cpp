@@ -1,9 +1,16 @@
 #include "app/delivery/PartExport.h"
 
 #include "audio/effects/EffectRenderer.h"
+#include "library/records/FileNames.h"
 #include "library/records/NamePolicy.h"
+#include "platform/files/Files.h"
 #include "platform/files/ScratchFile.h"
 #include "platform/media/AudioFile.h"
+#include "platform/media/NamedFailures.h"
+
+#include <QDir>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +18,7 @@ namespace tonequill::PartExport {
 
 namespace {
 
+const QString kExtension = u"wav"_s;
 constexpr double kShortestUsable = 0.02; // seconds
 
 // Against clicks at the cuts. A rendered sound has had the user's own fades.
@@ -57,6 +65,21 @@ ExportResult exportWithEffects(const QString& source, double start, double end, 
     const double seconds = AudioFile(rendered.path()).durationSeconds();
     return AudioExporter::exportRange({rendered.path(), 0, seconds + kBehindTheEnd, kPreset, kFadeIn, kFadeOutRendered}, path,
                                       progress);
+}
+
+NewFile exportInto(const QString& folder, const QString& name, const QString& source, double start, double end,
+                   const EffectSettings& effects, Progress* progress)
+{
+    if (!QDir().mkpath(folder)) // as a desktop may be missing
+        throw FileError(FileError::Action::write, folder, errno);
+    return failingAs(name, [&] {
+        ScratchFile aside = ScratchFile::hiddenIn(folder);
+        const ExportResult result = exportWithEffects(source, start, end, effects, aside.path(), progress);
+        Files::syncFile(aside.path());
+        const QString path = Files::moveToFree(aside.path(), folder, FileNames::safe(name), kExtension);
+        aside.keep();
+        return NewFile{path, result};
+    });
 }
 
 } // namespace tonequill::PartExport

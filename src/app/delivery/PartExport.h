@@ -28,4 +28,14 @@ EffectSettings effectsFor(const EditorModel& editor, const SoundItem& item);
 ExportResult exportWithEffects(const QString& source, double start, double end, const EffectSettings& effects,
                                const QString& path, Progress* progress = nullptr);
 
+// The same as a new file in `folder`, which is made if it is missing. It is finished
+// aside and then gets the first name for the sound that is free: no file is ever
+// replaced. What fails is told of `name`. Throws FileError as well.
+struct NewFile {
+    QString path;
+    ExportResult result;
+};
+NewFile exportInto(const QString& folder, const QString& name, const QString& source, double start, double end,
+                   const EffectSettings& effects, Progress* progress = nullptr);
+
 } // namespace tonequill::PartExport

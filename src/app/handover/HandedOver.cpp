@@ -59,19 +59,28 @@ QJsonObject carryOut(AppModel& model, const QJsonObject& message)
     const bool isUnderstood = std::any_of(understood.begin(), understood.end(),
                                           [&message](const QString& key) { return message.value(key).isArray(); });
     addFiles(model, message.value(kAdd).toArray());
+    bool isDeleted = true; // the answer tells that it was done
     if (message.contains(kDelete)) {
-        deleteItems(model, soundsOf(model, message.value(kDelete).toArray()));
-        model.library().isSaved(); // the answer tells that it was done
+        startFlow(deleteItems(model, soundsOf(model, message.value(kDelete).toArray())));
+        isDeleted = model.library().isSaved();
     }
     if (message.value(kName).isArray())
         startFlow(smartRename(model, soundsOf(model, message.value(kName).toArray())));
-    return {{u"ok"_s, isUnderstood}};
+    QJsonObject answer{{u"ok"_s, isUnderstood && isDeleted}};
+    if (!isDeleted)
+        answer[u"error"_s] = u"Nothing was deleted: the disk may be full or read-only."_s;
+    return answer;
+}
+
+std::optional<QJsonObject> answerOfOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs)
+{
+    const auto address = lock.ownerAddress();
+    return address ? HandOver::send(*address, message, patienceMs) : std::nullopt;
 }
 
 bool sendToOwner(const LibraryLock& lock, const QJsonObject& message, int patienceMs)
 {
-    const auto address = lock.ownerAddress();
-    const auto answer = address ? HandOver::send(*address, message, patienceMs) : std::nullopt;
+    const auto answer = answerOfOwner(lock, message, patienceMs);
     return answer && answer->value(u"ok"_s).toBool();
 }
 

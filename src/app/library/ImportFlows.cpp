@@ -36,8 +36,10 @@ QCoro::Task<ImportOutcome> importURLs(AppModel& model, QStringList paths)
             const SoundItem item =
                 co_await model.library().importFile(paths[i], SoundOrigin::imported, {}, {}, files[i].progress);
             outcome.added << item.id;
+        } catch (const ImportError& error) {
+            outcome.failed.append({paths[i], error.message(), error.cause().isEmpty() ? error.message() : error.cause()});
         } catch (const std::exception& error) {
-            outcome.failed.append({paths[i], messageOf(error)});
+            outcome.failed.append({paths[i], messageOf(error), messageOf(error)});
         }
         model.incoming().remove(files[i].id);
     }
@@ -54,14 +56,20 @@ QCoro::Task<ImportOutcome> importURLs(AppModel& model, QStringList paths)
     co_return std::move(outcome);
 }
 
-void deleteItems(AppModel& model, const QList<SoundItem>& items)
+QCoro::Task<bool> deleteItems(AppModel& model, QList<SoundItem> items)
 {
     QSet<QUuid> ids;
     for (const SoundItem& item : items)
         ids.insert(item.id);
     model.selection().letGo(ids);
-    model.library().deleteItems(items);
+    auto leaving = model.library().deleteItems(items); // the list has lost them already
     model.selection().openNewest();
+    const bool isDone = co_await model.flows().until(std::move(leaving));
+    if (!isDone) {
+        model.selection().openNewest(); // they are back
+        model.say(u"Nothing was deleted: the disk may be full or read-only."_s, Tone::error);
+    }
+    co_return bool(isDone);
 }
 
 } // namespace tonequill

@@ -11,10 +11,12 @@ namespace tonequill {
 
 class AppModel;
 
-// A file, and the sentence why it couldn't be taken.
+// A file, the sentence that the user is told of it, and what is really the matter: the
+// sentence says of a folder, too, that it is not a format.
 struct FailedFile {
     QString path;
     QString sentence;
+    QString cause;
 };
 
 struct ImportOutcome {
@@ -26,7 +28,8 @@ struct ImportOutcome {
 // in already, and opens the last.
 QCoro::Task<ImportOutcome> importURLs(AppModel& model, QStringList paths);
 
-// Removes sounds for good: no question, no undo.
-void deleteItems(AppModel& model, const QList<SoundItem>& items);
+// Removes sounds for good: no question, no undo. They leave the list at once. True when
+// that is on the disk; where it can't be written they come back, and the user is told.
+QCoro::Task<bool> deleteItems(AppModel& model, QList<SoundItem> items);
 
 } // namespace tonequill

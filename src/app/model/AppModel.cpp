@@ -1,5 +1,7 @@
 #include "app/model/AppModel.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tonequill {
 
 AppModel::AppModel(const Services& services, std::unique_ptr<LibraryStore> library)
@@ -14,6 +16,10 @@ AppModel::AppModel(const Services& services, std::unique_ptr<LibraryStore> libra
 {
     connect(m_library.get(), &LibraryStore::itemChanged, this,
             [this](int index) { m_editor.refresh(m_library->items()[index]); });
+    connect(&m_settings, &Settings::changed, this, [this] {
+        if (!m_services.defaults.isSaved())
+            say(u"The settings could not be saved: the disk may be full or read-only."_s, Tone::error);
+    });
     connect(&m_selection, &Selection::idChanged, this, [this] {
         m_names.forgetQuestion();
         openSelection();
@@ -42,6 +48,14 @@ void AppModel::setSection(AppSection section)
         return;
     m_section = section;
     Q_EMIT sectionChanged();
+}
+
+void AppModel::setSearchableCount(std::int32_t count)
+{
+    if (count == m_searchableCount)
+        return;
+    m_searchableCount = count;
+    Q_EMIT searchableCountChanged();
 }
 
 void AppModel::openSelection()

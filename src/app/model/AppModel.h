@@ -78,8 +78,13 @@ public:
     const std::optional<QString>& pendingSearch() const { return m_pendingSearch; }
     void setPendingSearch(std::optional<QString> search) { m_pendingSearch = std::move(search); }
 
+    // How many sounds the catalogue can find; none before it is loaded.
+    std::int32_t searchableCount() const { return m_searchableCount; }
+    void setSearchableCount(std::int32_t count);
+
 Q_SIGNALS:
     void sectionChanged();
+    void searchableCountChanged();
 
 private:
     void openSelection();
@@ -98,6 +103,7 @@ private:
     AutoFolderWatch m_autoFolderWatch;
     AppSection m_section = AppSection::library;
     std::optional<QString> m_pendingSearch;
+    std::int32_t m_searchableCount = 0;
     FlowGroup m_flows; // last
 };
 

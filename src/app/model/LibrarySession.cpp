@@ -9,7 +9,7 @@ LibrarySession::LibrarySession(const LibraryStore& library, Selection& selection
       m_selection(selection),
       m_sounds(library.items()),
       m_related(languageModel, clock),
-      m_current(selection.id().value_or(QUuid()))
+      m_current(selection.id())
 {
     for (const SoundItem& item : m_sounds)
         m_ids << item.id;
@@ -23,7 +23,7 @@ LibrarySession::LibrarySession(const LibraryStore& library, Selection& selection
             Q_EMIT recordChanged(shown);
     });
     connect(&library, &LibraryStore::itemRemoved, this, &LibrarySession::removeSound);
-    connect(&selection, &Selection::idChanged, this, [this] { setCurrent(m_selection.id().value_or(QUuid())); });
+    connect(&selection, &Selection::idChanged, this, [this] { setCurrent(m_selection.id()); });
     connect(&m_related, &RelatedWords::wordsChanged, this, &LibrarySession::find);
 }
 
@@ -93,7 +93,7 @@ int LibrarySession::indexOf(const QUuid& id) const
     return found == m_sounds.end() ? -1 : int(found - m_sounds.begin());
 }
 
-void LibrarySession::setCurrent(const QUuid& id)
+void LibrarySession::setCurrent(std::optional<QUuid> id)
 {
     m_current = id;
     Q_EMIT currentChanged();

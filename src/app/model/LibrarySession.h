@@ -3,6 +3,8 @@
 #include "app/model/Selection.h"
 #include "understanding/naming/RelatedWords.h"
 
+#include <optional>
+
 namespace tonequill {
 
 // What the library's list shows and what its pointer and keys mean: a search
@@ -28,7 +30,7 @@ public:
     const QStringList& relatedWords() const { return m_related.words(); }
 
     // The sound that the keys move: the open one, or the one that was clicked last. -1 for none.
-    int current() const { return indexOf(m_current); }
+    int current() const { return m_current ? indexOf(*m_current) : -1; }
     // An index beside the list does nothing.
     void click(int index, Qt::KeyboardModifiers modifiers);
     // Moves to the sound, or to the nearest one; extends the selection with Shift.
@@ -59,7 +61,7 @@ private:
     void find();
     void show(const QList<SoundItem>& sounds);
     void removeSound(int index);
-    void setCurrent(const QUuid& id);
+    void setCurrent(std::optional<QUuid> id);
 
     const LibraryStore& m_library;
     Selection& m_selection;
@@ -69,7 +71,7 @@ private:
     QString m_query;
     bool m_searchFoundNothing = false;
     RelatedWords m_related; // to a query that finds nothing
-    QUuid m_current;
+    std::optional<QUuid> m_current;
 };
 
 } // namespace tonequill

@@ -33,8 +33,8 @@ const SoundItem* Selection::item() const
 
 void Selection::openNewest()
 {
-    if (!m_id && !m_library.items().isEmpty())
-        setID(m_library.items().first().id);
+    if (!item())
+        setID(m_library.items().isEmpty() ? std::nullopt : std::optional(m_library.items().first().id));
 }
 
 void Selection::setMulti(QSet<QUuid> multi)

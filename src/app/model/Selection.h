@@ -22,7 +22,7 @@ public:
     const std::optional<QUuid>& id() const { return m_id; }
     void setID(std::optional<QUuid> id);
     const SoundItem* item() const; // null for none
-    // Opens the newest sound if none is open.
+    // Opens the newest sound if none is open, or the open one is no longer there.
     void openNewest();
 
     // Every sound that is marked.

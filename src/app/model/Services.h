@@ -7,6 +7,7 @@ class Defaults;
 class EditorWork;
 class LanguageModel;
 class OtherApps;
+class SoundIndex;
 class Workers;
 
 // What the machine gives the program. Made by who starts it; outlives AppModel.
@@ -17,6 +18,7 @@ struct Services {
     EditorWork& editorWork;
     OtherApps& apps;
     LanguageModel& languageModel;
+    SoundIndex& soundIndex;
 };
 
 } // namespace tonequill

@@ -9,6 +9,7 @@
 #include "audio/effects/TimePitch.h"
 #include "audio/effects/VoiceDSP.h"
 #include "base/Uuid.h"
+#include "platform/files/ScratchFile.h"
 #include "platform/media/AudioFileWriter.h"
 
 #include <QDateTime>
@@ -250,9 +251,11 @@ void EffectRenderer::applyGainAndFades(AudioBuffer& buffer, const EffectSettings
 QString EffectRenderer::writeTemp(const AudioBuffer& buffer, const Progress* progress)
 {
     const QString path = tempFolder().filePath(kTempPrefix + uuidText(QUuid::createUuid()) + kTempSuffix);
+    ScratchFile file(path);
     AudioFileWriter writer(path, buffer.format(), AudioEncoding::wavFloat32);
     writer.write(buffer, progress);
     writer.finish();
+    file.keep();
     return path;
 }
 

@@ -4,15 +4,18 @@
 #include "audio/AudioRange.h"
 #include "audio/SampleLoops.h"
 #include "audio/Stretches.h"
-#include "base/Uuid.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/files/SystemPath.h"
 #include "platform/media/AudioFileWriter.h"
+#include "platform/media/NamedFailures.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
-#include <filesystem>
+#include <cstdio>
+#include <cstring>
 
 // This file is compiled with -O3: its loops are written to be vectorised (see
 // bench/EngineExport.cpp).
@@ -98,25 +101,20 @@ void fade(float* samples, qint64 step, qint64 frames, qint64 first, qint64 count
         samples[step * i] *= static_cast<float>(i) / static_cast<float>(frames);
 }
 
-// Hidden, and in the folder of the destination, so that renaming it is one step.
-QString pathAside(const QString& path)
-{
-    return QFileInfo(path).absolutePath() + u"/.export-"_s + uuidText(QUuid::createUuid());
-}
-
 void writeFile(const AudioBuffer& buffer, const QString& path, AudioEncoding encoding, int bitRate, const Progress* progress)
 {
-    QFile::remove(path); // nothing of an older file may pass for the new one
-    const QString aside = pathAside(path);
-    AudioFileWriter writer(aside, buffer.format(), encoding, bitRate);
-    writer.write(buffer, progress);
-    writer.finish();
-    std::error_code failure;
-    std::filesystem::rename(QFile::encodeName(aside).toStdString(), QFile::encodeName(path).toStdString(), failure);
-    if (failure) {
-        QFile::remove(aside);
-        throw AudioFileError(AudioFileError::Kind::write, path, QString::fromLocal8Bit(failure.message().c_str()));
-    }
+    const QFileInfo destination(path);
+    // In the same folder, so that renaming it is one step: an older file stays until this one is complete.
+    ScratchFile aside = ScratchFile::hiddenIn(destination.absolutePath());
+    const auto write = [&] {
+        AudioFileWriter writer(aside.path(), buffer.format(), encoding, bitRate);
+        writer.write(buffer, progress);
+        writer.finish();
+    };
+    failingAs(destination.fileName(), write);
+    if (::rename(systemPath(aside.path()).constData(), systemPath(path).constData()) != 0)
+        throw AudioFileError(AudioFileError::Kind::write, path, QString::fromLocal8Bit(std::strerror(errno)));
+    aside.keep();
 }
 
 } // namespace

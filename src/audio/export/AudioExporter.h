@@ -63,9 +63,8 @@ namespace AudioExporter {
 
 // Cuts the range out of the source and writes it to `path`, under exactly that
 // name. The file appears there complete or not at all: it is written beside it
-// and renamed. A failure before that leaves what was at `path`; a failure in
-// writing leaves nothing there, and so does a cancel. The source may be the
-// destination. Throws ExportError, AudioFileError and Cancelled.
+// and renamed. A failure leaves what was at `path`, and so does a cancel. The
+// source may be the destination. Throws ExportError, AudioFileError and Cancelled.
 ExportResult exportRange(const ExportRequest& request, const QString& path, const Progress* progress = nullptr);
 
 // The buffer in another format: resampled without a delay to the length that the

@@ -5,6 +5,9 @@
 #include "base/Uuid.h"
 #include "library/delivery/FolderBookmark.h"
 #include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/files/SystemPath.h"
+#include "platform/media/NamedFailures.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,6 +15,10 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <cerrno>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +51,45 @@ void clearWorkshop(const QString& folder)
         QDir(path).removeRecursively();
 }
 
+const QString kUnsaved = u"The settings could not be saved: the disk may be full or read-only."_s;
+
+// Why a run can't go on, not even with the next sound.
+class RunEnds : public UserError {
+public:
+    using UserError::UserError;
+};
+
+// Where the chosen folder is now. Throws RunEnds.
+QString whereIs(const QByteArray& bookmark)
+{
+    try {
+        return FolderBookmark::resolve(bookmark);
+    } catch (const FileError&) {
+        throw RunEnds(u"Tonequill can't open that folder any more. Choose it again."_s);
+    }
+}
+
+// Makes a file aside and gives it its name. The folder may go while that takes its time:
+// it is asked for again, and never made.
+void deliverNew(const QByteArray& bookmark, const QString& fileName, const std::function<void(const QString& path)>& write)
+{
+    const QString folder = whereIs(bookmark);
+    const QString path = folder + u'/' + fileName;
+    const QString workshop = folder + u'/' + kWorkshop;
+    if (::mkdir(systemPath(workshop).constData(), 0777) != 0 && errno != EEXIST)
+        throw FileError(FileError::Action::write, path, errno);
+    const ScratchFile unfinished(workshop + u'/' + fileName);
+    const auto end = qScopeGuard([&] {
+        QFile::remove(unfinished.path());
+        ::rmdir(systemPath(workshop).constData());
+    });
+    write(unfinished.path());
+    Files::syncFile(unfinished.path());
+    if (whereIs(bookmark) != folder)
+        throw FileError(FileError::Action::write, path, ENOENT);
+    Files::renameToFree(unfinished.path(), path);
+}
+
 } // namespace
 
 AutoFolder::AutoFolder(Defaults& defaults, Clock& clock, Workers& workers, Export write)
@@ -71,6 +117,8 @@ void AutoFolder::setEnabled(bool enabled)
         return;
     m_enabled = enabled;
     m_defaults.setBoolean(kEnabledKey, enabled);
+    if (!m_defaults.isSaved())
+        m_problem = kUnsaved;
     Q_EMIT settingsChanged();
     Q_EMIT changed();
 }
@@ -97,6 +145,9 @@ void AutoFolder::chooseFolder(const QString& folder)
     m_defaults.setData(kBookmarkKey, *bookmark);
     m_defaults.setText(kNameKey, m_folderName);
     saveManifest();
+    m_isKept = m_defaults.isSaved();
+    if (!m_isKept)
+        m_problem = kUnsaved;
     Q_EMIT settingsChanged();
     Q_EMIT changed();
 }
@@ -107,68 +158,80 @@ QCoro::Task<int> AutoFolder::sync(QList<Sound> sounds)
         co_return 0;
     setSyncing(true);
     const auto end = qScopeGuard([this] { setSyncing(false); });
-    const Ticket ticket = m_folders.current();
-    Outcome outcome;
-    try {
-        const QString folder = FolderBookmark::resolve(*m_bookmark);
-        outcome = co_await deliver(folder, sounds, ticket);
-    } catch (const FileError&) {
-        outcome.problem = u"Tonequill can't open that folder any more. Choose it again."_s;
+    m_isKept = m_isKept || m_defaults.saveAgain();
+    if (!m_isKept) { // a restart would know nothing of the folder, and deliver everything again
+        record({}, kUnsaved);
+        co_return 0;
     }
+    const Ticket ticket = m_folders.current();
+    const Outcome outcome = co_await deliver(sounds, ticket);
     if (!ticket.isCurrent())
         co_return 0;
     record(outcome.entries, outcome.problem);
-    co_return outcome.copied;
+    co_return int(outcome.copied);
 }
 
-QCoro::Task<AutoFolder::Outcome> AutoFolder::deliver(QString folder, QList<Sound> sounds, Ticket ticket)
+QCoro::Task<AutoFolder::Outcome> AutoFolder::deliver(QList<Sound> sounds, Ticket ticket)
 {
     Outcome outcome;
-    clearWorkshop(folder);
-    const QList<Step> steps = plan(sounds, m_manifest, namesIn(folder));
-    const auto end = qScopeGuard([folder] { clearWorkshop(folder); });
-    m_stepCount = int(steps.size());
-    for (const Step& step : steps) {
-        if (!ticket.isCurrent())
-            break;
-        const Sound sound =
-            *std::find_if(sounds.cbegin(), sounds.cend(), [&step](const Sound& one) { return one.id == step.id; });
-        try {
-            co_await take(folder, step, sound);
-            outcome.entries.insert(uuidText(step.id), {step.fileName, sound.name});
-            outcome.copied += step.rename ? 0 : 1;
-        } catch (const std::exception& error) {
-            outcome.problem = messageOf(error); // the last one counts; the next run tries again
-        }
-        ++m_stepsDone;
+    try {
+        const auto tidy = [bookmark = *m_bookmark] { clearWorkshop(whereIs(bookmark)); };
+        const auto look = [bookmark = *m_bookmark] {
+            const QString folder = whereIs(bookmark);
+            clearWorkshop(folder);
+            return namesIn(folder);
+        };
+        const QSet<QString> existing = co_await background(m_flows, m_workers.behind(), look);
+        const QList<Step> steps = ticket.isCurrent() ? plan(sounds, m_manifest, existing) : QList<Step>();
+        m_stepCount = int(steps.size());
         Q_EMIT changed();
+        for (const Step& step : steps) {
+            if (!ticket.isCurrent())
+                break;
+            co_await take(step, sounds, outcome);
+            ++m_stepsDone;
+            Q_EMIT changed();
+        }
+        // A folder that was renamed in the middle took a file that was being made along.
+        if (!steps.isEmpty())
+            co_await background(m_flows, m_workers.behind(), tidy);
+    } catch (const RunEnds& end) {
+        outcome.problem = end.message();
     }
-    co_return outcome;
+    co_return std::move(outcome);
 }
 
-QCoro::Task<> AutoFolder::take(QString folder, Step step, Sound sound)
+QCoro::Task<> AutoFolder::take(Step step, const QList<Sound>& sounds, Outcome& outcome)
 {
-    const QString path = folder + u'/' + step.fileName;
+    const Sound sound = *std::find_if(sounds.cbegin(), sounds.cend(), [&step](const Sound& one) { return one.id == step.id; });
     const QString key = uuidText(step.id);
     const AutoFolderEntry entry{step.fileName, sound.name};
-    const QString journalFolder = FolderBookmark::originalPath(*m_bookmark);
     const auto progress = std::make_shared<Progress>();
-    const auto work = [=, write = m_export, journal = m_journal] {
+    const auto work = [step, sound, entry, key, progress, bookmark = *m_bookmark, write = m_export, journal = m_journal] {
+        const QString journalFolder = FolderBookmark::originalPath(bookmark);
+        if (!journal.reserve(journalFolder, key, entry))
+            throw RunEnds(kUnsaved); // what can't be noted would be delivered again
         if (step.rename) {
-            Files::renameToFree(folder + u'/' + *step.rename, path);
+            const QString folder = whereIs(bookmark);
+            Files::renameToFree(folder + u'/' + *step.rename, folder + u'/' + step.fileName);
         } else {
-            const QString workshop = folder + u'/' + kWorkshop;
-            const QString unfinished = workshop + u'/' + step.fileName;
-            if (!QDir().mkpath(workshop))
-                throw FileError(FileError::Action::write, path, errno);
-            const auto end = qScopeGuard([unfinished] { QFile::remove(unfinished); });
-            write(sound, unfinished, *progress);
-            Files::syncFile(unfinished);
-            Files::renameToFree(unfinished, path);
+            deliverNew(bookmark, step.fileName, [&](const QString& path) { write(sound, path, *progress); });
         }
-        journal.append(journalFolder, key, entry);
+        return journal.append(journalFolder, key, entry);
     };
-    co_await background(m_flows, m_workers.behind(), work, progress);
+    bool isNoted = true;
+    try {
+        isNoted = co_await background(m_flows, m_workers.behind(), work, progress);
+    } catch (const RunEnds&) {
+        throw;
+    } catch (const std::exception& error) {
+        outcome.problem = messageOf(error); // the last one counts; the next run tries again
+        co_return;
+    }
+    outcome.entries.insert(key, entry);
+    outcome.copied += step.rename ? 0 : 1;
+    if (!isNoted)
+        throw RunEnds(kUnsaved);
 }
 
 void AutoFolder::exportSound(const Sound& sound, const QString& path, const Progress& progress)
@@ -176,8 +239,8 @@ void AutoFolder::exportSound(const Sound& sound, const QString& path, const Prog
     // The edge fades of every delivery, too short to be heard as such.
     constexpr double kFadeInSeconds = 0.004;
     constexpr double kFadeOutSeconds = 0.03;
-    AudioExporter::exportRange({sound.source, 0, sound.duration, ExportPreset::anyEditor, kFadeInSeconds, kFadeOutSeconds}, path,
-                               &progress);
+    const ExportRequest whole{sound.source, 0, sound.duration, ExportPreset::anyEditor, kFadeInSeconds, kFadeOutSeconds};
+    failingAs(sound.name, [&] { AudioExporter::exportRange(whole, path, &progress); });
 }
 
 QString AutoFolder::copiedText(int copied) const
@@ -193,6 +256,8 @@ void AutoFolder::record(const AutoFolderManifest& entries, const QString& proble
     m_problem = problem;
     if (!entries.isEmpty())
         saveManifest();
+    else if (m_defaults.isSaved())
+        m_journal.clear(); // of steps that came to nothing
     Q_EMIT changed();
 }
 

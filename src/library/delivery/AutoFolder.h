@@ -21,7 +21,8 @@ namespace tonequill {
 // named after it. Three promises: nothing is deleted from the folder or written
 // over, a file that the user deletes there is not copied again, and a renamed
 // sound is a renamed file. A file appears under its name only when it is
-// complete. One thread; only the copying leaves it. What is borrowed outlives it.
+// complete. The folder may go in the middle of a run, which then ends: it is asked
+// for before each step and never made. One thread; only the copying leaves it. What is borrowed outlives it.
 class AutoFolder : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY changed FINAL)
@@ -102,8 +103,9 @@ private:
         int copied = 0;
         QString problem;
     };
-    QCoro::Task<Outcome> deliver(QString folder, QList<Sound> sounds, Ticket ticket);
-    QCoro::Task<> take(QString folder, Step step, Sound sound);
+    QCoro::Task<Outcome> deliver(QList<Sound> sounds, Ticket ticket);
+    // What it did is in the outcome, whichever way it ends. Throws what ends the run.
+    QCoro::Task<> take(Step step, const QList<Sound>& sounds, Outcome& outcome);
     void setSyncing(bool isSyncing);
     void saveManifest();
 
@@ -115,6 +117,7 @@ private:
     bool m_enabled = false;
     QString m_folderName;
     std::optional<QByteArray> m_bookmark;
+    bool m_isKept = true; // the bookmark is on the disk
     AutoFolderManifest m_manifest;
     std::optional<double> m_lastSync;
     QString m_problem;

@@ -1,10 +1,17 @@
 #include "library/delivery/AutoFolderManifest.h"
 
+#include "platform/files/FileDescriptor.h"
 #include "platform/files/Files.h"
 
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +31,14 @@ std::optional<AutoFolderEntry> entryOf(const QJsonValue& value)
     if (!file.isString() || !name.isString())
         return std::nullopt;
     return AutoFolderEntry{file.toString(), name.toString()};
+}
+
+QByteArray lineOf(const QString& folder, const QString& key, const AutoFolderEntry& entry)
+{
+    QJsonObject line = objectOf(entry);
+    line.insert(u"id"_s, key);
+    line.insert(u"folder"_s, folder);
+    return QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n';
 }
 
 } // namespace
@@ -52,15 +67,22 @@ std::optional<AutoFolderManifest> decodeManifest(const QByteArray& json)
     return manifest;
 }
 
-void AutoFolderJournal::append(const QString& folder, const QString& key, const AutoFolderEntry& entry) const
+bool AutoFolderJournal::append(const QString& folder, const QString& key, const AutoFolderEntry& entry) const
 {
-    QJsonObject line = objectOf(entry);
-    line.insert(u"id"_s, key);
-    line.insert(u"folder"_s, folder);
-    QFile file(m_path);
+    const QByteArray line = lineOf(folder, key, entry);
+    FileDescriptor file(m_path, O_WRONLY | O_CREAT | O_APPEND, 0600);
     // A loss of power may lose lines, not files: each costs one more copy then.
-    if (file.open(QIODevice::Append))
-        file.write(QJsonDocument(line).toJson(QJsonDocument::Compact) + '\n');
+    return file.isOpen() && ::write(file.get(), line.constData(), std::size_t(line.size())) == line.size() && file.close();
+}
+
+bool AutoFolderJournal::reserve(const QString& folder, const QString& key, const AutoFolderEntry& entry) const
+{
+    const FileDescriptor file(m_path, O_WRONLY | O_CREAT | O_APPEND, 0600);
+    struct stat info = {};
+    if (!file.isOpen() || ::fstat(file.get(), &info) != 0)
+        return false;
+    const qsizetype bytes = lineOf(folder, key, entry).size();
+    return ::fallocate(file.get(), FALLOC_FL_KEEP_SIZE, info.st_size, bytes) == 0 || errno == EOPNOTSUPP || errno == ENOSYS;
 }
 
 AutoFolderManifest AutoFolderJournal::read(const QString& folder) const

@@ -25,14 +25,15 @@ std::optional<AutoFolderManifest> decodeManifest(const QByteArray& json);
 
 // What a run has done so far, kept beside the settings until the manifest has it.
 // A program that is ended in the middle of a run finds it at its next start, so
-// that no file is delivered twice. What cannot be written is left out silently.
-// One caller at a time, on any thread.
+// that no file is delivered twice. One caller at a time, on any thread.
 class AutoFolderJournal {
 public:
     explicit AutoFolderJournal(QString path) : m_path(std::move(path)) {}
 
-    // `folder` is the path that the run delivers to.
-    void append(const QString& folder, const QString& key, const AutoFolderEntry& entry) const;
+    // `folder` is the path that the run delivers to. False if it can't be written.
+    bool append(const QString& folder, const QString& key, const AutoFolderEntry& entry) const;
+    // Sees to it that the disk has room for that line. False if it has none.
+    bool reserve(const QString& folder, const QString& key, const AutoFolderEntry& entry) const;
     // What was done in that folder. A line that was cut off is left out.
     AutoFolderManifest read(const QString& folder) const;
     void clear() const;

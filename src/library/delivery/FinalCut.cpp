@@ -101,12 +101,11 @@ QString write(const QList<Clip>& clips, const QString& folder, const QString& ev
     return path;
 }
 
-bool send(const QList<Clip>& clips, const QString& folder, const QString& eventName, OtherApps& apps, const Clock& clock)
+bool send(const QString& document, OtherApps& apps)
 {
-    const QString path = write(clips, folder, eventName, clock);
-    if (apps.open(path, kBundle))
+    if (apps.open(document, kBundle))
         return true;
-    apps.reveal(path);
+    apps.reveal(document);
     return false;
 }
 

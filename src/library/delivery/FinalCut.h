@@ -29,12 +29,11 @@ bool isInstalled(const OtherApps& apps);
 QString fcpxml(const QList<Clip>& clips, const QString& eventName);
 
 // Writes the document into `folder`, named by the second, and gives its path.
-// Throws FileError.
+// Throws FileError. Any thread.
 QString write(const QList<Clip>& clips, const QString& folder, const QString& eventName, const Clock& clock);
 
-// Writes the document and opens it with the application; true then. Where the
-// application isn't there, or not any more, the document is shown to the user and
-// the result is false. Throws FileError as write() does; nothing is opened then.
-bool send(const QList<Clip>& clips, const QString& folder, const QString& eventName, OtherApps& apps, const Clock& clock);
+// Opens a document with the application; true then. Where the application isn't
+// there, or not any more, the document is shown to the user and the result is false.
+bool send(const QString& document, OtherApps& apps);
 
 } // namespace tonequill::FinalCut

@@ -8,7 +8,8 @@ namespace tonequill::FileNames {
 
 QString safe(const QString& name)
 {
-    QString result = name;
+    constexpr qsizetype kMostRead = 4096; // code units; enough for 80 characters, however many marks each has
+    QString result = text::withoutControls(name.left(kMostRead));
     for (QChar& character : result) {
         if (u"/:\\?*\"<>|"_s.contains(character))
             character = u'-';

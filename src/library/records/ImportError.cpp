@@ -19,7 +19,10 @@ QString sentence(ImportError::Kind kind, const QString& name)
 
 } // namespace
 
-ImportError::ImportError(Kind kind, const QString& name) : UserError(sentence(kind, name)), m_kind(kind)
+ImportError::ImportError(Kind kind, const QString& name, QString cause)
+    : UserError(sentence(kind, name)),
+      m_kind(kind),
+      m_cause(std::move(cause))
 {}
 
 } // namespace tonequill

@@ -25,8 +25,8 @@ constexpr std::array kGenericWords{
 
 bool isGeneric(const QString& name)
 {
-    QString rest = text::trimmed(text::lowercase(name));
-    constexpr qsizetype kShortestTellingName = 3; // characters
+    QString rest = text::trimmed(text::lowercase(text::shownPart(name))); // of megabytes the beginning tells enough
+    constexpr qsizetype kShortestTellingName = 3;                         // characters
     if (text::characterCount(rest) < kShortestTellingName)
         return true;
 

@@ -5,8 +5,11 @@
 
 #include <simdjson.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
+#include <vector>
 
 namespace tonequill::LibraryIndex {
 
@@ -80,6 +83,19 @@ T orMalformed(std::optional<T> value)
     return *value;
 }
 
+// Behind the quote that ends the text that begins at `at`; npos without one.
+std::size_t endOfText(std::string_view json, std::size_t at)
+{
+    for (;;) {
+        at = json.find_first_of("\"\\", at);
+        if (at == std::string_view::npos)
+            return at;
+        if (json[at] == '"')
+            return at + 1;
+        at += 2; // what is escaped ends nothing
+    }
+}
+
 SoundItem recordOf(element value)
 {
     object record;
@@ -106,6 +122,49 @@ SoundItem recordOf(element value)
     item.pageURL = optional(record, "pageURL", textOf);
     item.thumbnail = optional(record, "thumbnail", [](element field) { return listOf<std::vector<float>>(field, floatOf); });
     return item;
+}
+
+// The records of an index as they stand in it, found by their brackets alone; none if
+// it is no array of objects. Each is then read by itself: the tables of a parser over
+// the whole of it would take several times its memory.
+std::optional<std::vector<std::string_view>> recordsIn(std::string_view json)
+{
+    std::size_t at = 0;
+    const auto next = [&] { // behind the white space; 0 at the end
+        at = std::min(json.find_first_not_of(" \t\n\r", at), json.size());
+        return at < json.size() ? json[at] : '\0';
+    };
+    std::vector<std::string_view> records;
+    if (next() != '[')
+        return std::nullopt;
+    ++at;
+    for (char expected = next() == ']' ? ']' : '{'; expected == '{';) {
+        if (next() != '{')
+            return std::nullopt;
+        const std::size_t start = at;
+        int depth = 0;
+        do {
+            at = json.find_first_of("{}[]\"", at);
+            if (at == std::string_view::npos)
+                return std::nullopt;
+            const char found = json[at++];
+            if (found == '"') {
+                at = endOfText(json, at);
+                if (at == std::string_view::npos)
+                    return std::nullopt;
+            } else {
+                depth += found == '{' || found == '[' ? 1 : -1;
+            }
+        } while (depth > 0);
+        records.push_back(json.substr(start, at - start));
+        const char behind = next();
+        if (behind != ',' && behind != ']')
+            return std::nullopt;
+        expected = behind == ',' ? '{' : ']';
+        at += behind == ',' ? 1 : 0;
+    }
+    ++at; // the bracket
+    return next() == '\0' && at == json.size() ? std::optional(std::move(records)) : std::nullopt;
 }
 
 } // namespace
@@ -139,16 +198,27 @@ QByteArray encode(const SoundItem& item)
 
 std::optional<QList<SoundItem>> decode(const QByteArray& json)
 {
-    simdjson::dom::parser parser;
-    element root;
-    // The parser copies the bytes to give them the padding that it reads over.
-    if (parser.parse(json.constData(), static_cast<std::size_t>(json.size())).get(root) != simdjson::SUCCESS)
+    const std::string_view bytes(json.constData(), static_cast<std::size_t>(json.size()));
+    const auto records = recordsIn(bytes);
+    if (!records)
         return std::nullopt;
+    QList<SoundItem> items;
+    items.reserve(qsizetype(records->size()));
+    simdjson::dom::parser parser;
     try {
-        return listOf<QList<SoundItem>>(root, recordOf);
+        for (const std::string_view record : *records) {
+            // It reads over the end, and copies what has no room for that.
+            const auto behind = static_cast<std::size_t>(bytes.end() - record.end());
+            const bool needsCopy = behind < simdjson::SIMDJSON_PADDING;
+            element root;
+            if (parser.parse(record.data(), record.size(), needsCopy).get(root) != simdjson::SUCCESS)
+                return std::nullopt;
+            items.append(recordOf(root));
+        }
     } catch (const Malformed&) {
         return std::nullopt;
     }
+    return items;
 }
 
 } // namespace tonequill::LibraryIndex

@@ -2,12 +2,15 @@
 
 #include "audio/analysis/AudioAnalyzer.h"
 #include "base/Background.h"
+#include "base/Text.h"
 #include "base/Uuid.h"
 #include "library/records/NamePolicy.h"
 #include "library/store/LibraryIndex.h"
 #include "platform/files/Files.h"
 #include "platform/files/ScratchFile.h"
+#include "platform/files/SystemPath.h"
 #include "platform/media/MediaTracks.h"
+#include "platform/media/NamedFailures.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,7 +27,7 @@ namespace tonequill {
 namespace {
 
 constexpr auto kIndexName = "index.json"_L1;
-// An empty file that stands beside an audio file until the index names it.
+// An empty file that stands beside an audio file while no index on the disk may name it.
 constexpr auto kImportMark = ".importing-"_L1;
 constexpr qint64 kLargestIndex = qint64(1) << 30; // a million sounds; more is no index of ours
 constexpr int kThumbnailBins = 48;
@@ -36,18 +39,31 @@ bool isSoundFileName(const QString& name)
            name != kIndexName;
 }
 
-// The names of the regular files in a folder. One listing without a question for
-// each file: bench/Library.cpp opens 100,000 sounds.
-QSet<QString> filesIn(const QString& folder)
+// The names of the regular files in a folder, and of what the disk doesn't tell the kind
+// of; none if it doesn't tell the names.
+// One listing without a question for each file: bench/Library.cpp opens 100,000 sounds.
+std::optional<QSet<QString>> filesIn(const QString& folder)
 {
     QSet<QString> names;
-    std::error_code ignored;
-    const std::filesystem::path path = QFile::encodeName(folder).toStdString();
-    for (std::filesystem::directory_iterator entry(path, ignored), end; entry != end; entry.increment(ignored)) {
-        if (entry->is_regular_file(ignored))
+    std::error_code failure;
+    const std::filesystem::path path = systemPath(folder).toStdString();
+    for (std::filesystem::directory_iterator entry(path, failure), end; !failure && entry != end; entry.increment(failure)) {
+        std::error_code unknown;
+        if (entry->is_regular_file(unknown) || (unknown && unknown != std::errc::no_such_file_or_directory))
             names.insert(QFile::decodeName(entry->path().filename().c_str()));
     }
-    return names;
+    return failure ? std::nullopt : std::optional(std::move(names));
+}
+
+// Why a file can't be read at all; empty for one that can.
+QString causeOf(const QString& source)
+{
+    try {
+        Files::requireReadable(source);
+        return {};
+    } catch (const FileError& error) {
+        return error.message();
+    }
 }
 
 struct ImportedFile {
@@ -64,7 +80,7 @@ ImportedFile bringIn(const QString& source, const QString& folder, const QUuid& 
         try {
             return mediaTracks(source, progress);
         } catch (const AudioFileError&) {
-            throw ImportError::unsupported(name);
+            throw ImportError::unsupported(name, causeOf(source));
         }
     }();
     if (tracks.audioCount == 0)
@@ -121,16 +137,19 @@ void LibraryStore::load()
     m_indexWasReadable = records.has_value();
     if (!records)
         return;
-    const QSet<QString> present = filesIn(m_folder);
-    for (SoundItem& item : *records) {
-        if (isSoundFileName(item.fileName) && present.contains(item.fileName))
-            m_items.append(std::move(item));
-    }
+    const auto present = filesIn(m_folder);
+    m_wasListed = present.has_value();
+    m_items = std::move(*records);
+    m_items.removeIf([&present](const SoundItem& item) {
+        return !isSoundFileName(item.fileName) || (present && !present->contains(item.fileName));
+    });
+    for (SoundItem& item : m_items)
+        item.name = text::withoutControls(item.name);
     m_encoded.resize(m_items.size());
     m_search.reset(m_items.size());
 }
 
-void LibraryStore::save(const QStringList& imported)
+int LibraryStore::save(const QStringList& imported, const QList<IndexWriter::Leaving>& leaving)
 {
     std::vector<QByteArray> chunks;
     chunks.reserve(static_cast<std::size_t>(m_items.size()) * 2 + 2);
@@ -143,12 +162,19 @@ void LibraryStore::save(const QStringList& imported)
     chunks.push_back(m_items.isEmpty() ? "[]" : "]");
     QStringList marks; // not needed once the index names the files
     for (const QString& fileName : imported)
-        marks << m_folder + u'/' + kImportMark + fileName;
-    m_writer.write(std::move(chunks), marks);
+        marks << markOf(fileName);
+    return m_writer.write(std::move(chunks), marks, leaving);
+}
+
+QString LibraryStore::markOf(const QString& fileName) const
+{
+    return m_folder + u'/' + kImportMark + fileName;
 }
 
 void LibraryStore::sweepUnfinished()
 {
+    if (!m_wasListed)
+        return; // a disk that fails is left alone
     Files::sweepStrays(m_folder);
     const bool isReplaced = m_writer.writeCount() > 0 && m_writer.finish();
     if (!m_indexWasReadable && !isReplaced)
@@ -190,12 +216,13 @@ bool LibraryStore::contains(const QString& sourceID) const
 QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin origin, QStringList tags,
                                                 std::optional<SoundInfo> info, ProgressPtr progress)
 {
-    const QString name = info && info->name ? *info->name : Files::stem(source);
+    const QString name = text::withoutControls(info && info->name ? *info->name : Files::stem(source));
+    const QString knownAs = info && info->name ? name : QFileInfo(source).fileName();
     const QUuid id = QUuid::createUuid();
     if (!progress)
         progress = std::make_shared<Progress>(); // it is cancelled when the store closes
-    const auto work = [source, folder = m_folder, id, name, progress] {
-        return bringIn(source, folder, id, name, progress.get());
+    const auto work = [source, folder = m_folder, id, name, knownAs, progress] {
+        return failingAs(knownAs, [&] { return bringIn(source, folder, id, name, progress.get()); });
     };
     ImportedFile imported = co_await background(m_flows, m_workers.shown(), work, progress);
 
@@ -231,12 +258,9 @@ QCoro::Task<SoundItem> LibraryStore::importFile(QString source, SoundOrigin orig
 QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, QString fileExtension, SoundOrigin origin,
                                                 QStringList tags)
 {
-    const QString path = QDir::tempPath() + u'/' + uuidText(QUuid::createUuid()) + u'.' + fileExtension;
-    struct Temporary {
-        QString path;
-        ~Temporary() { QFile::remove(path); }
-    } const temporary{path};
-    const auto write = [path, data] { Files::writeDurably(path, std::span(&data, 1)); };
+    const ScratchFile temporary = ScratchFile::withExtension(fileExtension);
+    const QString path = temporary.path();
+    const auto write = [path, name, data] { failingAs(name, [&] { Files::writeDurably(path, std::span(&data, 1)); }); };
     co_await background(m_flows, m_workers.shown(), write);
     SoundInfo info;
     info.name = name;
@@ -258,6 +282,7 @@ const SoundItem* LibraryStore::change(const QUuid& id, const std::function<void(
     if (index < 0)
         return nullptr;
     change(m_items[index]);
+    m_items[index].name = text::withoutControls(m_items[index].name);
     m_encoded[index].clear();
     m_search.changed(index);
     Q_EMIT itemChanged(int(index));
@@ -286,23 +311,62 @@ SoundItem LibraryStore::rename(const SoundItem& item, const QString& name, std::
     });
 }
 
-void LibraryStore::deleteItems(const QList<SoundItem>& items)
+QCoro::Task<bool> LibraryStore::deleteItems(QList<SoundItem> items)
 {
     QSet<QUuid> ids;
-    for (const SoundItem& item : items) {
+    for (const SoundItem& item : items)
         ids.insert(item.id);
-        if (isSoundFileName(item.fileName))
-            QFile::remove(path(item));
+    const QList<Taken> taken = takeOut(ids);
+    const QList<IndexWriter::Leaving> leaving = filesOnlyOf(taken);
+    const int state = save({}, leaving);
+    for (int seen = 0; seen != m_writer.newest();) { // until no save is on its way that may be told of it
+        seen = m_writer.newest();
+        co_await saved();
     }
-    for (qsizetype index = m_items.size() - 1; index >= 0; --index) {
+    if (m_writer.hasWritten(state))
+        co_return true;
+    m_writer.keep(leaving);
+    putBack(taken);
+    co_return false;
+}
+
+QList<LibraryStore::Taken> LibraryStore::takeOut(const QSet<QUuid>& ids)
+{
+    QList<Taken> taken;
+    // Whoever is told of one may remove others.
+    for (qsizetype index = m_items.size() - 1; index >= 0; index = std::min(index, m_items.size()) - 1) {
         if (!ids.contains(m_items[index].id))
             continue;
-        m_items.removeAt(index);
+        taken.append({index, m_items.takeAt(index)});
         m_encoded.removeAt(index);
         m_search.removed(index);
         Q_EMIT itemRemoved(int(index));
     }
-    save();
+    return taken;
+}
+
+void LibraryStore::putBack(const QList<Taken>& taken)
+{
+    for (auto one = taken.crbegin(); one != taken.crend(); ++one) { // the first in the list was the last to go
+        const qsizetype index = std::min(one->index, m_items.size());
+        m_items.insert(index, one->item);
+        m_encoded.insert(index, QByteArray());
+        m_search.inserted(index);
+        Q_EMIT itemInserted(int(index));
+    }
+}
+
+QList<IndexWriter::Leaving> LibraryStore::filesOnlyOf(const QList<Taken>& taken) const
+{
+    QSet<QString> others;
+    for (const SoundItem& item : m_items)
+        others.insert(item.fileName);
+    QList<IndexWriter::Leaving> leaving;
+    for (const Taken& one : taken) {
+        if (isSoundFileName(one.item.fileName) && !others.contains(one.item.fileName))
+            leaving.append({path(one.item), markOf(one.item.fileName)});
+    }
+    return leaving;
 }
 
 } // namespace tonequill

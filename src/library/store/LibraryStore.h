@@ -10,6 +10,7 @@
 #include <QCoroTask>
 #include <QList>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <optional>
@@ -31,7 +32,7 @@ public:
 
     // Creates the folder where it is missing and reads its index. An index that
     // cannot be read gives an empty library, and records whose file is gone are
-    // left out. Nothing is written here.
+    // left out, unless the disk can't list the folder. Nothing is written here.
     LibraryStore(Clock& clock, Workers& workers, const QString& folder = defaultFolder());
     // Ends the imports that are on their way. Nothing is brought in from then on.
     void close() { m_flows.end(); }
@@ -82,8 +83,11 @@ public:
     SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
     SoundItem rename(const SoundItem& item, const QString& name, std::optional<bool> nameIsAuto = {});
 
-    // Removes the files and every record of their ids, and saves once.
-    void deleteItems(const QList<SoundItem>& items);
+    // Takes every record of their ids out of the list, at once, and their files from the
+    // disk once the index no longer names them. False if the index couldn't be written:
+    // the records are back in the list then, and the files stay. A file that another
+    // record names stays as well.
+    QCoro::Task<bool> deleteItems(QList<SoundItem> items);
 
     // Removes what a killed program left behind: half-written indexes and the
     // files of imports that never reached the index. Files that it doesn't know
@@ -103,8 +107,16 @@ Q_SIGNALS:
     void itemRemoved(int index);
 
 private:
+    struct Taken {
+        qsizetype index; // it had when it was taken out
+        SoundItem item;
+    };
     void load();
-    void save(const QStringList& imported = {});
+    int save(const QStringList& imported = {}, const QList<IndexWriter::Leaving>& leaving = {});
+    QString markOf(const QString& fileName) const;
+    QList<Taken> takeOut(const QSet<QUuid>& ids); // last first
+    void putBack(const QList<Taken>& taken);
+    QList<IndexWriter::Leaving> filesOnlyOf(const QList<Taken>& taken) const;
     const SoundItem* change(const QUuid& id, const std::function<void(SoundItem&)>& change);
     qsizetype indexOf(const QUuid& id) const;
 
@@ -115,6 +127,7 @@ private:
     QList<QByteArray> m_encoded;    // each record's bytes in the index; empty until they are needed
     mutable LibrarySearch m_search; // with a cache of its own
     bool m_indexWasReadable = true;
+    bool m_wasListed = true;
     IndexWriter m_writer;
     FlowGroup m_flows; // last
 };

@@ -1,6 +1,6 @@
 #include "platform/files/FileDescriptor.h"
 
-#include <QFile>
+#include "platform/files/SystemPath.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 namespace tonequill {
 
 FileDescriptor::FileDescriptor(const QString& path, int flags, mode_t mode)
-    : m_fd(::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC, mode))
+    : m_fd(::open(systemPath(path).constData(), flags | O_CLOEXEC, mode))
 {}
 
 FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept

@@ -2,6 +2,9 @@
 
 #include "base/Text.h"
 #include "platform/files/FileDescriptor.h"
+#include "platform/files/FreeRename.h"
+#include "platform/files/ScratchFile.h"
+#include "platform/files/SystemPath.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,6 +48,8 @@ FileError::Reason reasonOf(int systemError)
         return FileError::Reason::readOnly;
     case EEXIST:
         return FileError::Reason::taken;
+    case EISDIR:
+        return FileError::Reason::folder;
     default:
         return FileError::Reason::other;
     }
@@ -78,28 +83,13 @@ QString becauseOf(FileError::Reason reason, int systemError)
         return u"the disk is read-only"_s;
     case FileError::Reason::taken:
         return u"there is another file of that name"_s;
+    case FileError::Reason::folder:
+        return u"it is a folder"_s;
     case FileError::Reason::other:
         return QString::fromLocal8Bit(std::strerror(systemError)).toLower();
     }
     Q_UNREACHABLE();
 }
-
-// Removes a file on every way out, unless it was kept.
-class Removal {
-public:
-    explicit Removal(QString path) : m_path(std::move(path)) {}
-    ~Removal()
-    {
-        if (!m_path.isEmpty())
-            QFile::remove(m_path);
-    }
-    Removal(const Removal&) = delete;
-    Removal& operator=(const Removal&) = delete;
-    void keep() { m_path.clear(); }
-
-private:
-    QString m_path;
-};
 
 // False with errno set if not all bytes could be written.
 bool writeAll(int fd, const char* bytes, qint64 size)
@@ -116,6 +106,15 @@ bool writeAll(int fd, const char* bytes, qint64 size)
     return true;
 }
 
+// Whether both paths are one file whose names differ in case alone.
+bool isAnotherCase(const QString& from, const QString& to)
+{
+    struct stat old = {};
+    struct stat present = {};
+    return from != to && from.compare(to, Qt::CaseInsensitive) == 0 && ::lstat(systemPath(from).constData(), &old) == 0 &&
+           ::lstat(systemPath(to).constData(), &present) == 0 && old.st_dev == present.st_dev && old.st_ino == present.st_ino;
+}
+
 constexpr auto kStrayPrefix = ".tonequill-"_L1;
 constexpr auto kStraySuffix = ".tmp"_L1;
 
@@ -128,10 +127,25 @@ QString temporaryBeside(const QString& path)
 } // namespace
 
 FileError::FileError(Action action, const QString& path, int systemError)
-    : UserError(u"“%1” couldn't be %2 because %3."_s.arg(QFileInfo(path).fileName(), verbOf(action),
-                                                         becauseOf(reasonOf(systemError), systemError))),
-      m_reason(reasonOf(systemError))
+    : FileError(action, path, systemError, QFileInfo(path).fileName())
 {}
+
+FileError::FileError(Action action, const QString& path, int systemError, const QString& name)
+    : UserError(u"“%1” couldn't be %2 because %3."_s.arg(name, verbOf(action), becauseOf(reasonOf(systemError), systemError))),
+      m_action(action),
+      m_path(path),
+      m_systemError(systemError)
+{}
+
+FileError FileError::named(const QString& name) const
+{
+    return {m_action, m_path, m_systemError, name};
+}
+
+FileError::Reason FileError::reason() const
+{
+    return reasonOf(m_systemError);
+}
 
 namespace Files {
 
@@ -183,7 +197,7 @@ void writeDurably(const QString& path, std::span<const QByteArray> chunks, Priva
     FileDescriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, privacy == Privacy::ownerOnly ? 0600 : 0644);
     if (!file.isOpen())
         fail();
-    Removal removal(temporary);
+    ScratchFile scratch(temporary);
     // Small chunks are gathered, so that many records cost few system calls.
     constexpr qsizetype kBlock = 1 << 20;
     QByteArray block;
@@ -206,9 +220,9 @@ void writeDurably(const QString& path, std::span<const QByteArray> chunks, Priva
     flush();
     if (::fsync(file.get()) != 0 || !file.close())
         fail();
-    if (::rename(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) != 0)
+    if (::rename(systemPath(temporary).constData(), systemPath(path).constData()) != 0)
         fail();
-    removal.keep();
+    scratch.keep();
     syncFolder(QFileInfo(path).path());
 }
 
@@ -224,7 +238,7 @@ void copy(const QString& source, const QString& destination, Progress* progress)
     FileDescriptor to(destination, O_WRONLY | O_CREAT | O_EXCL, 0644);
     if (!to.isOpen())
         fail(errno);
-    Removal removal(destination);
+    ScratchFile scratch(destination);
 
     constexpr std::size_t kBlock = 1 << 20; // enough for full speed; 50 ms of a slow disk (20 MB/s)
     bool byKernel = true;                   // copy_file_range shares the bytes where the file system can
@@ -260,37 +274,59 @@ void copy(const QString& source, const QString& destination, Progress* progress)
     }
     if (!to.close())
         fail(errno);
-    removal.keep();
+    scratch.keep();
 }
 
 void renameToFree(const QString& from, const QString& to)
 {
     const auto fail = [&from](int systemError) { throw FileError(FileError::Action::rename, from, systemError); };
-    if (from.contains(QChar(u'\0')) || to.contains(QChar(u'\0')))
-        fail(EINVAL); // the system would end the name there
-    const QByteArray source = QFile::encodeName(from);
-    const QByteArray target = QFile::encodeName(to);
-    if (::renameat2(AT_FDCWD, source.constData(), AT_FDCWD, target.constData(), RENAME_NOREPLACE) == 0)
-        return;
-    const int failure = errno;
-    const bool isUnknownHere = failure == EINVAL || failure == ENOSYS; // some network file systems
-    if (failure != EEXIST && !isUnknownHere)
+    const QByteArray source = systemPath(from);
+    const QByteArray target = systemPath(to);
+    if (source.isEmpty() || target.isEmpty())
+        fail(EINVAL);
+    int failure = 0;
+    for (const auto rename : {FreeRename::inOneStep, FreeRename::byLink, FreeRename::byReservation}) {
+        failure = rename(source, target);
+        if (!FreeRename::isUnknown(failure))
+            break;
+    }
+    if (failure == EEXIST && isAnotherCase(from, to))
+        failure = ::rename(source.constData(), target.constData()) == 0 ? 0 : errno;
+    if (failure != 0)
         fail(failure);
-    struct stat old = {};
-    struct stat present = {};
-    const bool isTaken = ::lstat(target.constData(), &present) == 0;
-    const bool isItself = isTaken && ::lstat(source.constData(), &old) == 0 && old.st_dev == present.st_dev &&
-                          old.st_ino == present.st_ino && from != to && from.compare(to, Qt::CaseInsensitive) == 0;
-    if (isTaken && !isItself)
-        fail(EEXIST);
-    if (::rename(source.constData(), target.constData()) != 0)
-        fail(errno);
+}
+
+QString moveToFree(const QString& from, const QString& folder, const QString& stem, const QString& extension)
+{
+    const QDir directory(folder);
+    for (int count = 1;; ++count) {
+        const QString name = count == 1 ? fittingName(stem, extension) : countedName(stem, count, extension);
+        try {
+            renameToFree(from, directory.filePath(name));
+            return directory.filePath(name);
+        } catch (const FileError& error) {
+            if (error.reason() != FileError::Reason::taken)
+                throw;
+        }
+    }
 }
 
 void requireEnterable(const QString& folder)
 {
-    if (::access(QFile::encodeName(folder).constData(), R_OK | X_OK) != 0)
+    if (::access(systemPath(folder).constData(), R_OK | X_OK) != 0)
         throw FileError(FileError::Action::read, folder, errno);
+}
+
+void requireReadable(const QString& path)
+{
+    const QByteArray file = systemPath(path);
+    struct stat info = {};
+    if (::stat(file.constData(), &info) != 0)
+        throw FileError(FileError::Action::read, path, errno);
+    if (!S_ISREG(info.st_mode))
+        throw FileError(FileError::Action::read, path, S_ISDIR(info.st_mode) ? EISDIR : EINVAL);
+    if (::access(file.constData(), R_OK) != 0)
+        throw FileError(FileError::Action::read, path, errno);
 }
 
 void syncFile(const QString& path)

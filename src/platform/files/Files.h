@@ -16,14 +16,21 @@ namespace tonequill {
 class FileError : public UserError {
 public:
     enum class Action { read, write, copy, rename };
-    enum class Reason { notFound, noPermission, diskFull, readOnly, taken, other };
+    enum class Reason { notFound, noPermission, diskFull, readOnly, taken, folder, other };
 
     // `systemError` is an errno value.
     FileError(Action action, const QString& path, int systemError);
-    Reason reason() const { return m_reason; }
+    Reason reason() const;
+
+    // The same failure of a file that the user knows by another name.
+    FileError named(const QString& name) const;
 
 private:
-    Reason m_reason;
+    FileError(Action action, const QString& path, int systemError, const QString& name);
+
+    Action m_action;
+    QString m_path;
+    int m_systemError;
 };
 
 // Everything the program does to files that are kept. Any thread.
@@ -50,11 +57,19 @@ void copy(const QString& source, const QString& destination, Progress* progress 
 
 // Renames `from` within its file system in one step, never over another file.
 // Throws FileError: `taken` where something is at `to`, `from` itself included;
-// only its own name in another case may be.
+// only its own name in another case may be. A path with a U+0000 is refused, here
+// as everywhere.
 void renameToFree(const QString& from, const QString& to);
+
+// The same, to the first name in `folder` that is free: "stem.extension", then
+// "stem 2.extension", "stem 3.extension", … without limit. The path that it got.
+QString moveToFree(const QString& from, const QString& folder, const QString& stem, const QString& extension);
 
 // Throws FileError where the entries of a folder can't be listed and opened.
 void requireEnterable(const QString& folder);
+
+// Throws FileError where there is no regular file that can be read. It isn't opened.
+void requireReadable(const QString& path);
 
 // Brings a file, or the entries of a folder, to the disk. Throws FileError.
 void syncFile(const QString& path);

@@ -1,6 +1,6 @@
 #include "platform/files/FolderIdentity.h"
 
-#include <QFile>
+#include "platform/files/SystemPath.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,7 @@ namespace tonequill {
 std::optional<FolderIdentity> FolderIdentity::of(const QString& path)
 {
     struct stat info = {};
-    if (::stat(QFile::encodeName(path).constData(), &info) != 0 || !S_ISDIR(info.st_mode))
+    if (::stat(systemPath(path).constData(), &info) != 0 || !S_ISDIR(info.st_mode))
         return std::nullopt;
     return FolderIdentity{info.st_dev, info.st_ino};
 }
@@ -22,7 +22,7 @@ std::optional<FolderIdentity> FolderIdentity::of(const QString& path)
 std::optional<quint64> fileSystemAt(const QString& path)
 {
     struct statfs info = {};
-    if (::statfs(QFile::encodeName(path).constData(), &info) != 0)
+    if (::statfs(systemPath(path).constData(), &info) != 0)
         return std::nullopt;
     return quint64(info.f_type);
 }

@@ -15,9 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString sentence(AudioFileError::Kind kind, const QString& path, const QString& detail)
+QString sentence(AudioFileError::Kind kind, const QString& fileName, const QString& detail)
 {
-    const QString name = u"“"_s + QFileInfo(path).fileName() + u"”"_s;
+    const QString name = u"“"_s + fileName + u"”"_s;
     const auto tell = [&] {
         switch (kind) {
         case AudioFileError::Kind::open:
@@ -55,8 +55,13 @@ std::unique_ptr<AudioFile::Source> openSource(const QString& path, const Progres
 } // namespace
 
 AudioFileError::AudioFileError(Kind kind, const QString& path, const QString& detail)
-    : UserError(sentence(kind, path, detail)),
-      m_kind(kind)
+    : AudioFileError(kind, Name{QFileInfo(path).fileName()}, detail)
+{}
+
+AudioFileError::AudioFileError(Kind kind, const Name& name, const QString& detail)
+    : UserError(sentence(kind, name.text, detail)),
+      m_kind(kind),
+      m_detail(detail)
 {}
 
 AudioFile::AudioFile(const QString& path, const Progress* progress)

@@ -17,8 +17,17 @@ public:
     AudioFileError(Kind kind, const QString& path, const QString& detail = {});
     Kind kind() const { return m_kind; }
 
+    // The same failure of a file that the user knows by another name.
+    AudioFileError named(const QString& name) const { return {m_kind, Name{name}, m_detail}; }
+
 private:
+    struct Name {
+        QString text;
+    };
+    AudioFileError(Kind kind, const Name& name, const QString& detail);
+
     Kind m_kind;
+    QString m_detail;
 };
 
 // An audio file (or the first sound track of a media file) opened for reading:

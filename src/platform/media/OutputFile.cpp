@@ -1,8 +1,7 @@
 #include "platform/media/OutputFile.h"
 
+#include "platform/files/SystemPath.h"
 #include "platform/media/AudioFile.h"
-
-#include <QFile>
 
 #include <cerrno>
 #include <cstring>
@@ -55,7 +54,7 @@ OutputFile::~OutputFile()
 {
     m_file.close(); // first: some file systems don't remove what is open
     if (!m_isFinished)
-        ::unlink(QFile::encodeName(m_path).constData());
+        ::unlink(systemPath(m_path).constData());
 }
 
 bool OutputFile::tryWrite(const void* from, qint64 bytes, qint64 offset) noexcept

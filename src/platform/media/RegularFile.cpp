@@ -1,8 +1,7 @@
 #include "platform/media/RegularFile.h"
 
+#include "platform/files/SystemPath.h"
 #include "platform/media/AudioFile.h"
-
-#include <QFile>
 
 #include <cerrno>
 
@@ -15,7 +14,7 @@ namespace tonequill {
 RegularFile::RegularFile(const QString& path, const Progress* progress) : m_path(path), m_progress(progress)
 {
     struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::stat(systemPath(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         throw AudioFileError(AudioFileError::Kind::open, path);
     // Not blocking, in case the name became a pipe since the look at it.
     m_file = FileDescriptor(path, O_RDONLY | O_NONBLOCK);

@@ -1,15 +1,12 @@
 #include "platform/network/LocalLanguageModel.h"
 
 #include "base/FlowGroup.h"
-#include "platform/network/CappedReply.h"
+#include "platform/network/Http.h"
 #include "platform/process/Defaults.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkAccessManager>
-#include <QNetworkProxy>
-#include <QNetworkRequest>
 
 namespace tonequill {
 
@@ -18,27 +15,26 @@ using Kind = LanguageModelError::Kind;
 
 struct LocalLanguageModel::State {
     Settings settings;
-    std::unique_ptr<QNetworkAccessManager> manager; // none: the model is gone
-    QElapsedTimer asked;                            // since the server was last looked for
-    QString model;                                  // what it has; empty: it wasn't there
+    std::optional<Http> http; // none: the model is gone
+    QElapsedTimer asked;      // since the server was last looked for
+    QElapsedTimer tired;      // since it took too long for an answer
+    QString model;            // what it has; empty: it wasn't there
     FlowGroup flows;
 
     bool knows() const { return asked.isValid() && asked.elapsed() < settings.keepTime.count(); }
+    bool rests() const { return tired.isValid() && tired.elapsed() < settings.restTime.count(); }
 };
 
 namespace {
 
-QNetworkRequest requestFor(const QUrl& base, const QString& path)
+QUrl addressOf(const QUrl& base, const QString& path)
 {
     QUrl address = base;
     QString start = base.path();
     while (start.endsWith(u'/'))
         start.chop(1);
     address.setPath(start + path);
-    QNetworkRequest request(address);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    return request;
+    return address;
 }
 
 // The wanted model, or the first that can chat; empty if there is none.
@@ -85,24 +81,24 @@ QJsonObject anyObject()
 }
 
 // The HTTP states by which servers that know no schemas answer.
-bool refusesSchemas(const CappedReply& reply)
+bool refusesSchemas(const HttpReply& reply)
 {
-    return reply.outcome == CappedReply::Outcome::answered &&
+    return reply.outcome == HttpReply::Outcome::answered &&
            (reply.status == 400 || reply.status == 422 || reply.status == 500 || reply.status == 501);
 }
 
-QJsonObject recordIn(const CappedReply& reply, const RecordSchema& schema)
+QJsonObject recordIn(const HttpReply& reply, const RecordSchema& schema)
 {
     switch (reply.outcome) {
-    case CappedReply::Outcome::answered:
+    case HttpReply::Outcome::answered:
         break;
-    case CappedReply::Outcome::unreachable:
+    case HttpReply::Outcome::offline:
         throw LanguageModelError(Kind::unavailable);
-    case CappedReply::Outcome::timedOut:
+    case HttpReply::Outcome::timedOut:
         throw LanguageModelError(Kind::timedOut);
-    case CappedReply::Outcome::tooLarge:
+    case HttpReply::Outcome::badResponse:
         throw LanguageModelError(Kind::badAnswer);
-    case CappedReply::Outcome::cancelled:
+    case HttpReply::Outcome::cancelled:
         throw LanguageModelError(Kind::cancelled);
     }
     if (reply.status != 200)
@@ -124,25 +120,28 @@ QJsonObject recordIn(const CappedReply& reply, const RecordSchema& schema)
 
 using Shared = std::shared_ptr<LocalLanguageModel::State>;
 
-QCoro::Task<CappedReply> fetch(Shared state, QString path, QByteArray body, std::chrono::milliseconds time)
+QCoro::Task<HttpReply> fetch(Shared state, QString path, QByteArray body, std::chrono::milliseconds time)
 {
-    const auto send = [&](std::function<void(CappedReply)> take) {
-        fetchCapped(*state->manager, requestFor(state->settings.base, path), body, time, state->settings.largestAnswer,
-                    std::move(take));
-    };
+    HttpRequest request;
+    request.url = addressOf(state->settings.base, path);
+    request.body = body;
+    request.headers = {{"Content-Type", "application/json"}};
+    request.timeOut = time;
+    request.deadline = time;
+    request.largestBody = state->settings.largestAnswer;
     try {
-        co_return co_await state->flows.reply<CappedReply>(send);
+        co_return co_await state->http->fetch(state->flows, request);
     } catch (const Cancelled&) {
     }
-    co_return CappedReply{CappedReply::Outcome::cancelled, 0, {}};
+    co_return HttpReply{HttpReply::Outcome::cancelled, 0, {}, {}, {}};
 }
 
-QCoro::Task<CappedReply> probe(const Shared& state)
+QCoro::Task<HttpReply> probe(const Shared& state)
 {
     return fetch(state, u"/models"_s, {}, state->settings.probeTime);
 }
 
-QCoro::Task<CappedReply> post(const Shared& state, const QByteArray& body, std::chrono::milliseconds time)
+QCoro::Task<HttpReply> post(const Shared& state, const QByteArray& body, std::chrono::milliseconds time)
 {
     return fetch(state, u"/chat/completions"_s, body, std::max(time, std::chrono::milliseconds(0)));
 }
@@ -150,21 +149,23 @@ QCoro::Task<CappedReply> post(const Shared& state, const QByteArray& body, std::
 bool canBeAsked(const Shared& state)
 {
     const QString scheme = state->settings.base.scheme();
-    return state->manager && (scheme == u"http" || scheme == u"https");
+    return state->http && (scheme == u"http" || scheme == u"https");
 }
 
 // The coroutines hold the state, never the model: it may go while they wait. They
 // return copies, because QCoro 0.8 moves out of whatever variable it is given.
 QCoro::Task<QString> findModel(Shared state)
 {
+    if (state->rests())
+        co_return QString(); // it would keep the next one waiting as well
     if (state->knows())
         co_return QString(state->model);
     if (!canBeAsked(state))
         co_return QString();
-    const CappedReply reply = co_await probe(state);
-    if (reply.outcome == CappedReply::Outcome::cancelled)
+    const HttpReply reply = co_await probe(state);
+    if (reply.outcome == HttpReply::Outcome::cancelled)
         co_return QString();
-    const bool isThere = reply.outcome == CappedReply::Outcome::answered && reply.status == 200;
+    const bool isThere = reply.outcome == HttpReply::Outcome::answered && reply.status == 200;
     state->model = isThere ? chosenModel(reply.body, state->settings.model) : QString();
     state->asked.start();
     co_return QString(state->model);
@@ -179,21 +180,23 @@ QCoro::Task<bool> hasModel(Shared state)
 QCoro::Task<QJsonObject> ask(Shared state, QString instructions, QString prompt, RecordSchema schema)
 {
     const QString model = co_await findModel(state);
-    if (!state->manager)
+    if (!state->http)
         throw LanguageModelError(Kind::cancelled);
     if (model.isEmpty())
         throw LanguageModelError(Kind::unavailable);
     QElapsedTimer timer;
     timer.start();
     const QByteArray strict = question(model, instructions, prompt, schema, schemaFormat(schema));
-    CappedReply reply = co_await post(state, strict, state->settings.answerTime);
-    if (state->manager && refusesSchemas(reply)) {
+    HttpReply reply = co_await post(state, strict, state->settings.answerTime);
+    if (state->http && refusesSchemas(reply)) {
         const QByteArray loose = question(model, instructions, prompt, schema, anyObject());
         const auto left = state->settings.answerTime - std::chrono::milliseconds(timer.elapsed());
         reply = co_await post(state, loose, left);
     }
-    if (reply.outcome == CappedReply::Outcome::unreachable)
+    if (reply.outcome == HttpReply::Outcome::offline)
         state->asked.invalidate(); // it has gone: look again before the next question
+    if (reply.outcome == HttpReply::Outcome::timedOut)
+        state->tired.start();
     co_return recordIn(reply, schema);
 }
 
@@ -216,13 +219,13 @@ LocalLanguageModel::Settings LocalLanguageModel::Settings::from(const Defaults& 
 LocalLanguageModel::LocalLanguageModel(Settings settings) : m_state(std::make_shared<State>())
 {
     m_state->settings = std::move(settings);
-    m_state->manager = std::make_unique<QNetworkAccessManager>();
-    m_state->manager->setProxy(QNetworkProxy::NoProxy); // it is on this machine
+    // It is on this machine, where no proxy leads.
+    m_state->http.emplace(Http::Settings{"Tonequill", Http::Proxy::none, {m_state->settings.base}});
 }
 
 LocalLanguageModel::~LocalLanguageModel()
 {
-    const auto manager = std::move(m_state->manager); // the flows see that it is gone
+    m_state->http.reset(); // the flows see that it is gone
     m_state->flows.end();
 }
 

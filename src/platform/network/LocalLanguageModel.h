@@ -15,8 +15,9 @@ class Defaults;
 // protocol (Ollama, llama-server, LM Studio and others): GET models to see
 // whether it is there, POST chat/completions to ask. No server: not available.
 //
-// The server isn't trusted: every answer is capped in bytes and time, redirects
-// are not followed, and records are checked against their schema here.
+// The server isn't trusted: every answer is capped in bytes and time (Http), redirects
+// are not followed, and records are checked against their schema here. One that takes too
+// long is left alone for some minutes, so that forty sounds don't wait for it one by one.
 class LocalLanguageModel final : public LanguageModel {
 public:
     struct Settings {
@@ -24,8 +25,9 @@ public:
         QString model;                                          // empty: the first that the server has
         std::chrono::milliseconds probeTime{1000};
         std::chrono::milliseconds answerTime{30000};
-        std::chrono::milliseconds keepTime{30000}; // how long an answer to "is it there" holds
-        qint64 largestAnswer = 256 * 1024;         // bytes; real answers have about 1,000
+        std::chrono::milliseconds keepTime{30000};  // how long an answer to "is it there" holds
+        std::chrono::milliseconds restTime{180000}; // how long nobody asks again when it took too long to answer
+        qint64 largestAnswer = 256 * 1024;          // bytes; real answers have about 1,000
 
         // From the environment (TONEQUILL_LANGUAGE_MODEL, an address, and
         // TONEQUILL_LANGUAGE_MODEL_NAME) or else the defaults (keys

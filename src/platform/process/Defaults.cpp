@@ -1,12 +1,15 @@
 #include "platform/process/Defaults.h"
 
+#include "platform/files/FileDescriptor.h"
 #include "platform/files/Files.h"
+#include "platform/files/ScratchFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryDir>
+
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -92,6 +95,12 @@ void Defaults::setData(const QString& key, const QByteArray& value)
     set(key, value);
 }
 
+bool Defaults::saveAgain()
+{
+    m_isSaved = m_isSaved || save();
+    return m_isSaved;
+}
+
 void Defaults::remove(const QString& key)
 {
     m_values.remove(key);
@@ -106,13 +115,15 @@ void Defaults::set(const QString& key, const QVariant& value)
 
 // QSettings makes the text, but doesn't write it home: on a full disk it turns a
 // small file into an empty one and reports success. Settings that cannot be
-// saved are no reason to stop anything, so a failure stays silent.
+// saved are no reason to stop: whoever set them asks isSaved() and tells.
 bool Defaults::save() const
 {
     if (!isFileOrFree(m_path))
         return false;
-    const QTemporaryDir scratch;
-    const QString scratchPath = scratch.filePath(u"settings.ini"_s);
+    const ScratchFile scratch = ScratchFile::privateFolder(); // they may hold tokens
+    const QString scratchPath = scratch.path() + u"/settings.ini"_s;
+    if (scratch.path().isEmpty() || !FileDescriptor(scratchPath, O_WRONLY | O_CREAT | O_EXCL, 0600).close())
+        return false;
     {
         QSettings ini(scratchPath, QSettings::IniFormat);
         for (auto it = m_values.cbegin(); it != m_values.cend(); ++it)
@@ -124,7 +135,7 @@ bool Defaults::save() const
         QDir().mkpath(QFileInfo(m_path).path());
         constexpr qint64 kLimit = 64 << 20;
         const QByteArray bytes = m_values.isEmpty() ? QByteArray() : Files::readAll(scratchPath, kLimit);
-        Files::writeDurably(m_path, std::span(&bytes, 1), Files::Privacy::ownerOnly); // it may hold tokens
+        Files::writeDurably(m_path, std::span(&bytes, 1), Files::Privacy::ownerOnly);
     } catch (const FileError&) {
         return false;
     }

@@ -29,8 +29,10 @@ public:
     void setData(const QString& key, const QByteArray& value);
     void remove(const QString& key);
 
-    // Whether the last change is on the disk.
+    // Whether every change is on the disk.
     bool isSaved() const { return m_isSaved; }
+    // Tries once more if that failed. Whether they are on the disk now.
+    bool saveAgain();
 
 private:
     void set(const QString& key, const QVariant& value);

@@ -8,6 +8,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
+
 #include <sys/socket.h>
 
 using namespace Qt::StringLiterals;
@@ -16,6 +18,8 @@ namespace tonequill {
 
 namespace {
 
+constexpr auto kSocketName = "/tonequill-"_L1; // behind the runtime folder, before the hash
+constexpr qsizetype kHashDigits = 16;
 constexpr qsizetype kLongestMessage = 16 << 20; // bytes; tens of thousands of paths
 constexpr int kPatienceMs = 10000;              // for a client that doesn't finish its message
 
@@ -52,13 +56,23 @@ HandOver::~HandOver() = default;
 std::optional<QString> HandOver::listen(const QString& libraryFolder)
 {
     // The runtime folder belongs to the user alone; its path is short enough for a socket.
-    const QByteArray hash = QCryptographicHash::hash(libraryFolder.toUtf8(), QCryptographicHash::Sha256).toHex().first(16);
+    const QByteArray hash =
+        QCryptographicHash::hash(libraryFolder.toUtf8(), QCryptographicHash::Sha256).toHex().first(kHashDigits);
     const QString address =
-        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + u"/tonequill-"_s + QString::fromLatin1(hash);
+        QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + kSocketName + QString::fromLatin1(hash);
     QLocalServer::removeServer(address); // of a killed owner: the lock says that it is gone
     if (!m_server->listen(address))
         return std::nullopt;
     return m_server->fullServerName();
+}
+
+bool HandOver::isAddress(const QString& text)
+{
+    const qsizetype name = text.lastIndexOf(u'/');
+    const QStringView hash = QStringView(text).sliced(std::max<qsizetype>(name, 0));
+    const auto isHex = [](QChar c) { return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f'); };
+    return text.startsWith(u'/') && hash.startsWith(kSocketName) && hash.size() == kSocketName.size() + kHashDigits &&
+           std::all_of(hash.begin() + kSocketName.size(), hash.end(), isHex);
 }
 
 void HandOver::serve(Handler handler)

@@ -32,6 +32,8 @@ public:
     // The address for LibraryLock::publish; none if it could not listen. From now
     // on messages wait here until somebody serves them.
     std::optional<QString> listen(const QString& libraryFolder);
+    // Whether a text has the shape of such an address.
+    static bool isAddress(const QString& text);
     // Carries out what came and what comes, unless its sender gave up meanwhile.
     void serve(Handler handler);
 

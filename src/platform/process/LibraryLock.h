@@ -10,7 +10,9 @@ namespace tonequill {
 
 // Says which one program writes to a library. The lock is a file beside the
 // library folder, held by the kernel for as long as the program lives, so that a
-// killed program leaves no lock behind.
+// killed program leaves no lock behind. A file of that name that isn't a lock of ours
+// is locked as well, and never written to; where no file can be locked without
+// following a link, the library folder is.
 class LibraryLock {
 public:
     explicit LibraryLock(const QString& libraryFolder);
@@ -33,6 +35,9 @@ public:
     std::optional<QString> ownerAddress() const;
 
 private:
+    FileDescriptor opened() const;
+
+    QString m_folder;
     QString m_path;
     FileDescriptor m_file; // open while this program is the owner
 };

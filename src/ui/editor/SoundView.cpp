@@ -2,6 +2,7 @@
 
 #include "app/smart/SmartActions.h"
 #include "base/Background.h"
+#include "base/Text.h"
 #include "base/TimeText.h"
 #include "library/records/License.h"
 
@@ -88,7 +89,7 @@ void SoundView::stopRefining()
 
 QString SoundView::name() const
 {
-    return editor().item() ? editor().item()->name : QString();
+    return editor().item() ? text::shownPart(editor().item()->name) : QString();
 }
 
 QString SoundView::durationText() const
@@ -127,7 +128,7 @@ QString SoundView::license() const
 
 QString SoundView::creditLine() const
 {
-    return needsCredit() ? editor().item()->creditLine() : QString();
+    return needsCredit() ? text::shownPart(editor().item()->creditLine()) : QString();
 }
 
 bool SoundView::needsCredit() const
@@ -174,7 +175,7 @@ void SoundView::useSuggestion()
 void SoundView::rename(const QString& name)
 {
     const QString trimmed = name.trimmed();
-    if (const auto& item = editor().item(); item && !trimmed.isEmpty() && trimmed != item->name)
+    if (const auto& item = editor().item(); item && !trimmed.isEmpty() && trimmed != this->name())
         m_app.library().rename(SoundItem(*item), trimmed, false);
 }
 

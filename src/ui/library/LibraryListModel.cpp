@@ -3,6 +3,7 @@
 #include "app/library/ImportFlows.h"
 #include "app/smart/SmartActions.h"
 #include "base/Background.h"
+#include "base/Text.h"
 #include "base/TimeText.h"
 #include "library/records/License.h"
 
@@ -106,7 +107,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     const SoundItem& sound = m_session.sounds()[indexOf(index.row())];
     switch (role) {
     case NameRole:
-        return sound.name;
+        return text::shownPart(sound.name);
     case SubtitleRole:
         return m_app.names().isLookedAt(sound.id) ? u"Listening…"_s : LibraryRow::subtitle(sound);
     case LevelsRole:
@@ -117,7 +118,7 @@ QVariant LibraryListModel::data(const QModelIndex& index, int role) const
     case IsSelectedRole:
         return m_app.selection().multi().contains(sound.id);
     case CreditRole:
-        return License::needsCredit(sound.license) ? sound.creditLine() : QString();
+        return License::needsCredit(sound.license) ? text::shownPart(sound.creditLine()) : QString();
     case IsBeingNamedRole:
         return m_app.names().isLookedAt(sound.id);
     default:
@@ -130,7 +131,7 @@ QVariant LibraryListModel::incomingData(qsizetype row, int role) const
     const IncomingFile& file = m_incoming[row];
     switch (role) {
     case NameRole:
-        return file.name;
+        return text::shownPart(file.name);
     case SubtitleRole:
         return LibraryRow::step(file.progress->fraction(), row == 0);
     case LevelsRole:
@@ -206,7 +207,7 @@ void LibraryListModel::moveTo(int row, int modifiers)
 
 void LibraryListModel::deleteSelected()
 {
-    deleteItems(m_app, m_session.selected());
+    startFlow(deleteItems(m_app, m_session.selected()));
 }
 
 QString LibraryListModel::deleteLabel(int row) const
@@ -228,7 +229,7 @@ void LibraryListModel::smartNameFrom(int row)
 
 void LibraryListModel::deleteFrom(int row)
 {
-    deleteItems(m_app, meantBy(row));
+    startFlow(deleteItems(m_app, meantBy(row)));
 }
 
 } // namespace tonequill

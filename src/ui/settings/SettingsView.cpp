@@ -35,6 +35,7 @@ SettingsView::SettingsView(AppModel& app, ThemeStore& themes)
     connect(&app.settings(), &Settings::changed, this, &SettingsView::changed);
     connect(&app.library(), &LibraryStore::itemInserted, this, &SettingsView::soundCountsChanged);
     connect(&app.library(), &LibraryStore::itemRemoved, this, &SettingsView::soundCountsChanged);
+    connect(&app, &AppModel::searchableCountChanged, this, &SettingsView::soundCountsChanged);
     refresh();
 }
 
@@ -95,15 +96,8 @@ void SettingsView::chooseSaveFolder(QQuickWindow* window)
 QString SettingsView::soundCounts() const
 {
     const QLocale words(QLocale::English); // as the words around the numbers
-    return words.toString(m_app.library().items().size()) + u" saved, "_s + words.toString(m_searchableCount) + u" searchable"_s;
-}
-
-void SettingsView::setSearchableCount(int count)
-{
-    if (count == m_searchableCount)
-        return;
-    m_searchableCount = count;
-    Q_EMIT soundCountsChanged();
+    return words.toString(m_app.library().items().size()) + u" saved, "_s + words.toString(m_app.searchableCount()) +
+           u" searchable"_s;
 }
 
 void SettingsView::refresh()

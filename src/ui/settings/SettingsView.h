@@ -60,9 +60,6 @@ public:
 
     // "128 saved, 302,114 searchable"
     QString soundCounts() const;
-    // How many sounds the catalogue can find: the one place that tells the
-    // settings. None before it is told.
-    void setSearchableCount(int count);
     Q_INVOKABLE void showLibrary();
 
     // Looks again at what can change without the program: the other
@@ -80,7 +77,6 @@ private:
     ThemesModel m_themes;
     OpenPanel m_folderPanel;
     bool m_hasFinalCut = false;
-    int m_searchableCount = 0;
 };
 
 } // namespace tonequill

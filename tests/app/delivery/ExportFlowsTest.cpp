@@ -1,8 +1,10 @@
 #include "app/delivery/ExportFlows.h"
 #include "app/library/ImportFlows.h"
+#include "platform/files/Files.h"
 #include "platform/media/AudioFile.h"
 #include "support/Await.h"
 #include "support/Environment.h"
+#include "support/FileSizeLimit.h"
 #include "support/Gate.h"
 #include "support/Printing.h"
 #include "support/Program.h"
@@ -12,36 +14,14 @@
 #include <QDir>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
-
-#include <csignal>
-
-#include <sys/resource.h>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// No file of this process grows beyond that for as long as this lives: a disk
-// that is full.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before = {};
-};
 
 class ExportFlowsTest : public testing::Test, public test::Machine {
 protected:
@@ -281,7 +261,7 @@ TEST_F(ExportFlowsTest, AFolderThatTakesNoMoreIsSaidAndNoHalfFileStays)
     model.editor().setRange(0, 2);
     const QStringList before = temporaryFiles();
     {
-        const FileSizeLimit limit(100'000); // of the 288,044 bytes that two seconds take
+        const test::FileSizeLimit limit(100'000); // of the 288,044 bytes that two seconds take
         test::await(saveToDesktop(model));
         EXPECT_TRUE(model.notices().isError());
         EXPECT_FALSE(model.isWorking());
@@ -482,11 +462,198 @@ TEST_F(ExportFlowsTest, DeletingWhatWasAddedMeanwhileLeavesNothingSelectedThatIs
         if (model.library().items().size() == 3) // the source, and both parts
             deleteItems(model, {model.library().items()[1]});
     });
+    apps.isThere = true;
     const AddOutcome outcome = test::await(addToLibrary(model));
-    EXPECT_EQ(outcome.added.size(), 2);
+    ASSERT_EQ(outcome.added.size(), 1);
+    EXPECT_EQ(outcome.added.first().name, u"Door – Knock 2"_s);
     ASSERT_TRUE(model.selectedItem());
     EXPECT_EQ(model.selectedItem()->name, u"Door – Knock 2"_s);
     EXPECT_EQ(model.multi().size(), 1);
+    // The editing program is told of no file that isn't there.
+    ASSERT_EQ(apps.opened.size(), 1);
+    const QString document = QString::fromUtf8(Files::readAll(apps.opened.first(), 1 << 20));
+    EXPECT_EQ(document.count(u"<asset "_s), 1);
+    EXPECT_TRUE(document.contains(model.selectedItem()->fileName));
+}
+
+TEST_F(ExportFlowsTest, DeletingAllThatWasAddedOpensWhatIsLeft)
+{
+    const SoundItem other = open(u"Other"_s);
+    open();
+    model.editor().setRange(1, 2);
+    QObject::connect(&model.library(), &LibraryStore::itemRemoved, &model, [&] {
+        const SoundItem newest = model.library().items().first();
+        if (newest.origin == SoundOrigin::cut) // the source has just gone
+            deleteItems(model, {newest});
+    });
+    test::await(addToLibrary(model));
+    EXPECT_EQ(names(), QStringList{u"Other"_s});
+    EXPECT_EQ(model.selection().id(), other.id);
+    ASSERT_TRUE(model.editor().item());
+    EXPECT_EQ(model.editor().item()->id, other.id);
+}
+
+TEST_F(ExportFlowsTest, ALaterPartThatFailsLeavesTheFirstAndTheSource)
+{
+    const SoundItem raw = open();
+    proposeTwo();
+    QObject::connect(&model.library(), &LibraryStore::itemInserted, &model, [&] { QFile::remove(model.library().path(raw)); });
+    const AddOutcome outcome = test::await(addToLibrary(model));
+    EXPECT_EQ(outcome.end, FlowEnd::failed);
+    ASSERT_EQ(outcome.added.size(), 1);
+    EXPECT_EQ(outcome.added.first().name, u"Door – Knock"_s);
+    EXPECT_EQ(outcome.uncut, QStringList{u"Door – Knock 2"_s});
+    EXPECT_EQ(names(), (QStringList{u"Door – Knock"_s, u"Door"_s}));
+    EXPECT_EQ(model.notices().text(), u"“Door – Knock 2” couldn't be opened."_s);
+    EXPECT_EQ(model.selection().id(), raw.id); // as before
+    EXPECT_TRUE(apps.opened.isEmpty());
+}
+
+TEST_F(ExportFlowsTest, WhenFinalCutFailsTheSoundsAreAddedAndOnlyTheFailureIsSaid)
+{
+    apps.isThere = true;
+    open();
+    model.editor().setRange(0, 1);
+    const qint64 second = qint64(clock.secondsSince1970());
+    const QString document = model.library().folder() + u"/Tonequill %1.fcpxml"_s.arg(second);
+    ASSERT_TRUE(QDir().mkpath(document + u"/in the way"_s));
+    const AddOutcome outcome = test::await(addToLibrary(model));
+    EXPECT_EQ(outcome.end, FlowEnd::failed);
+    EXPECT_EQ(outcome.added.size(), 1);
+    EXPECT_TRUE(outcome.uncut.isEmpty());
+    EXPECT_TRUE(model.notices().isError());
+    EXPECT_TRUE(model.notices().text().startsWith(u"“Tonequill %1.fcpxml” couldn't be written"_s.arg(second)));
+    EXPECT_EQ(names(), QStringList{u"Door"_s}); // the cut; the raw sound has gone
+    EXPECT_TRUE(apps.opened.isEmpty());
+}
+
+TEST_F(ExportFlowsTest, WhenTheIndexCannotBeWrittenTheRawSoundStaysAndThatIsSaid)
+{
+    const SoundItem raw = open();
+    model.editor().setRange(0, 1);
+    const QString index = model.library().folder() + u"/index.json"_s;
+    ASSERT_TRUE(QFile::rename(index, index + u".aside"_s));
+    ASSERT_TRUE(QDir().mkpath(index + u"/in the way"_s));
+    const AddOutcome outcome = test::await(addToLibrary(model));
+    EXPECT_EQ(outcome.end, FlowEnd::failed);
+    EXPECT_EQ(model.notices().text(), u"The library could not be written: the disk may be full or read-only."_s);
+    EXPECT_TRUE(model.library().find(raw.id));
+    EXPECT_TRUE(QFile::exists(model.library().path(raw)));
+    ASSERT_TRUE(QDir(index).removeRecursively()); // what is closed later is saved
+}
+
+TEST_F(ExportFlowsTest, WhatIsChangedInTheSourceMeanwhileGoesWithItsParts)
+{
+    const SoundItem raw = open();
+    model.editor().setRange(0, 1);
+    {
+        const test::HeldBack held(workers.shown());
+        auto adding = addToLibrary(model);
+        model.library().update(raw, [](SoundItem& record) {
+            record.name = u"Gate"_s;
+            record.nameIsAuto = false;
+            record.tags = {u"iron"_s};
+            record.credit = u"Ada"_s;
+        });
+        held.letGo();
+        test::await(std::move(adding));
+    }
+    ASSERT_EQ(names(), QStringList{u"Gate"_s});
+    EXPECT_EQ(model.library().items().first().tags, QStringList{u"iron"_s});
+    EXPECT_EQ(model.library().items().first().credit, u"Ada"_s);
+    EXPECT_EQ(model.library().items().first().origin, SoundOrigin::cut);
+    EXPECT_EQ(model.notices().text(), u"Added “Gate” to your library."_s);
+
+    const SoundItem another = open(u"Window"_s);
+    proposeTwo();
+    const test::HeldBack held(workers.shown());
+    auto adding = addToLibrary(model);
+    model.library().rename(another, u"Shutter"_s);
+    held.letGo();
+    test::await(std::move(adding));
+    EXPECT_EQ(names(), (QStringList{u"Shutter – Knock 2"_s, u"Shutter – Knock"_s, u"Gate"_s}));
+}
+
+TEST_F(ExportFlowsTest, AFileThatTurnsUpMeanwhileIsNotReplaced)
+{
+    apps.isThere = true;
+    const SoundItem door = open();
+    const QString sent = model.library().folder() + u"/FinalCut"_s;
+    QDir().mkpath(sent);
+    const test::HeldBack held(workers.shown());
+    auto saving = saveToDesktop(model);
+    auto sending = sendToFinalCut(model, {door});
+    for (const QString& place : {saved(), sent})
+        test::writeBytes(place + u"/Door.wav"_s, "theirs");
+    held.letGo();
+    EXPECT_EQ(test::await(std::move(saving)).paths, QStringList{saved() + u"/Door 2.wav"_s});
+    EXPECT_EQ(test::await(std::move(sending)).paths, QStringList{sent + u"/Door 2.wav"_s});
+    for (const QString& place : {saved(), sent})
+        EXPECT_EQ(Files::readAll(place + u"/Door.wav"_s, 100), "theirs");
+    EXPECT_EQ(savedFiles(), (QStringList{u"Door 2.wav"_s, u"Door.wav"_s}));
+}
+
+TEST_F(ExportFlowsTest, ANameWithAZeroInItReplacesNothing)
+{
+    const SoundItem item = open();
+    test::writeBytes(saved() + u"/notes.txt"_s, "mine");
+    const SoundItem hostile = model.library().rename(item, u"notes.txt"_s + QChar(u'\0') + u'x');
+    EXPECT_EQ(hostile.name, u"notes.txt x"_s);
+    SoundItem unclean = hostile;
+    unclean.name = u"notes.txt"_s + QChar(u'\0') + u'x'; // as it may come from anywhere
+    test::await(saveToDesktop(model, {unclean}));
+    EXPECT_EQ(Files::readAll(saved() + u"/notes.txt"_s, 100), "mine");
+    EXPECT_EQ(savedFiles(), (QStringList{u"notes.txt"_s, u"notes.txt x.wav"_s}));
+}
+
+TEST_F(ExportFlowsTest, ASaveThatFailsAfterTheFirstSaysSoAndKeepsIt)
+{
+    const SoundItem raw = open();
+    proposeTwo();
+    const test::HeldBack held(workers.shown());
+    auto saving = saveToDesktop(model);
+    held.letGo();
+    while (savedFiles().filter(u"Door"_s).isEmpty())
+        QThread::msleep(1);
+    QFile::remove(model.library().path(raw)); // the second part comes from nowhere
+    const FilesOutcome outcome = test::await(std::move(saving));
+    EXPECT_EQ(outcome.end, FlowEnd::failed);
+    EXPECT_EQ(outcome.paths, QStringList{saved() + u"/Door – Knock.wav"_s});
+    EXPECT_EQ(model.notices().text(), u"“Door – Knock 2” couldn't be opened."_s);
+    EXPECT_EQ(savedFiles(), QStringList{u"Door – Knock.wav"_s});
+}
+
+TEST_F(ExportFlowsTest, TheOpenSoundIsSentWithItsEffectsAndNoOther)
+{
+    apps.isThere = true;
+    const SoundItem other = open(u"Other"_s);
+    const SoundItem door = open();
+    EffectSettings effects;
+    effects.speed = 3;
+    model.editor().setEffects(effects);
+    test::await(sendToFinalCut(model, {door, other}));
+    const QString sent = model.library().folder() + u"/FinalCut/"_s;
+    EXPECT_NEAR(AudioFile(sent + u"Door.wav"_s).durationSeconds(), 1, 0.02);
+    EXPECT_DOUBLE_EQ(AudioFile(sent + u"Other.wav"_s).durationSeconds(), 3);
+}
+
+TEST_F(ExportFlowsTest, AFullDiskIsToldOfTheSoundAndNotOfItsTemporaryFile)
+{
+    open();
+    model.editor().setRange(0, 2);
+    EffectSettings effects;
+    effects.speed = 1.5;
+    const test::FileSizeLimit limit(100'000);
+    for (const EffectSettings& settings : {EffectSettings(), effects}) {
+        model.editor().setEffects(settings);
+        for (const bool isAdded : {true, false}) {
+            if (isAdded)
+                test::await(addToLibrary(model));
+            else
+                test::await(saveToDesktop(model));
+            EXPECT_TRUE(model.notices().text().startsWith(u"“Door” couldn't be saved"_s)) << model.notices().text().toStdString();
+        }
+    }
 }
 
 TEST_F(ExportFlowsTest, ClosingInTheMiddleLeavesTheSourceAndNothingElse)

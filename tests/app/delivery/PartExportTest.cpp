@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <thread>
+#include <vector>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -147,4 +149,21 @@ TEST(PartExport, ARenderedCutHasEveryFrame)
     effects.reverse = true;
     const double end = (double(frames) + 0.5) / 48'000;
     EXPECT_EQ(PartExport::exportWithEffects(source, 0, end, effects, folder.filePath(u"cut.wav"_s)).frames, frames);
+}
+
+TEST(PartExport, TwoOfOneNameAtOnceAreTwoFiles)
+{
+    const QTemporaryDir folder;
+    const QString source = test::writeTone(folder.filePath(u"source.wav"_s), 1, 48'000);
+    const QString out = folder.filePath(u"made/as needed"_s);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 6; ++i)
+        threads.emplace_back([&] { PartExport::exportInto(out, u"Same"_s, source, 0, 1, {}); });
+    for (std::thread& thread : threads)
+        thread.join();
+    const QDir made(out);
+    EXPECT_EQ(made.entryList(QDir::Files | QDir::Hidden, QDir::Name),
+              (QStringList{u"Same 2.wav"_s, u"Same 3.wav"_s, u"Same 4.wav"_s, u"Same 5.wav"_s, u"Same 6.wav"_s, u"Same.wav"_s}));
+    for (const QString& name : made.entryList(QDir::Files))
+        EXPECT_EQ(AudioFile(made.filePath(name)).length(), 48'000);
 }

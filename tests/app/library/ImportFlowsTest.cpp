@@ -1,9 +1,11 @@
 #include "app/library/ImportFlows.h"
 #include "app/handover/HandedOver.h"
 #include "base/Background.h"
+#include "base/Uuid.h"
 #include "platform/process/HandOver.h"
 #include "platform/process/LibraryLock.h"
 #include "support/Await.h"
+#include "support/FileSizeLimit.h"
 #include "support/Gate.h"
 #include "support/Printing.h"
 #include "support/Program.h"
@@ -11,6 +13,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QSignalSpy>
@@ -243,4 +246,74 @@ TEST_F(ImportFlowsTest, WorkHandedOverIsCarriedOut)
     EXPECT_TRUE(HandedOver::carryOut(model, {{u"delete"_s, ids}})[u"ok"_s].toBool());
     EXPECT_TRUE(model.library().items().isEmpty());
     EXPECT_FALSE(HandedOver::carryOut(model, {{u"format"_s, u"disk"_s}})[u"ok"_s].toBool());
+}
+
+TEST_F(ImportFlowsTest, TheOutcomeTellsTheTrueCause)
+{
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"folder.wav"_s));
+    const ImportOutcome outcome = test::await(
+        importURLs(model, {folder.filePath(u"folder.wav"_s), folder.filePath(u"missing.wav"_s), text(u"notes.txt"_s)}));
+    ASSERT_EQ(outcome.failed.size(), 3);
+    const QString told = u" is not a format Tonequill can read. Try WAV, MP3, M4A, AIFF, MP4, MOV or M4V."_s;
+    EXPECT_EQ(outcome.failed[0].sentence, u"folder"_s + told);
+    EXPECT_EQ(outcome.failed[0].cause, u"“folder.wav” couldn't be read because it is a folder."_s);
+    EXPECT_EQ(outcome.failed[1].sentence, u"missing"_s + told);
+    EXPECT_EQ(outcome.failed[1].cause, u"“missing.wav” couldn't be read because it isn't there any more."_s);
+    EXPECT_EQ(outcome.failed[2].cause, u"notes"_s + told);
+    EXPECT_EQ(model.notices().text(), u"folder"_s + told);
+}
+
+TEST_F(ImportFlowsTest, WhatCannotBeDeletedComesBackAndTheUserIsTold)
+{
+    import({sound(u"aaa.wav"_s), sound(u"bbb.wav"_s)});
+    const QList<SoundItem> before = model.library().items();
+    {
+        const test::FileSizeLimit full(1);
+        auto deleting = deleteItems(model, before);
+        EXPECT_TRUE(model.library().items().isEmpty());
+        EXPECT_FALSE(model.editor().item());
+        EXPECT_FALSE(test::await(std::move(deleting)));
+    }
+    EXPECT_EQ(model.library().items(), before);
+    EXPECT_EQ(openName(), u"bbb"_s);
+    EXPECT_EQ(model.notices().text(), u"Nothing was deleted: the disk may be full or read-only."_s);
+    EXPECT_TRUE(model.notices().isError());
+    for (const SoundItem& item : before)
+        EXPECT_TRUE(QFile::exists(model.library().path(item)));
+
+    const QJsonObject message{{u"delete"_s, QJsonArray{uuidText(before[0].id)}}};
+    {
+        const test::FileSizeLimit full(1);
+        const QJsonObject answer = HandedOver::carryOut(model, message);
+        EXPECT_FALSE(answer[u"ok"_s].toBool());
+        EXPECT_EQ(answer[u"error"_s].toString(), model.notices().text());
+        settle(model);
+    }
+    EXPECT_EQ(model.library().items(), before);
+    EXPECT_TRUE(HandedOver::carryOut(model, message)[u"ok"_s].toBool());
+    EXPECT_EQ(model.library().items().size(), 1);
+}
+
+TEST_F(ImportFlowsTest, ClosingAtAnyMomentLeavesNoMark)
+{
+    const QDir library(model.library().folder());
+    for (int turns = 0; turns < 12; ++turns) {
+        const auto program = std::make_unique<AppModel>(services(), this->library(library.path()));
+        startFlow(importURLs(*program, {sound(u"one a.wav"_s), sound(u"one b.wav"_s)}));
+        for (int i = 0; i < turns; ++i) {
+            QThread::msleep(2);
+            QCoreApplication::processEvents();
+        }
+        program->close();
+        const test::HeldBack drained(workers.shown()); // their threads have let go of what was cancelled
+        QStringList expected{u"index.json"_s};
+        for (const SoundItem& item : program->library().items())
+            expected << item.fileName;
+        expected.sort();
+        QStringList found = library.entryList(QDir::Files | QDir::Hidden);
+        found.sort();
+        if (!found.contains(u"index.json"_s))
+            expected.removeAll(u"index.json"_s); // nothing has come in yet
+        EXPECT_EQ(found, expected) << turns;
+    }
 }

@@ -80,7 +80,7 @@ TEST_F(AppModelTest, SettingsAreKeptAtOnce)
     model->settings().setSaveFolderPath(folder.path());
     model->setSection(AppSection::studio);
     Defaults stored(defaults.path());
-    const AppModel again({stored, clock, workers, work, apps, languageModel}, library(folder.filePath(u"Library"_s)));
+    const AppModel again({stored, clock, workers, work, apps, languageModel, soundIndex}, library(folder.filePath(u"Library"_s)));
     EXPECT_EQ(again.section(), AppSection::library); // each start begins there
     EXPECT_FALSE(again.settings().alsoFinalCut());
     EXPECT_FALSE(again.settings().shortOnlyByDefault());

@@ -2,6 +2,7 @@
 #include "platform/media/AudioFile.h"
 #include "platform/media/AudioFileWriter.h"
 #include "support/Cancelling.h"
+#include "support/FileSizeLimit.h"
 #include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Signal.h"
@@ -445,4 +446,42 @@ TEST(AudioExporter, FindsThePeakWhereverItIs)
         EXPECT_FLOAT_EQ(buffer.channel(1)[place], -0.8912509F) << place;
         EXPECT_FLOAT_EQ(buffer.channel(0)[199'998], 0.8912509F * 0.4F) << place;
     }
+}
+
+TEST(AudioExporter, AnOlderFileStaysUntilTheNewOneIsComplete)
+{
+    const QTemporaryDir folder;
+    const QString source = write(u"second.wav"_s, {test::noise(1, 1)});
+    const QString path = folder.filePath(u"old.wav"_s);
+    const auto putOld = [&] {
+        QFile old(path);
+        ASSERT_TRUE(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
+    };
+    putOld();
+    {
+        const test::FileSizeLimit full(50'000); // of the 144,044 bytes that a second takes
+        const QString message = messageOf([&] { AudioExporter::exportRange(request(source, 0, 1), path); });
+        EXPECT_TRUE(message.startsWith(u"“old.wav” couldn't be saved: "_s)) << message.toStdString();
+    }
+    EXPECT_EQ(test::bytesOfFile(path), "old");
+    Progress progress;
+    progress.cancel();
+    EXPECT_THROW(AudioExporter::exportRange(request(source, 0, 1), path, &progress), Cancelled);
+    EXPECT_EQ(test::bytesOfFile(path), "old");
+    EXPECT_EQ(entriesOf(folder.path()), QStringList{u"old.wav"_s});
+    AudioExporter::exportRange(request(source, 0, 1), path);
+    EXPECT_EQ(AudioFile(path).length(), 48'000);
+}
+
+TEST(AudioExporter, APathWithAZeroInItReplacesNoOtherFile)
+{
+    const QTemporaryDir folder;
+    const QString source = write(u"second.wav"_s, {test::noise(1, 1)});
+    QFile notes(folder.filePath(u"notes.txt"_s));
+    ASSERT_TRUE(notes.open(QIODevice::WriteOnly) && notes.write("mine") == 4);
+    notes.close();
+    const QString hostile = folder.filePath(u"notes.txt"_s) + QChar(u'\0') + u"x.wav"_s;
+    EXPECT_THROW(AudioExporter::exportRange(request(source, 0, 1), hostile), AudioFileError);
+    EXPECT_EQ(test::bytesOfFile(folder.filePath(u"notes.txt"_s)), "mine");
+    EXPECT_EQ(entriesOf(folder.path()), QStringList{u"notes.txt"_s});
 }

@@ -17,6 +17,9 @@
 
 #include <atomic>
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 using namespace tonequill;
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
@@ -494,4 +497,105 @@ TEST_F(AutoFolderTest, WritesTheWholeSoundAsACleanWav)
     AudioExporter::exportRange({dog.source, 0, 0.5, ExportPreset::anyEditor, 0.004, 0.03}, expected);
     EXPECT_EQ(Files::readAll(folder + u"/Dog.wav"_s, 1 << 20), Files::readAll(expected, 1 << 20));
     EXPECT_EQ(AudioFile(expected).length(), 24000);
+}
+
+TEST_F(AutoFolderTest, AFolderThatVanishesInTheMiddleOfARunIsNotMadeAnew)
+{
+    const QList<Sound> sounds{sound(u"Cow"_s), sound(u"Cat"_s), sound(u"Dog"_s)};
+    const QString problem = u"Tonequill can't open that folder any more. Choose it again."_s;
+    const QList<std::function<void()>> ways{
+        [this] { QDir(folder).removeRecursively(); },
+        [this] { QDir(QFileInfo(folder).path()).removeRecursively(); },
+        [this] { QDir().rename(QFileInfo(folder).path(), base.filePath(u"away"_s)); },
+        [this] { // a disk that is away leaves its mount point
+            QDir().rename(folder, base.filePath(u"unplugged"_s));
+            QDir().mkpath(folder);
+        },
+    };
+    for (const auto& vanish : ways) {
+        QDir(base.filePath(u"Movies"_s)).removeRecursively();
+        QDir().mkpath(folder);
+        const auto inTheMiddle = [&vanish](const Sound& one, const QString& path, const Progress&) {
+            test::writeBytes(path, one.name.toUtf8());
+            if (one.name == u"Cat")
+                vanish();
+        };
+        autoFolder = std::make_unique<AutoFolder>(*defaults, clock, workers, inTheMiddle);
+        turnOn();
+        EXPECT_EQ(sync(sounds), 1);
+        EXPECT_EQ(autoFolder->problem(), problem);
+        EXPECT_EQ(autoFolder->copiedCount(), 1); // what was really delivered
+        EXPECT_TRUE(autoFolder->manifest().contains(uuidText(sounds[0].id)));
+        EXPECT_TRUE(!QDir(folder).exists() || filesIn(folder).isEmpty()) << filesIn(folder).join(u' ').toStdString();
+        autoFolder.reset();
+    }
+}
+
+TEST_F(AutoFolderTest, AFolderThatIsRenamedInTheMiddleOfARunIsFollowed)
+{
+    const QString renamed = base.filePath(u"Movies/Clips"_s);
+    autoFolder =
+        std::make_unique<AutoFolder>(*defaults, clock, workers, [&](const Sound& one, const QString& path, const Progress&) {
+            test::writeBytes(path, one.name.toUtf8());
+            if (one.name == u"Cat")
+                QDir().rename(folder, renamed);
+        });
+    turnOn();
+    const QList<Sound> sounds{sound(u"Cow"_s), sound(u"Cat"_s), sound(u"Dog"_s)};
+    EXPECT_EQ(sync(sounds), 2); // the one that was being made is for the next run
+    EXPECT_EQ(filesIn(renamed), (QStringList{u"Cow.wav"_s, u"Dog.wav"_s}));
+    EXPECT_FALSE(QDir(folder).exists());
+    EXPECT_EQ(sync(sounds), 1);
+    EXPECT_EQ(filesIn(renamed), (QStringList{u"Cat.wav"_s, u"Cow.wav"_s, u"Dog.wav"_s}));
+}
+
+TEST_F(AutoFolderTest, AFolderThatCannotBeListedCountsAsEmptyAndTheRunGoesOn)
+{
+    turnOn();
+    test::writeBytes(folder + u"/Dog.wav"_s, "theirs");
+    sync({}); // the workers are there from now on
+    rlimit before = {};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const int firstFree = ::dup(STDIN_FILENO);
+    ::close(firstFree);
+    const auto connection = QObject::connect(autoFolder.get(), &AutoFolder::changed, [&] {
+        const bool isPlanning = autoFolder->isSyncing() && autoFolder->stepCount() == 0;
+        const rlimit limit{isPlanning ? rlim_t(firstFree) : before.rlim_cur, before.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &limit); // no folder can be opened until the plan stands
+    });
+    EXPECT_EQ(sync({sound(u"Dog"_s), sound(u"Cat"_s)}), 1);
+    QObject::disconnect(connection);
+    setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_EQ(files(), (QStringList{u"Cat.wav"_s, u"Dog.wav"_s}));
+    EXPECT_EQ(content(u"Dog.wav"_s), "theirs"); // it was planned for, and is not replaced
+    EXPECT_EQ(autoFolder->problem(), u"“Dog.wav” couldn't be renamed because there is another file of that name."_s);
+}
+
+TEST_F(AutoFolderTest, WhatCannotBeNotedIsNotDelivered)
+{
+    turnOn();
+    const QString journal = QFileInfo(defaults->path()).path() + u"/auto-folder-journal"_s;
+    ASSERT_TRUE(QDir().mkpath(journal + u"/in the way"_s));
+    EXPECT_EQ(sync({sound(u"Dog"_s), sound(u"Cat"_s)}), 0);
+    EXPECT_EQ(autoFolder->problem(), u"The settings could not be saved: the disk may be full or read-only."_s);
+    EXPECT_EQ(files(), QStringList());
+}
+
+TEST_F(AutoFolderTest, AFolderThatCouldNotBeRememberedGetsNothing)
+{
+    const QString settings = defaults->path();
+    ASSERT_TRUE(QDir().mkpath(settings)); // nothing can be written there
+    turnOn();
+    const QString problem = u"The settings could not be saved: the disk may be full or read-only."_s;
+    EXPECT_EQ(autoFolder->problem(), problem);
+    const QList<Sound> sounds{sound(u"Dog"_s)};
+    EXPECT_EQ(sync(sounds), 0);
+    EXPECT_EQ(autoFolder->problem(), problem);
+    EXPECT_EQ(files(), QStringList());
+    ASSERT_TRUE(QDir().rmdir(settings));
+    EXPECT_EQ(sync(sounds), 1);
+    EXPECT_EQ(autoFolder->problem(), QString());
+    restart();
+    EXPECT_EQ(sync(sounds), 0);
+    EXPECT_EQ(files(), QStringList{u"Dog.wav"_s});
 }

@@ -195,7 +195,7 @@ TEST(FinalCut, OpensTheDocumentThatItWrote)
     test::FakeClock clock; // 1 778 307 200.25 seconds after 1970
     const QList<Clip> clips = {Clip::make(u"Dog"_s, u"/Dog.wav"_s, 1, 48'000, 1)};
     EXPECT_TRUE(FinalCut::isInstalled(apps));
-    EXPECT_TRUE(FinalCut::send(clips, folder.path(), u"Tonequill"_s, apps, clock));
+    EXPECT_TRUE(FinalCut::send(FinalCut::write(clips, folder.path(), u"Tonequill"_s, clock), apps));
     const QString path = folder.filePath(u"Tonequill 1778307200.fcpxml"_s);
     EXPECT_EQ(apps.opened, QStringList{path});
     EXPECT_TRUE(apps.revealed.isEmpty());
@@ -208,14 +208,15 @@ TEST(FinalCut, ReplacesTheDocumentOfTheSameSecond)
     const QTemporaryDir folder;
     test::FakeOtherApps apps;
     test::FakeClock clock;
-    FinalCut::send({Clip::make(u"One"_s, u"/1.wav"_s, 1, 48'000, 1)}, folder.path(), u"Tonequill"_s, apps, clock);
+    FinalCut::send(FinalCut::write({Clip::make(u"One"_s, u"/1.wav"_s, 1, 48'000, 1)}, folder.path(), u"Tonequill"_s, clock),
+                   apps);
     clock.advance(std::chrono::milliseconds(700));
-    FinalCut::send({}, folder.path(), u"Tonequill"_s, apps, clock);
+    FinalCut::send(FinalCut::write({}, folder.path(), u"Tonequill"_s, clock), apps);
     ASSERT_EQ(apps.opened.size(), 2);
     EXPECT_EQ(apps.opened[0], apps.opened[1]);
     EXPECT_EQ(test::bytesOfFile(apps.opened[1]), FinalCut::fcpxml({}, u"Tonequill"_s).toUtf8());
     clock.advance(std::chrono::milliseconds(100));
-    FinalCut::send({}, folder.path(), u"Tonequill"_s, apps, clock);
+    FinalCut::send(FinalCut::write({}, folder.path(), u"Tonequill"_s, clock), apps);
     EXPECT_EQ(apps.opened.last(), folder.filePath(u"Tonequill 1778307201.fcpxml"_s));
 }
 
@@ -226,7 +227,7 @@ TEST(FinalCut, ShowsTheDocumentWhereTheApplicationIsGone)
     test::FakeClock clock;
     apps.isThere = false;
     EXPECT_FALSE(FinalCut::isInstalled(apps));
-    EXPECT_FALSE(FinalCut::send({}, folder.path(), u"Tonequill"_s, apps, clock));
+    EXPECT_FALSE(FinalCut::send(FinalCut::write({}, folder.path(), u"Tonequill"_s, clock), apps));
     EXPECT_TRUE(apps.opened.isEmpty());
     ASSERT_EQ(apps.revealed.size(), 1);
     EXPECT_TRUE(QFile::exists(apps.revealed.first()));
@@ -236,7 +237,7 @@ TEST(FinalCut, OpensNothingThatCouldNotBeWritten)
 {
     test::FakeOtherApps apps;
     test::FakeClock clock;
-    EXPECT_THROW(FinalCut::send({}, u"/nowhere/at all"_s, u"Tonequill"_s, apps, clock), FileError);
+    EXPECT_THROW(FinalCut::send(FinalCut::write({}, u"/nowhere/at all"_s, u"Tonequill"_s, clock), apps), FileError);
     EXPECT_TRUE(apps.opened.isEmpty());
     EXPECT_TRUE(apps.revealed.isEmpty());
 }

@@ -76,3 +76,10 @@ TEST(FileNames, KeepsEightyCharactersNotBytes)
     EXPECT_EQ(FileNames::safe(family + QString(100, u'x')), family + QString(79, u'x'));
     EXPECT_EQ(FileNames::safe(QString(79, u'x') + family + u"y"_s), QString(79, u'x') + family);
 }
+
+TEST(FileNames, HoldsNoControlCharacter)
+{
+    EXPECT_EQ(FileNames::safe(u"notes.txt"_s + QChar(u'\0') + u"x\x1b"_s), u"notes.txt x"_s);
+    EXPECT_EQ(FileNames::safe(QString(1, QChar(u'\0'))), u"Sound"_s);
+    EXPECT_EQ(FileNames::safe(QString(20 << 20, u'x')).size(), 80);
+}

@@ -4,9 +4,13 @@
 #include "fakes/FakeClock.h"
 #include "library/store/LibraryIndex.h"
 #include "platform/files/Files.h"
+#include "platform/media/AudioFile.h"
 #include "support/Await.h"
+#include "support/FileSizeLimit.h"
+#include "support/MediaFactory.h"
 #include "support/Printing.h"
 #include "support/Wav.h"
+#include "support/WithoutPrivileges.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -324,4 +328,130 @@ TEST_F(LibraryStoreTest, ACancelledImportLeavesNothing)
     EXPECT_THROW(test::await(store->importFile(test::writeTone(source(u"a b c.wav"_s)), SoundOrigin::imported, {}, {}, progress)),
                  Cancelled);
     EXPECT_TRUE(files().isEmpty());
+}
+
+TEST_F(LibraryStoreTest, NoControlCharacterEntersAName)
+{
+    const QString zero = QChar(u'\0');
+    auto store = open();
+    SoundInfo info;
+    info.name = u"notes.txt"_s + zero + u"x"_s;
+    const QString file = test::writeTone(source(u"a\nb\x1b.wav"_s));
+    EXPECT_EQ(test::await(store->importFile(file, SoundOrigin::imported, {}, info)).name, u"notes.txt x"_s);
+    const SoundItem item = test::await(store->importFile(file, SoundOrigin::imported));
+    EXPECT_EQ(item.name, u"a b "_s);
+    EXPECT_EQ(store->rename(item, u"Door\r\n"_s + zero).name, u"Door   "_s);
+    EXPECT_EQ(store->update(item, [&](SoundItem& stored) { stored.name = zero + u"\u0085Gate"_s; }).name, u"  Gate"_s);
+    EXPECT_TRUE(store->isSaved());
+    store.reset();
+    const QUuid id = QUuid::createUuid();
+    putIndex('[' + record(id, "a.wav").replace("\"n\"", "\"a\\u0000b\\u001b\"") + ']');
+    test::writeBytes(library + u"/a.wav"_s, "x");
+    ASSERT_EQ(open()->items().size(), 1);
+    EXPECT_EQ(open()->items().first().name, u"a b "_s);
+}
+
+TEST_F(LibraryStoreTest, AnIdentityOfZerosIsOneAsWell)
+{
+    putIndex('[' + record(QUuid(), "a.wav") + ',' + record(QUuid::createUuid(), "b.wav") + ']');
+    for (const QString& name : {u"/a.wav"_s, u"/b.wav"_s})
+        test::writeBytes(library + name, "x");
+    EXPECT_EQ(open()->items().size(), 2);
+}
+
+TEST_F(LibraryStoreTest, AFolderThatCannotBeListedLosesNoRecord)
+{
+    putIndex('[' + record(QUuid::createUuid(), "a.wav") + ',' + record(QUuid::createUuid(), "../b.wav") + ']');
+    test::writeBytes(library + u"/a.wav"_s, "x");
+    test::writeBytes(library + u"/HALF.wav"_s, "half");
+    test::writeBytes(library + u"/.importing-HALF.wav"_s, "");
+    const QByteArray folderName = QFile::encodeName(library);
+    ASSERT_EQ(::chmod(folderName.constData(), 0300), 0); // its files may be opened, and nobody may list it
+    {
+        const test::WithoutPrivileges user;
+        const auto store = open();
+        ASSERT_EQ(store->items().size(), 1);
+        EXPECT_EQ(store->items().first().fileName, u"a.wav"_s);
+        store->sweepUnfinished();
+        store->rename(store->items().first(), u"Door"_s);
+        EXPECT_FALSE(store->isSaved()); // a folder that can't be opened can't be synced
+    }
+    ASSERT_EQ(::chmod(folderName.constData(), 0700), 0);
+    EXPECT_EQ(files(), (QStringList{u".importing-HALF.wav"_s, u"a.wav"_s, u"HALF.wav"_s, u"index.json"_s}));
+    ASSERT_EQ(open()->items().size(), 1);
+}
+
+TEST_F(LibraryStoreTest, WhatCannotBeDeletedInTheIndexStaysWithItsFile)
+{
+    const auto store = open();
+    for (const QString& name : {u"one.wav"_s, u"two.wav"_s, u"three.wav"_s})
+        import(*store, name);
+    const QList<SoundItem> before = store->items();
+    EXPECT_TRUE(store->isSaved());
+    const QStringList filesBefore = files();
+    {
+        const test::FileSizeLimit full(10);
+        auto deleting = store->deleteItems({before[0], before[2]});
+        EXPECT_EQ(store->items(), QList<SoundItem>{before[1]}); // at once
+        EXPECT_FALSE(test::await(std::move(deleting)));
+    }
+    EXPECT_EQ(store->items(), before);
+    EXPECT_EQ(files(), filesBefore);
+    store->rename(before[1], u"Door"_s); // what is saved next names them all
+    EXPECT_EQ(stored(*store), store->items());
+    EXPECT_EQ(store->items().size(), 3);
+    EXPECT_EQ(files(), filesBefore);
+    EXPECT_TRUE(test::await(store->deleteItems({before[0], before[2]})));
+    EXPECT_EQ(files(), (QStringList{before[1].fileName, u"index.json"_s}));
+}
+
+TEST_F(LibraryStoreTest, AFileThatAnotherRecordNamesStays)
+{
+    const QUuid doomed = QUuid::createUuid();
+    putIndex('[' + record(doomed, "a.wav") + ',' + record(QUuid::createUuid(), "a.wav") + ']');
+    test::writeBytes(library + u"/a.wav"_s, "x");
+    const auto store = open();
+    ASSERT_EQ(store->items().size(), 2);
+    EXPECT_TRUE(test::await(store->deleteItems({*store->find(doomed)})));
+    EXPECT_EQ(files(), (QStringList{u"a.wav"_s, u"index.json"_s}));
+}
+
+TEST_F(LibraryStoreTest, TheSoundOfAVideoComesInAndAVideoWithoutOneIsTold)
+{
+    const auto store = open();
+    const QString film =
+        test::makeMedia(u"My Film.mp4"_s, test::picture(1) + test::wandering(48'000, 2, 1) +
+                                              QStringList{u"-c:v"_s, u"mpeg4"_s, u"-c:a"_s, u"aac"_s, u"-shortest"_s});
+    const SoundItem item = test::await(store->importFile(film, SoundOrigin::imported));
+    EXPECT_EQ(item.name, u"My Film"_s);
+    EXPECT_EQ(item.fileName, uuidText(item.id) + u".m4a"_s);
+    EXPECT_NEAR(item.duration, 1, 0.05);
+    const AudioFile sound(store->path(item));
+    EXPECT_EQ(sound.channelCount(), 2);
+    EXPECT_TRUE(store->isSaved());
+    EXPECT_EQ(files(), (QStringList{item.fileName, u"index.json"_s}));
+
+    const QString silent = test::makeMedia(u"Silent.mp4"_s, test::picture(1) + QStringList{u"-c:v"_s, u"mpeg4"_s});
+    EXPECT_EQ(importError(store->importFile(silent, SoundOrigin::imported)), u"Silent has no audio track."_s);
+    EXPECT_EQ(files(), (QStringList{item.fileName, u"index.json"_s}));
+}
+
+TEST_F(LibraryStoreTest, AFailureIsToldOfTheSoundAndNotOfItsFile)
+{
+    const auto store = open();
+    const QString file = test::writeTone(source(u"Door.wav"_s), 2, 48'000);
+    {
+        const test::FileSizeLimit full(1'000);
+        EXPECT_EQ(importError(store->importFile(file, SoundOrigin::imported)),
+                  u"“Door.wav” couldn't be copied because file too large."_s);
+        SoundInfo info;
+        info.name = u"Gate"_s;
+        EXPECT_EQ(importError(store->importFile(file, SoundOrigin::cut, {}, info)),
+                  u"“Gate” couldn't be copied because file too large."_s);
+        EXPECT_EQ(importError(store->importData(QByteArray(9'999, 'x'), u"Made"_s, u"wav"_s, SoundOrigin::generated)),
+                  u"“Made” couldn't be written because file too large."_s);
+    }
+    QDir(library).removeRecursively(); // the mark is the first that can't be made
+    EXPECT_EQ(importError(store->importFile(file, SoundOrigin::imported)),
+              u"“Door.wav” couldn't be written because it isn't there any more."_s);
 }

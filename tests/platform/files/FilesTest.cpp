@@ -1,4 +1,7 @@
 #include "platform/files/Files.h"
+#include "platform/files/FileDescriptor.h"
+#include "platform/files/FolderIdentity.h"
+#include "platform/files/ScratchFile.h"
 #include "support/Printing.h"
 
 #include <QDir>
@@ -9,6 +12,7 @@
 
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -223,4 +227,54 @@ TEST_F(FilesTest, ACopyEndsWithTheBlockInWhichItIsCancelled)
     EXPECT_TRUE(wasCancelled);
     EXPECT_EQ(everything(), QStringList());
     ::close(fd);
+}
+
+TEST_F(FilesTest, APathWithAZeroInItMeansNoFile)
+{
+    put(at(u"notes.txt"_s), "mine");
+    put(at(u"other"_s), "other");
+    const QString hostile = at(u"notes.txt"_s) + QChar(u'\0') + u"x.wav"_s;
+    EXPECT_THROW(Files::readAll(hostile, 100), FileError);
+    EXPECT_THROW(write(hostile, "theirs"), FileError);
+    EXPECT_THROW(Files::copy(hostile, at(u"copy"_s)), FileError);
+    EXPECT_THROW(Files::copy(at(u"other"_s), hostile), FileError);
+    EXPECT_THROW(Files::renameToFree(hostile, at(u"renamed"_s)), FileError);
+    EXPECT_THROW(Files::renameToFree(at(u"other"_s), hostile), FileError);
+    EXPECT_THROW(Files::moveToFree(at(u"other"_s), folder.path(), u"a"_s + QChar(u'\0'), u"wav"_s), FileError);
+    EXPECT_THROW(Files::syncFile(hostile), FileError);
+    EXPECT_THROW(Files::syncFolder(folder.path() + QChar(u'\0')), FileError);
+    EXPECT_THROW(Files::requireEnterable(folder.path() + QChar(u'\0')), FileError);
+    EXPECT_THROW(Files::requireReadable(hostile), FileError);
+    EXPECT_FALSE(FolderIdentity::of(folder.path() + QChar(u'\0')));
+    EXPECT_FALSE(fileSystemAt(folder.path() + QChar(u'\0')));
+    EXPECT_FALSE(FileDescriptor(hostile, O_RDONLY).isOpen());
+    {
+        const ScratchFile scratch(hostile);
+    }
+    EXPECT_EQ(everything(), (QStringList{u"notes.txt"_s, u"other"_s}));
+    EXPECT_EQ(Files::readAll(at(u"notes.txt"_s), 100), "mine");
+}
+
+TEST_F(FilesTest, MovesToTheFirstNameThatIsFree)
+{
+    put(at(u"Door.wav"_s), "mine");
+    ASSERT_EQ(::symlink("/nowhere", QFile::encodeName(at(u"Door 2.wav"_s)).constData()), 0);
+    put(at(u".a"_s), "a");
+    put(at(u".b"_s), "b");
+    EXPECT_EQ(Files::moveToFree(at(u".a"_s), folder.path(), u"Door"_s, u"wav"_s), at(u"Door 3.wav"_s));
+    EXPECT_EQ(Files::moveToFree(at(u".b"_s), folder.path(), u"Gate"_s, u"wav"_s), at(u"Gate.wav"_s));
+    EXPECT_EQ(Files::readAll(at(u"Door.wav"_s), 10), "mine");
+    EXPECT_EQ(Files::readAll(at(u"Door 3.wav"_s), 10), "a");
+    EXPECT_EQ(reasonOf([&] { Files::moveToFree(at(u"gone"_s), folder.path(), u"x"_s, u"wav"_s); }), FileError::Reason::notFound);
+}
+
+TEST_F(FilesTest, TellsWhyAFileCannotBeRead)
+{
+    put(at(u"file"_s), "x");
+    EXPECT_NO_THROW(Files::requireReadable(at(u"file"_s)));
+    EXPECT_EQ(reasonOf([&] { Files::requireReadable(at(u"gone"_s)); }), FileError::Reason::notFound);
+    EXPECT_EQ(reasonOf([&] { Files::requireReadable(folder.path()); }), FileError::Reason::folder);
+    EXPECT_EQ(FileError(FileError::Action::read, u"/a/b"_s, EISDIR).message(), u"“b” couldn't be read because it is a folder."_s);
+    EXPECT_EQ(FileError(FileError::Action::read, u"/a/b"_s, EISDIR).named(u"Door/Gate"_s).message(),
+              u"“Door/Gate” couldn't be read because it is a folder."_s);
 }

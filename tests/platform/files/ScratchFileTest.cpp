@@ -4,9 +4,16 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace tonequill;
 using namespace Qt::StringLiterals;
@@ -70,4 +77,106 @@ TEST(ScratchFile, AllThatAreThereCanBeRemovedAtOnce)
         EXPECT_TRUE(QFile(path).open(QIODevice::WriteOnly));
     ScratchFile::removeAll();
     EXPECT_FALSE(QFile::exists(first) || QFile::exists(second));
+}
+
+namespace {
+
+QStringList notes()
+{
+    return QDir(QDir::tempPath()).entryList({u"tonequill-scratch-*"_s}, QDir::Dirs);
+}
+
+// Does the work in a process that is killed then.
+template <typename Work>
+void inAKilledProcess(const Work& work)
+{
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        work();
+        ::raise(SIGKILL);
+    }
+    ::waitpid(child, nullptr, 0);
+}
+
+} // namespace
+
+TEST(ScratchFile, WhatAKilledProcessLeavesIsSweptWhereverItLies)
+{
+    const QTemporaryDir folder;
+    const QString mine = folder.filePath(u"Door.wav"_s);
+    inAKilledProcess([&] {
+        const auto fill = [](const QString& path) {
+            if (!QFile(path).open(QIODevice::WriteOnly))
+                ::_exit(1);
+        };
+        const auto* sound = new ScratchFile(ScratchFile::withExtension(u"wav"_s));
+        const auto* aside = new ScratchFile(ScratchFile::hiddenIn(folder.path()));
+        const auto* settings = new ScratchFile(ScratchFile::privateFolder());
+        auto* kept = new ScratchFile(mine);
+        for (const QString& path : {sound->path(), aside->path(), settings->path() + u"/settings.ini"_s, kept->path()})
+            fill(path);
+        kept->keep();
+    });
+    const QDir temporary(QDir::tempPath());
+    const auto left = [&] {
+        return temporary.entryList({u"*-*-*-*-*.wav"_s, u"tonequill-folder-*"_s}) +
+               QDir(folder.path()).entryList({u".export-*"_s}, QDir::Files | QDir::Hidden);
+    };
+    EXPECT_EQ(left().size(), 3);
+    EXPECT_EQ(notes().size(), 1);
+    ScratchFile::sweepStrays();
+    EXPECT_TRUE(left().isEmpty()) << left().join(u' ').toStdString();
+    EXPECT_TRUE(notes().isEmpty());
+    EXPECT_TRUE(QFile::exists(mine)); // it was no longer temporary
+}
+
+TEST(ScratchFile, WhatALivingProcessHasStays)
+{
+    const ScratchFile file = ScratchFile::withExtension(u"wav"_s);
+    ASSERT_TRUE(QFile(file.path()).open(QIODevice::WriteOnly));
+    EXPECT_EQ(notes().size(), 1);
+    inAKilledProcess([] { ScratchFile::sweepStrays(); });
+    EXPECT_TRUE(QFile::exists(file.path()));
+    EXPECT_EQ(notes().size(), 1);
+}
+
+TEST(ScratchFile, NothingIsNotedOnceNothingIsThere)
+{
+    {
+        const ScratchFile one = ScratchFile::withExtension(u"wav"_s);
+        const ScratchFile same(one.path());
+        const ScratchFile folder = ScratchFile::privateFolder();
+        EXPECT_EQ(notes().size(), 1);
+        EXPECT_EQ(QFileInfo(folder.path()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    }
+    EXPECT_TRUE(notes().isEmpty());
+}
+
+TEST(ScratchFile, NotesThatAreNotOursAreLeftAlone)
+{
+    const QString folder = QDir::tempPath() + u"/tonequill-scratch-foreign"_s;
+    const QString treasure = QDir::tempPath() + u"/treasure"_s;
+    ASSERT_TRUE(QDir().mkdir(folder));
+    ASSERT_EQ(::chmod(QFile::encodeName(folder).constData(), 0777), 0); // anybody may have put a link there
+    ASSERT_TRUE(QFile(treasure).open(QIODevice::WriteOnly));
+    ASSERT_TRUE(QFile::link(treasure, folder + u"/1"_s));
+    ScratchFile::sweepStrays();
+    EXPECT_TRUE(QFile::exists(treasure));
+    QDir(folder).removeRecursively();
+    QFile::remove(treasure);
+}
+
+TEST(ScratchFile, OneOfTwoOwnersMayLetGo)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"two.wav"_s);
+    const ScratchFile outer(path);
+    {
+        ScratchFile inner(path);
+        EXPECT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+        inner.keep();
+    }
+    ScratchFile::removeAll();
+    EXPECT_FALSE(QFile::exists(path));
 }

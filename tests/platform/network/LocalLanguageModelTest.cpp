@@ -149,6 +149,28 @@ TEST_F(LocalLanguageModelTest, RemembersForAWhileWhetherItIsThere)
     EXPECT_EQ(server.paths.size(), 1);
 }
 
+TEST_F(LocalLanguageModelTest, RestsAfterATimeOut)
+{
+    server.mood = Mood::hang;
+    LocalLanguageModel::Settings own = settings(kPatience, kImpatience);
+    own.restTime = std::chrono::minutes(3);
+    LocalLanguageModel model(own);
+    EXPECT_EQ(failureOf(model), Kind::timedOut);
+    EXPECT_FALSE(test::await(model.isAvailable()));
+    server.mood = Mood::answer;
+    EXPECT_EQ(failureOf(model), Kind::unavailable);
+    EXPECT_EQ(server.questions.size(), 1) << "it was asked once";
+
+    server.content = uR"({"name": "Door", "tags": []})"_s;
+    own.restTime = std::chrono::milliseconds(0);
+    LocalLanguageModel rested(own);
+    server.mood = Mood::hang;
+    EXPECT_EQ(failureOf(rested), Kind::timedOut);
+    server.mood = Mood::answer;
+    EXPECT_TRUE(test::await(rested.isAvailable()));
+    EXPECT_EQ(failureOf(rested), std::nullopt);
+}
+
 TEST_F(LocalLanguageModelTest, TakesTheModelThatIsNamed)
 {
     LocalLanguageModel::Settings named = settings();

@@ -114,3 +114,17 @@ TEST_F(DefaultsTest, WhatCannotBeWrittenStaysInMemory)
     EXPECT_TRUE(defaults.isSaved());
     EXPECT_EQ(Defaults(path).text(u"theme"_s), u"rose"_s);
 }
+
+TEST_F(DefaultsTest, NoCopyOfThemIsLeftAndAFailureCanBeTriedAgain)
+{
+    const QStringList before = QDir(QDir::tempPath()).entryList(QDir::AllEntries | QDir::Hidden);
+    ASSERT_TRUE(QDir().mkpath(path));
+    Defaults defaults(path);
+    defaults.setText(u"token"_s, u"x"_s);
+    EXPECT_FALSE(defaults.saveAgain());
+    ASSERT_TRUE(QDir().rmdir(path));
+    EXPECT_TRUE(defaults.saveAgain());
+    EXPECT_TRUE(defaults.isSaved());
+    EXPECT_EQ(Defaults(path).text(u"token"_s), u"x"_s);
+    EXPECT_EQ(QDir(QDir::tempPath()).entryList(QDir::AllEntries | QDir::Hidden), before);
+}

@@ -38,8 +38,8 @@ TEST(LibraryLock, HasOneOwner)
         EXPECT_TRUE(first.acquire());
         EXPECT_FALSE(second.acquire());
         EXPECT_FALSE(second.ownerAddress());
-        first.publish(u"/run/x"_s);
-        EXPECT_EQ(second.ownerAddress(), u"/run/x"_s);
+        first.publish(u"/run/tonequill-0123456789abcdef"_s);
+        EXPECT_EQ(second.ownerAddress(), u"/run/tonequill-0123456789abcdef"_s);
     }
     LibraryLock third(library);
     EXPECT_TRUE(third.acquire());
@@ -82,7 +82,7 @@ TEST(LibraryLock, AnOwnerThatNeitherListensNorGoesIsWaitedFor)
 
     LibraryLock listening(library);
     ASSERT_TRUE(listening.acquire());
-    listening.publish(u"/run/x"_s);
+    listening.publish(u"/run/tonequill-0123456789abcdef"_s);
     EXPECT_FALSE(LibraryLock(library).acquireSoon(60000)) << "it can be asked";
 }
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace tonequill {
+
+// Texts that come again and again (tags, words, names), each kept once and known by
+// a number, from 0 in the order in which they came. UTF-8. The hash is seeded for
+// each process: a file can't be made to collide.
+class SymbolTable {
+public:
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    // The number of a text, given to it if it is new.
+    std::uint32_t intern(std::string_view text);
+    // kNone for a text that isn't there.
+    std::uint32_t find(std::string_view text) const;
+
+    std::string_view text(std::uint32_t symbol) const
+    {
+        return {m_texts.data() + m_starts[symbol], m_starts[symbol + 1] - m_starts[symbol]};
+    }
+    std::uint32_t size() const { return std::uint32_t(m_starts.size() - 1); }
+
+    // Gives back what was taken ahead.
+    void shrink();
+
+private:
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t symbol = kNone;
+    };
+
+    std::uint32_t hashOf(std::string_view text) const;
+    // The slot of the text, or the free one where it belongs.
+    std::size_t slotOf(std::string_view text, std::uint32_t hash) const;
+    void grow();
+
+    std::vector<char> m_texts;
+    std::vector<std::uint32_t> m_starts{0};              // and the end of the last one
+    std::vector<Slot> m_slots = std::vector<Slot>(1024); // a power of two, at most 3/4 full
+};
+
+} // namespace tonequill
