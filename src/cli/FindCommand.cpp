@@ -1,6 +1,7 @@
 // find: free sounds of the offline catalogue.
 
 #include "base/JsonWriter.h"
+#include "base/NumberText.h"
 #include "base/Text.h"
 #include "cli/Command.h"
 #include "cli/Options.h"
@@ -124,7 +125,7 @@ void print(const Found& found)
         terminal::print(text::plainLine(row));
     }
     if (found.message.isEmpty())
-        terminal::print(u"%1 sounds in %2 ms"_s.arg(found.results.size()).arg(found.seconds * 1000, 0, 'f', 1));
+        terminal::print(u"%1 sounds in %2 ms"_s.arg(found.results.size()).arg(NumberText::fixed(found.seconds * 1000, 1)));
     else
         terminal::complain(found.message);
 }

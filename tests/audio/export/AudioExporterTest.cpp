@@ -435,6 +435,19 @@ TEST(AudioExporter, EndsItsFadesAndLevelsSoonAfterItIsCancelled)
     EXPECT_LE(test::workAfterCancel(process), test::kSoon);
 }
 
+TEST(AudioExporter, FindsThePeakWhereverItIs)
+{
+    // Loops go in stretches of some ten thousand frames.
+    for (const std::size_t place : {std::size_t(0), std::size_t(65'535), std::size_t(65'536), std::size_t(199'999)}) {
+        Samples samples(200'000, 0.1F);
+        samples[place] = -0.5F;
+        AudioBuffer buffer = test::bufferOf({Samples(200'000, 0.2F), samples});
+        AudioExporter::process(buffer, ExportPreset::anyEditor, 0, 0);
+        EXPECT_FLOAT_EQ(buffer.channel(1)[place], -0.8912509F) << place;
+        EXPECT_FLOAT_EQ(buffer.channel(0)[199'998], 0.8912509F * 0.4F) << place;
+    }
+}
+
 TEST(AudioExporter, AnOlderFileStaysUntilTheNewOneIsComplete)
 {
     const QTemporaryDir folder;
@@ -471,17 +484,4 @@ TEST(AudioExporter, APathWithAZeroInItReplacesNoOtherFile)
     EXPECT_THROW(AudioExporter::exportRange(request(source, 0, 1), hostile), AudioFileError);
     EXPECT_EQ(test::bytesOfFile(folder.filePath(u"notes.txt"_s)), "mine");
     EXPECT_EQ(entriesOf(folder.path()), QStringList{u"notes.txt"_s});
-}
-
-TEST(AudioExporter, FindsThePeakWhereverItIs)
-{
-    // Loops go in stretches of some ten thousand frames.
-    for (const std::size_t place : {std::size_t(0), std::size_t(65'535), std::size_t(65'536), std::size_t(199'999)}) {
-        Samples samples(200'000, 0.1F);
-        samples[place] = -0.5F;
-        AudioBuffer buffer = test::bufferOf({Samples(200'000, 0.2F), samples});
-        AudioExporter::process(buffer, ExportPreset::anyEditor, 0, 0);
-        EXPECT_FLOAT_EQ(buffer.channel(1)[place], -0.8912509F) << place;
-        EXPECT_FLOAT_EQ(buffer.channel(0)[199'998], 0.8912509F * 0.4F) << place;
-    }
 }
