@@ -49,7 +49,8 @@ private:
     friend class TableBuilder;
 
     // Where the texts of a sound lie in m_texts, one after the other. The title in
-    // lower case is there only where it is another.
+    // lower case is there only where it is another. What an address shares with many others, up to
+    // its last part, is a symbol.
     struct Sound {
         std::uint32_t id = 0;
         std::uint32_t title = 0;
@@ -57,6 +58,8 @@ private:
         std::uint32_t page = 0;
         std::uint32_t lower = 0;
         std::uint32_t end = 0;
+        Symbol urlStart = SymbolTable::kNone;
+        Symbol pageStart = SymbolTable::kNone;
         Symbol creator = SymbolTable::kNone;
         Symbol license : 30 = 0;
         Symbol hasPage : 1 = 0;
@@ -93,6 +96,7 @@ private:
 // the sounds.
 class TableBuilder final : public CatalogueVisitor {
 public:
+    void begin(std::size_t documentBytes) override;
     void take(const CatalogueItem& item) override;
     void startAgain() override { *this = TableBuilder(); }
 
