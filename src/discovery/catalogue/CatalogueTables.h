@@ -21,6 +21,18 @@ public:
     std::int32_t soundCount() const { return std::int32_t(m_sounds.size()); }
     OnlineSound sound(std::int32_t index) const;
 
+    // Asks the memory for a sound that is looked at soon: first for its row, a little later for what
+    // the row leads to.
+    void willNeed(std::int32_t index) const { __builtin_prefetch(&m_sounds[std::size_t(index)]); }
+    void willNeedTexts(std::int32_t index) const
+    {
+        const Sound& sound = m_sounds[std::size_t(index)];
+        __builtin_prefetch(m_tags.data() + sound.tags);
+        __builtin_prefetch(m_words.data() + sound.words);
+        __builtin_prefetch(m_texts.data() + sound.id);
+        __builtin_prefetch(m_texts.data() + sound.lower);
+    }
+
     double duration(std::int32_t index) const { return m_durations[std::size_t(index)]; }
     double popularity(std::int32_t index) const { return m_popularities[std::size_t(index)]; }
 
