@@ -260,9 +260,14 @@ void measureMemory(SoundIndex& index, const QString& path, std::size_t size)
 
 } // namespace
 
-int main(int argc, char**)
+int main(int argc, char** argv)
 {
     const QString path = bench::folder().filePath(u"catalogue-300000.bin"_s);
+    if (argc > 2) { // the process whose memory is measured
+        SoundIndex index;
+        measureMemory(index, path, QByteArray(argv[2]).toULongLong());
+        return bench::exitCode();
+    }
     std::size_t size = 0;
     std::string file;
     {
@@ -276,22 +281,9 @@ int main(int argc, char**)
     malloc_trim(0);
     std::printf("%zu sounds, %.1f MB of JSON, %.1f MB packed\n", kSounds, megabytes(double(size)),
                 megabytes(double(file.size())));
-    if (argc > 1)
-        return 0; // only the file was wanted
-
     // In a process that has done nothing else, or its old memory would be counted.
-    if (const pid_t child = fork(); child == 0) {
-        file = {};
-        malloc_trim(0);
-        SoundIndex index;
-        measureMemory(index, path, size);
-        std::fflush(stdout);
-        _exit(bench::exitCode());
-    } else {
-        int status = 0;
-        waitpid(child, &status, 0);
-        bench::verdict(status == 0);
-    }
+    std::fflush(stdout);
+    bench::verdict(QProcess::execute(QFile::symLinkTarget(u"/proc/self/exe"_s), {u"memory"_s, QString::number(size)}) == 0);
     measureLoad(file, size);
 
     SoundIndex index;

@@ -69,6 +69,7 @@ public:
             text.remove_prefix(kMark.size());
         m_start = text.data();
         m_size = text.size();
+        m_visitor.begin(m_size);
         ondemand::parser parser;
         ondemand::document document = valueOf(parser.iterate(m_start, m_size, m_size + InflatedText::kPadding));
         if (valueOf(document.type()) != ondemand::json_type::object)

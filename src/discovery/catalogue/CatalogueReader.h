@@ -39,6 +39,8 @@ struct CatalogueItem {
 class CatalogueVisitor {
 public:
     virtual ~CatalogueVisitor() = default;
+    // How long the document is, before its first item.
+    virtual void begin(std::size_t) {}
     // Item after item, in the order of the file, those that aren't kept among them.
     virtual void take(const CatalogueItem& item) = 0;
     // What was taken counts no more: the file says the same thing again.

@@ -18,6 +18,14 @@ bool isAscii(std::string_view text)
     return all < 0x80;
 }
 
+// How much of an address others may begin with, too: all but its last part.
+std::size_t sharedStart(std::string_view address)
+{
+    constexpr std::size_t kLongest = 200; // longer ones are nobody else's
+    const std::size_t last = address.size() < 2 ? address.npos : address.rfind('/', address.size() - 2);
+    return last == address.npos || last > kLongest ? 0 : last + 1;
+}
+
 bool isUpper(char c)
 {
     return c >= 'A' && c <= 'Z';
@@ -50,10 +58,10 @@ QString qtText(std::string_view text)
 std::string_view lowercase(std::string_view text, std::string& room)
 {
     if (isAscii(text)) {
-        if (std::none_of(text.begin(), text.end(), isUpper))
+        if (std::none_of(text.begin(), text.end(), [](char c) { return isUpper(c); }))
             return text;
         room.resize(text.size());
-        std::transform(text.begin(), text.end(), room.begin(), lowered);
+        std::transform(text.begin(), text.end(), room.begin(), [](char c) { return lowered(c); });
     } else {
         room = text::lowercase(qtText(text)).toStdString();
     }
@@ -94,13 +102,13 @@ OnlineSound CatalogueTables::sound(std::int32_t index) const
     OnlineSound sound;
     sound.id = qtText(between(row.id, row.title));
     sound.title = qtText(between(row.title, row.url));
-    sound.url = qtText(between(row.url, row.page));
+    sound.url = qtText(text(row.urlStart)) + qtText(between(row.url, row.page));
     sound.duration = duration(index);
     sound.license = qtText(text(row.license));
     if (row.creator != SymbolTable::kNone)
         sound.creator = qtText(text(row.creator));
     if (row.hasPage)
-        sound.pageURL = qtText(between(row.page, row.lower));
+        sound.pageURL = qtText(text(row.pageStart)) + qtText(between(row.page, row.lower));
     const std::span<const Symbol> ownTags = tags(index);
     sound.tags.reserve(qsizetype(ownTags.size()));
     for (const Symbol tag : ownTags)
@@ -171,8 +179,8 @@ void TableBuilder::addTitleWords(std::string_view lowerTitle)
     }
     const char* const last = lowerTitle.data() + lowerTitle.size();
     for (const char* end = lowerTitle.data(); end != last;) {
-        const char* const start = std::find_if(end, last, isWordLetter);
-        end = std::find_if_not(start, last, isWordLetter);
+        const char* const start = std::find_if(end, last, [](char c) { return isWordLetter(c); });
+        end = std::find_if_not(start, last, [](char c) { return isWordLetter(c); });
         if (start != end)
             m_words.emplace_back(start, std::size_t(end - start));
     }
@@ -190,11 +198,33 @@ void TableBuilder::addTexts(const CatalogueItem& item, CatalogueTables::Sound& s
     const std::string_view lower = lowercase(item.title, m_lower);
     sound.id = add(item.id);
     sound.title = add(item.title);
-    sound.url = add(item.url);
-    sound.page = add(item.page.value_or(std::string_view()));
+    const auto addAddress = [&](std::string_view address, Symbol& shared) {
+        const std::size_t split = sharedStart(address);
+        shared = m_tables.m_symbols.intern(address.substr(0, split));
+        return add(address.substr(split));
+    };
+    sound.url = addAddress(item.url, sound.urlStart);
+    sound.page = std::uint32_t(texts.size());
+    if (item.page)
+        addAddress(*item.page, sound.pageStart);
     sound.lower = add(lower == item.title ? std::string_view() : lower);
     sound.end = std::uint32_t(texts.size());
     addTitleWords(lower);
+}
+
+// Room for what a document of the size has at most, or nearly: memory that isn't written to costs
+// nothing, growing and shrinking does.
+void TableBuilder::begin(std::size_t documentBytes)
+{
+    constexpr std::size_t kBytesOfASound = 160;
+    constexpr std::size_t kBytesOfATag = 16;
+    constexpr std::size_t kBytesOfAWord = 32;
+    m_tables.m_texts.reserve(documentBytes);
+    m_tables.m_sounds.reserve(documentBytes / kBytesOfASound);
+    m_tables.m_durations.reserve(documentBytes / kBytesOfASound);
+    m_tables.m_popularities.reserve(documentBytes / kBytesOfASound);
+    m_tables.m_tags.reserve(documentBytes / kBytesOfATag);
+    m_tables.m_words.reserve(documentBytes / kBytesOfAWord);
 }
 
 void TableBuilder::take(const CatalogueItem& item)
@@ -251,17 +281,10 @@ void TableBuilder::fillPostings()
 CatalogueTables TableBuilder::finish()
 {
     fillPostings();
+    m_tables.m_lower.reserve(m_known.size());
     for (const Known& one : m_known)
         m_tables.m_lower.push_back(one.lower);
     m_known = {};
-    m_tables.m_symbols.shrink();
-    m_tables.m_lower.shrink_to_fit();
-    m_tables.m_texts.shrink_to_fit();
-    m_tables.m_sounds.shrink_to_fit();
-    m_tables.m_durations.shrink_to_fit();
-    m_tables.m_popularities.shrink_to_fit();
-    m_tables.m_tags.shrink_to_fit();
-    m_tables.m_words.shrink_to_fit();
     return std::move(m_tables);
 }
 

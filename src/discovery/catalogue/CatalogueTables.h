@@ -21,6 +21,18 @@ public:
     std::int32_t soundCount() const { return std::int32_t(m_sounds.size()); }
     OnlineSound sound(std::int32_t index) const;
 
+    // Asks the memory for a sound that is looked at soon: first for its row, a little later for what
+    // the row leads to.
+    void willNeed(std::int32_t index) const { __builtin_prefetch(&m_sounds[std::size_t(index)]); }
+    void willNeedTexts(std::int32_t index) const
+    {
+        const Sound& sound = m_sounds[std::size_t(index)];
+        __builtin_prefetch(m_tags.data() + sound.tags);
+        __builtin_prefetch(m_words.data() + sound.words);
+        __builtin_prefetch(m_texts.data() + sound.id);
+        __builtin_prefetch(m_texts.data() + sound.lower);
+    }
+
     double duration(std::int32_t index) const { return m_durations[std::size_t(index)]; }
     double popularity(std::int32_t index) const { return m_popularities[std::size_t(index)]; }
 
@@ -49,7 +61,8 @@ private:
     friend class TableBuilder;
 
     // Where the texts of a sound lie in m_texts, one after the other. The title in
-    // lower case is there only where it is another.
+    // lower case is there only where it is another. What an address shares with many others, up to
+    // its last part, is a symbol.
     struct Sound {
         std::uint32_t id = 0;
         std::uint32_t title = 0;
@@ -57,6 +70,8 @@ private:
         std::uint32_t page = 0;
         std::uint32_t lower = 0;
         std::uint32_t end = 0;
+        Symbol urlStart = SymbolTable::kNone;
+        Symbol pageStart = SymbolTable::kNone;
         Symbol creator = SymbolTable::kNone;
         Symbol license : 30 = 0;
         Symbol hasPage : 1 = 0;
@@ -93,6 +108,7 @@ private:
 // the sounds.
 class TableBuilder final : public CatalogueVisitor {
 public:
+    void begin(std::size_t documentBytes) override;
     void take(const CatalogueItem& item) override;
     void startAgain() override { *this = TableBuilder(); }
 

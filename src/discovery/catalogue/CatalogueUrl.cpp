@@ -41,8 +41,9 @@ std::size_t plainPath(std::string_view text)
         return 0;
     const std::string_view name = text.substr(host, path - host);
     constexpr std::size_t kLongestName = 63; // of one part of a host
-    if (name.size() > kLongestName || !std::all_of(name.begin(), name.end(), isHostLetter) || name.find("..") != name.npos ||
-        name.find("--") != name.npos || name.find("-.") != name.npos || name.find(".-") != name.npos || name.back() == '-')
+    if (name.size() > kLongestName || !std::all_of(name.begin(), name.end(), [](char c) { return isHostLetter(c); }) ||
+        name.find("..") != name.npos || name.find("--") != name.npos || name.find("-.") != name.npos ||
+        name.find(".-") != name.npos || name.back() == '-')
         return 0;
     const bool isPlain = std::all_of(text.begin() + std::ptrdiff_t(path), text.end(),
                                      [](char c) { return kPlain[static_cast<unsigned char>(c)]; });

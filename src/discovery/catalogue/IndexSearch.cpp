@@ -144,7 +144,13 @@ void IndexSearch::scoreExactly(Terms terms, std::vector<Candidate>& candidates)
 {
     std::fill(m_looked.begin(), m_looked.end(), Looked());
     m_lookedCount = 0;
-    for (Candidate& candidate : candidates) {
+    constexpr std::size_t kAhead = 4;
+    for (std::size_t at = 0; at < candidates.size(); ++at) {
+        if (at + 2 * kAhead < candidates.size())
+            m_tables.willNeed(candidates[at + 2 * kAhead].index);
+        if (at + kAhead < candidates.size())
+            m_tables.willNeedTexts(candidates[at + kAhead].index);
+        Candidate& candidate = candidates[at];
         std::uint32_t is = 0;
         std::uint32_t has = 0;
         for (const CatalogueTables::Symbol tag : m_tables.tags(candidate.index)) {

@@ -119,11 +119,4 @@ void SymbolTable::grow()
     }
 }
 
-void SymbolTable::shrink()
-{
-    m_texts.shrink_to_fit();
-    m_starts.shrink_to_fit();
-    m_hashes = {};
-}
-
 } // namespace tonequill

@@ -27,9 +27,6 @@ public:
     }
     std::uint32_t size() const { return std::uint32_t(m_starts.size() - 1); }
 
-    // Gives back what was taken ahead.
-    void shrink();
-
 private:
     // With where its text lies, so that a look needs no third place.
     struct Slot {
