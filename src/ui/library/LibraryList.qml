@@ -95,7 +95,6 @@ KeyboardItem {
         clip: true
         cacheBuffer: Metrics.row * 8
         // The view follows whoever goes somewhere; when rows come or go it stays.
-        Component.onCompleted: Qt.callLater(showCurrent)
 
         function showCurrent() {
             if (control.model.currentRow >= 0)
@@ -103,6 +102,12 @@ KeyboardItem {
         }
 
         T.ScrollBar.vertical: ScrollThumb {}
+
+        Timer { // once it has its height
+            interval: 0
+            running: true
+            onTriggered: list.showCurrent()
+        }
 
         Connections {
             target: control.model
