@@ -6,6 +6,7 @@
 #include "app/library/ImportFlows.h"
 #include "app/model/AppModel.h"
 #include "app/smart/SmartActions.h"
+#include "discovery/catalogue/SoundIndex.h"
 #include "platform/desktop/DesktopApps.h"
 #include "platform/network/LocalLanguageModel.h"
 #include "platform/playback/NoAudioOutput.h"
@@ -87,7 +88,7 @@ int main(int argc, char** argv)
     BackgroundEditorWork work(classifier, output, workers);
     DesktopApps apps;
     LocalLanguageModel noModel(LocalLanguageModel::Settings{});
-    AppModel model({defaults, clock, workers, work, apps, noModel},
+    AppModel model({defaults, clock, workers, work, apps, noModel, SoundIndex::shared()},
                    std::make_unique<LibraryStore>(clock, workers, folder.filePath(u"Library"_s)));
     wait(importURLs(model, cameraFiles(folder)));
     QElapsedTimer since;
