@@ -211,8 +211,11 @@ QList<OnlineSound> IndexSearch::search(const IndexQuery& query)
     QList<OnlineSound> found;
     const qsizetype length = std::clamp(query.limit, qsizetype(0), qsizetype(candidates.size()));
     found.reserve(length);
-    for (qsizetype i = 0; i < length; ++i)
+    for (qsizetype i = 0; i < length; ++i) {
+        if (i + 4 < length)
+            m_tables.willNeedTexts(candidates[std::size_t(i + 4)].index);
         found << m_tables.sound(candidates[std::size_t(i)].index);
+    }
     return found;
 }
 
