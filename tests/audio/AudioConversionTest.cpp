@@ -104,7 +104,7 @@ TEST(AudioConversion, MixesManyChannelsDownWithoutClipping)
 
 TEST(AudioConversion, EndsSoonAfterItIsCancelled)
 {
-    const AudioBuffer sound = test::bufferOf({test::noise(30, 1, 0.5F, 44'100)}, 44'100);
+    const AudioBuffer sound = test::bufferOf({test::noise(120, 1, 0.5F, 44'100)}, 44'100);
     const auto convert = [&sound](Progress& progress) { convertBuffer(sound, {48'000, 1}, &progress); };
     EXPECT_LE(test::workAfterCancel(convert), test::kSoon);
 }

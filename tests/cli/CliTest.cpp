@@ -266,7 +266,7 @@ TEST_F(CliTest, EveryHelpShowsItsArgumentsAsTheListDoes)
             << own.toStdString();
         ++commands;
     }
-    EXPECT_EQ(commands, 17);
+    EXPECT_EQ(commands, 18);
 }
 
 TEST_F(CliTest, EffectsThatCannotBeRenderedAreWrongUse)
