@@ -1,19 +1,31 @@
 #include "app/model/NamesBeingFound.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tonequill {
 
-NamesBeingFound::Claim::Claim(NamesBeingFound& names, const QSet<QUuid>& ids)
-    : m_names(names),
-      m_ids(QSet<QUuid>(ids).subtract(names.m_claimed))
+NamesBeingFound::Claim::Claim(NamesBeingFound& names, const QSet<QUuid>& ids) : m_names(names), m_ids(ids)
 {
-    m_names.m_claimed.unite(m_ids);
+    m_ids.removeIf([&names](const QUuid& id) { return names.isClaimed(id); });
+    m_names.m_claims << this;
 }
 
 NamesBeingFound::Claim::~Claim()
 {
-    m_names.m_claimed.subtract(m_ids);
+    m_names.m_claims.removeOne(this);
+}
+
+const NamesBeingFound::Claim* NamesBeingFound::claimOf(const QUuid& id) const
+{
+    const auto claim = std::find_if(m_claims.begin(), m_claims.end(), [&id](const Claim* one) { return one->has(id); });
+    return claim == m_claims.end() ? nullptr : *claim;
+}
+
+void NamesBeingFound::stop(const QUuid& id)
+{
+    if (const Claim* claim = claimOf(id))
+        claim->progress()->cancel();
 }
 
 NamesBeingFound::Look::Look(NamesBeingFound& names, const QUuid& id) : m_names(names), m_id(id)

@@ -3,6 +3,7 @@
 #include "base/Progress.h"
 #include "base/Ticket.h"
 
+#include <QList>
 #include <QObject>
 #include <QSet>
 #include <QUuid>
@@ -25,11 +26,17 @@ public:
 
         bool has(const QUuid& id) const { return m_ids.contains(id); }
         bool isEmpty() const { return m_ids.isEmpty(); }
+        // Of the flow's work; cancelled once nobody wants its names any more.
+        const ProgressPtr& progress() const { return m_progress; }
 
     private:
         NamesBeingFound& m_names;
         QSet<QUuid> m_ids;
+        ProgressPtr m_progress = std::make_shared<Progress>();
     };
+    bool isClaimed(const QUuid& id) const { return claimOf(id) != nullptr; }
+    // The flow that names the sound ends with the one it looks at, which keeps its name.
+    void stop(const QUuid& id);
 
     // One of them is looked at just now, and its row tells so.
     class Look {
@@ -59,7 +66,9 @@ Q_SIGNALS:
     void changed(const QUuid& id); // whether it is looked at
 
 private:
-    QSet<QUuid> m_claimed;
+    const Claim* claimOf(const QUuid& id) const;
+
+    QList<const Claim*> m_claims;
     QSet<QUuid> m_lookedAt;
     Tickets m_questions;
     ProgressPtr m_asking;

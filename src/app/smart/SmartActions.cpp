@@ -58,6 +58,21 @@ void give(SoundItem& record, const SoundNaming& naming)
     record.addTags(naming.tags);
 }
 
+// None once nobody wants it.
+QCoro::Task<std::optional<SoundNaming>> namingOf(AppModel& model, SoundItem item, ProgressPtr progress)
+{
+    const NamesBeingFound::Look look(model.names(), item.id);
+    try {
+        SoundNaming naming = co_await smartNaming(model, item, Lane::behind, progress);
+        if (!progress->isCancelled())
+            co_return std::move(naming);
+    } catch (const Cancelled&) {
+        if (!progress->isCancelled())
+            throw; // the program ends
+    }
+    co_return std::nullopt;
+}
+
 // The record as it is, unless somebody named it meanwhile. What the editor's own ear
 // calls it is no such name.
 const SoundItem* stillNameless(const AppModel& model, const SoundItem& item)
@@ -121,15 +136,12 @@ QCoro::Task<NamingOutcome> smartRename(AppModel& model, QList<SoundItem> items)
         if (!stored)
             continue;
         const SoundItem before = *stored;
-        SoundNaming naming;
-        {
-            const NamesBeingFound::Look look(model.names(), before.id);
-            const auto progress = std::make_shared<Progress>();
-            naming = co_await smartNaming(model, before, Lane::behind, progress);
-        }
-        if (naming.name.isEmpty() || !stillNameless(model, before))
+        const std::optional<SoundNaming> naming = co_await namingOf(model, before, claim.progress());
+        if (!naming)
+            break;
+        if (naming->name.isEmpty() || !stillNameless(model, before))
             continue;
-        changes->update(before, [&naming](SoundItem& record) { give(record, naming); });
+        changes->update(before, [&naming](SoundItem& record) { give(record, *naming); });
         outcome.renamed << before.id;
     }
     changes.reset();

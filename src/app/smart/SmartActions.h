@@ -22,7 +22,8 @@ QCoro::Task<> suggestSmartName(AppModel& model, SoundItem item);
 void useSmartSuggestion(AppModel& model, const SoundItem& item);
 
 // Names those sounds whose names say nothing. A sound that is deleted or gets
-// another name meanwhile is left as it is, and so is one that is being named.
+// another name meanwhile is left as it is, and so is one that is being named. What
+// is named keeps its name if it is stopped (NamesBeingFound::stop()).
 QCoro::Task<NamingOutcome> smartRename(AppModel& model, QList<SoundItem> items);
 
 } // namespace tonequill

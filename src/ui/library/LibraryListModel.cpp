@@ -233,15 +233,29 @@ QString LibraryListModel::deleteLabel(int row) const
     return count > 1 ? u"Delete %1 Sounds"_s.arg(count) : u"Delete"_s;
 }
 
+bool LibraryListModel::isBeingNamed(const QList<SoundItem>& sounds) const
+{
+    return std::any_of(sounds.begin(), sounds.end(),
+                       [this](const SoundItem& sound) { return m_app.names().isClaimed(sound.id); });
+}
+
 QString LibraryListModel::smartNameLabel(int row) const
 {
-    return meantBy(row).size() > 1 ? u"Smart Names"_s : u"Smart Name"_s;
+    const QList<SoundItem> meant = meantBy(row);
+    if (isBeingNamed(meant))
+        return u"Stop Naming"_s;
+    return meant.size() > 1 ? u"Smart Names"_s : u"Smart Name"_s;
 }
 
 void LibraryListModel::smartNameFrom(int row)
 {
-    if (const QList<SoundItem> meant = meantBy(row); !meant.isEmpty())
+    const QList<SoundItem> meant = meantBy(row);
+    if (isBeingNamed(meant)) {
+        for (const SoundItem& sound : meant)
+            m_app.names().stop(sound.id);
+    } else if (!meant.isEmpty()) {
         startFlow(smartRename(m_app, meant));
+    }
 }
 
 QString LibraryListModel::saveLabel(int row) const

@@ -79,6 +79,7 @@ public:
     // The row's menu: all that are selected if the row is one of several, else it alone.
     Q_INVOKABLE QString deleteLabel(int row) const;
     Q_INVOKABLE void deleteFrom(int row);
+    // While one of them is being named, its action stops that.
     Q_INVOKABLE QString smartNameLabel(int row) const;
     Q_INVOKABLE void smartNameFrom(int row);
     Q_INVOKABLE QString saveLabel(int row) const;
@@ -102,6 +103,7 @@ Q_SIGNALS:
 private:
     int incomingCount() const { return int(m_incoming.size()); }
     int indexOf(int row) const { return row - incomingCount(); } // in the session
+    bool isBeingNamed(const QList<SoundItem>& sounds) const;
     QVariant incomingData(qsizetype row, int role) const;
     QStringList creditsOf(int row) const;
     void follow(); // the session

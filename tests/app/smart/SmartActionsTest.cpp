@@ -494,6 +494,25 @@ TEST_F(SmartActionsTest, ManyNamesAreSavedTogether)
     EXPECT_EQ(LibraryStore(clock, workers, folder->path()).items(), all());
 }
 
+TEST_F(SmartActionsTest, NamingCanBeStopped)
+{
+    open({u"IMG_1000"_s, u"IMG_1001"_s, u"IMG_1002"_s});
+    auto flow = smartRename(*model, all());
+    hear({{u"door"_s, 0.9}});
+    EXPECT_TRUE(model->names().isClaimed(sound(2).id));
+    model->names().stop(sound(2).id);
+    EXPECT_TRUE(work.hearings.back().question.progress->isCancelled());
+    hear({{u"rain"_s, 0.9}}); // of the second, which came too late
+    EXPECT_EQ(test::await(std::move(flow)).renamed, QList{sound(0).id});
+    EXPECT_EQ(sound(1).name, u"IMG_1001"_s);
+    EXPECT_EQ(sound(2).name, u"IMG_1002"_s);
+    EXPECT_FALSE(model->isWorking());
+    EXPECT_EQ(model->notices().text(), u"Named it and added tags."_s);
+    rename({sound(1)}); // and it can be asked for again
+    hear({{u"rain"_s, 0.9}});
+    EXPECT_NE(sound(1).name, u"IMG_1001"_s);
+}
+
 TEST_F(SmartActionsTest, WhatWasNamedBeforeTheProgramEndsIsKept)
 {
     startFlow(smartRename(*model, all()));

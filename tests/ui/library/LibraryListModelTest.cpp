@@ -306,6 +306,21 @@ TEST_F(LibraryListModelTest, ASoundThatIsBeingNamedTellsSo)
     EXPECT_FALSE(at(0, LibraryListModel::IsBeingNamedRole).toBool());
 }
 
+TEST_F(LibraryListModelTest, WhatNamesASoundStopsNamingIt)
+{
+    folder.add(u"IMG_0001"_s);
+    folder.add(u"IMG_0002"_s);
+    open(1);
+    model->selectAll();
+    model->smartNameFrom(0);
+    EXPECT_EQ(model->smartNameLabel(1), u"Stop Naming"_s);
+    model->smartNameFrom(1);
+    work.hearings.back().answer({{u"dog"_s, 0.5}});
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !app->isWorking(); }, 5000));
+    EXPECT_EQ(at(0, LibraryListModel::NameRole).toString(), u"IMG_0001"_s);
+    EXPECT_EQ(model->smartNameLabel(0), u"Smart Names"_s);
+}
+
 TEST_F(LibraryListModelTest, OfANameOfMegabytesOnlyTheBeginningIsShown)
 {
     openNamed({QString(3 << 20, u'x'), u"Door"_s});
