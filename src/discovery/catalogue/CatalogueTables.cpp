@@ -98,21 +98,27 @@ std::string_view CatalogueTables::lowerTitle(std::int32_t index) const
 
 OnlineSound CatalogueTables::sound(std::int32_t index) const
 {
+    SymbolTexts own = texts(1);
+    return sound(index, own);
+}
+
+OnlineSound CatalogueTables::sound(std::int32_t index, SymbolTexts& texts) const
+{
     const Sound& row = m_sounds[std::size_t(index)];
     OnlineSound sound;
     sound.id = qtText(between(row.id, row.title));
     sound.title = qtText(between(row.title, row.url));
-    sound.url = qtText(text(row.urlStart)) + qtText(between(row.url, row.page));
+    sound.url = texts.of(row.urlStart) + qtText(between(row.url, row.page));
     sound.duration = duration(index);
-    sound.license = qtText(text(row.license));
+    sound.license = texts.of(row.license);
     if (row.creator != SymbolTable::kNone)
-        sound.creator = qtText(text(row.creator));
+        sound.creator = texts.of(row.creator);
     if (row.hasPage)
-        sound.pageURL = qtText(text(row.pageStart)) + qtText(between(row.page, row.lower));
+        sound.pageURL = texts.of(row.pageStart) + qtText(between(row.page, row.lower));
     const std::span<const Symbol> ownTags = tags(index);
     sound.tags.reserve(qsizetype(ownTags.size()));
     for (const Symbol tag : ownTags)
-        sound.tags << qtText(text(tag));
+        sound.tags << texts.of(tag);
     sound.source = (row.isFromWikimedia ? OnlineSound::kWikimedia : OnlineSound::kFreesound).toString();
     sound.popularity = popularity(index);
     return sound;

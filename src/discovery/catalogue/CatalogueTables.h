@@ -19,7 +19,10 @@ public:
     using Symbol = std::uint32_t;
 
     std::int32_t soundCount() const { return std::int32_t(m_sounds.size()); }
+    // The record of a sound; of several, what they have in common is shared by way of `texts`.
+    OnlineSound sound(std::int32_t index, SymbolTexts& texts) const;
     OnlineSound sound(std::int32_t index) const;
+    SymbolTexts texts(std::size_t count) const { return {m_symbols, count}; }
 
     // Asks the memory for a sound that is looked at soon: first for its row, a little later for what
     // the row leads to.

@@ -17,6 +17,7 @@ constexpr float kOtherTag = 3.5F;
 constexpr float kOtherWord = 2.5F;
 constexpr float kPopularity = 4; // points for a popularity of 1, in both stages
 constexpr double kArabic = 3;
+constexpr std::size_t kRememberedTexts = 1 << 13; // of tags above all, which come again and again
 
 // Larger for a larger number, as an unsigned integer. Not for NaN.
 std::uint32_t orderOf(float number)
@@ -40,7 +41,10 @@ struct IndexSearch::Candidate {
     double score = 0;
 };
 
-IndexSearch::IndexSearch(const CatalogueTables& tables) : m_tables(tables), m_points(std::size_t(tables.soundCount()))
+IndexSearch::IndexSearch(const CatalogueTables& tables)
+    : m_tables(tables),
+      m_points(std::size_t(tables.soundCount())),
+      m_texts(tables.texts(kRememberedTexts))
 {
     for (std::int32_t index = 0; index < tables.soundCount(); ++index)
         m_points[std::size_t(index)].boost = static_cast<float>(tables.popularity(index)) * kPopularity;
@@ -214,7 +218,7 @@ QList<OnlineSound> IndexSearch::search(const IndexQuery& query)
     for (qsizetype i = 0; i < length; ++i) {
         if (i + 4 < length)
             m_tables.willNeedTexts(candidates[std::size_t(i + 4)].index);
-        found << m_tables.sound(candidates[std::size_t(i)].index);
+        found << m_tables.sound(candidates[std::size_t(i)].index, m_texts);
     }
     return found;
 }

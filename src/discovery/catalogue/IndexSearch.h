@@ -61,6 +61,7 @@ private:
     std::vector<Looked> m_looked; // by hash, a power of two of them
     std::size_t m_lookedCount = 0;
     std::vector<CatalogueTables::Symbol> m_background;
+    SymbolTexts m_texts;
 };
 
 } // namespace tonequill

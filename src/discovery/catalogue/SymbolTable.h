@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -46,6 +48,32 @@ private:
     std::vector<char> m_texts;
     std::vector<std::uint32_t> m_starts{0};              // and the end of the last one
     std::vector<Slot> m_slots = std::vector<Slot>(1024); // a power of two, at most 3/4 full
+};
+
+// The texts of symbols as strings of Qt. One that came lately is shared, not made anew.
+// The table outlives it. One thread.
+class SymbolTexts {
+public:
+    // Remembers so many at most, a power of two.
+    SymbolTexts(const SymbolTable& symbols, std::size_t count) : m_symbols(symbols), m_lately(count) {}
+
+    const QString& of(std::uint32_t symbol)
+    {
+        Text& text = m_lately[symbol & (m_lately.size() - 1)];
+        if (text.symbol != symbol) {
+            const std::string_view bytes = m_symbols.text(symbol);
+            text = {symbol, QString::fromUtf8(bytes.data(), qsizetype(bytes.size()))};
+        }
+        return text.text;
+    }
+
+private:
+    struct Text {
+        std::uint32_t symbol = SymbolTable::kNone;
+        QString text;
+    };
+    const SymbolTable& m_symbols;
+    std::vector<Text> m_lately;
 };
 
 } // namespace tonequill
