@@ -268,7 +268,7 @@ QCoro::Task<SoundItem> LibraryStore::importData(QByteArray data, QString name, Q
     co_return co_await importFile(path, origin, tags, info);
 }
 
-SoundItem LibraryStore::update(const SoundItem& item, const std::function<void(SoundItem&)>& change)
+SoundItem LibraryStore::update(SoundItem item, const std::function<void(SoundItem&)>& change)
 {
     const SoundItem* changed = this->change(item.id, change);
     if (!changed)
@@ -277,7 +277,7 @@ SoundItem LibraryStore::update(const SoundItem& item, const std::function<void(S
     return *changed;
 }
 
-const SoundItem* LibraryStore::change(const QUuid& id, const std::function<void(SoundItem&)>& change)
+const SoundItem* LibraryStore::change(QUuid id, const std::function<void(SoundItem&)>& change)
 {
     const qsizetype index = indexOf(id);
     if (index < 0)
@@ -296,7 +296,7 @@ LibraryStore::Changes::~Changes()
         m_library.save();
 }
 
-SoundItem LibraryStore::Changes::update(const SoundItem& item, const std::function<void(SoundItem&)>& change)
+SoundItem LibraryStore::Changes::update(SoundItem item, const std::function<void(SoundItem&)>& change)
 {
     const SoundItem* changed = m_library.change(item.id, change);
     m_hasChanged |= changed != nullptr;

@@ -71,16 +71,17 @@ public:
         Changes& operator=(const Changes&) = delete;
 
         // As LibraryStore::update().
-        SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
+        SoundItem update(SoundItem item, const std::function<void(SoundItem&)>& change);
 
     private:
         LibraryStore& m_library;
         bool m_hasChanged = false;
     };
 
-    // Changes the stored record of that id, saves, and returns it as it now is.
-    // A record that isn't there any more is returned as given.
-    SoundItem update(const SoundItem& item, const std::function<void(SoundItem&)>& change);
+    // Changes the stored record of that id, saves, and returns it as it now is. By value:
+    // the record given may be the stored one, which moves when it is changed. A record that isn't there any more is returned as
+    // given.
+    SoundItem update(SoundItem item, const std::function<void(SoundItem&)>& change);
     SoundItem rename(const SoundItem& item, const QString& name, std::optional<bool> nameIsAuto = {});
 
     // Takes every record of their ids out of the list, at once, and their files from the
@@ -117,7 +118,7 @@ private:
     QList<Taken> takeOut(const QSet<QUuid>& ids); // last first
     void putBack(const QList<Taken>& taken);
     QList<IndexWriter::Leaving> filesOnlyOf(const QList<Taken>& taken) const;
-    const SoundItem* change(const QUuid& id, const std::function<void(SoundItem&)>& change);
+    const SoundItem* change(QUuid id, const std::function<void(SoundItem&)>& change);
     qsizetype indexOf(const QUuid& id) const;
 
     Clock& m_clock;
